@@ -1,0 +1,85 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace facetor {
+
+using Bytes = std::vector<std::byte>;
+
+/// A chunk's four-character tag as it stands in the file, first character in the lowest byte.
+constexpr std::uint32_t tag(const char (&text)[5])
+{
+    std::uint32_t value = 0;
+    for (int i = 3; i >= 0; --i) value = value << 8 | static_cast<unsigned char>(text[i]);
+    return value;
+}
+
+/// The tag's four characters for a message, anything unprintable as '?'.
+std::string_view tagText(std::uint32_t tag, std::array<char, 4>& buffer);
+
+/// A cursor over little-endian bytes that does all bounds checks. It fails once and stays failed:
+/// after a read beyond the end, every read gives zeros or empty spans and ok() is false.
+class ByteReader {
+public:
+    explicit ByteReader(std::span<const std::byte> bytes) : rest_(bytes), size_(bytes.size()) {}
+
+    /// The next `size` bytes, or an empty span when fewer are left.
+    std::span<const std::byte> take(std::size_t size);
+    std::uint8_t u8();
+    std::uint16_t u16();
+    std::uint32_t u32();
+    /// An IEEE single, any bit pattern.
+    float f32();
+
+    bool ok() const { return ok_; }
+    std::size_t left() const { return rest_.size(); }
+    /// Bytes read so far, from the start of the span.
+    std::size_t offset() const { return size_ - rest_.size(); }
+
+private:
+    std::span<const std::byte> rest_;
+    std::size_t size_;
+    bool ok_ = true;
+};
+
+/// What stands before every chunk's payload: tag and payload size in bytes.
+struct ChunkHeader {
+    std::uint32_t tag;
+    std::uint32_t size;
+};
+
+/// Reads the next 8 bytes; none, with the reader failed, when fewer are left.
+std::optional<ChunkHeader> readChunkHeader(ByteReader& in);
+
+/// Builds a little-endian file in memory.
+class ByteWriter {
+public:
+    void u8(std::uint8_t value);
+    void u16(std::uint16_t value);
+    void u32(std::uint32_t value);
+    void f32(float value);
+    void bytes(std::span<const std::byte> values);
+    void text(std::string_view characters);
+    void zeros(std::size_t count);
+
+    /// Writes the tag and a size that endChunk() fills in. Returns the payload's offset.
+    std::size_t beginChunk(std::uint32_t tag);
+    void endChunk(std::size_t payload);
+
+    /// Overwrites the four bytes at `offset`. Needs offset + 4 <= size().
+    void patchU32(std::size_t offset, std::uint32_t value);
+
+    std::size_t size() const { return bytes_.size(); }
+    Bytes release() { return std::move(bytes_); }
+
+private:
+    Bytes bytes_;
+};
+
+} // namespace facetor

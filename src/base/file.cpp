@@ -1,0 +1,154 @@
+#include "base/file.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <system_error>
+
+namespace facetor {
+
+namespace {
+
+struct FileCloser {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using UniqueFile = std::unique_ptr<std::FILE, FileCloser>;
+
+/// Files are opened through the C library, which takes the bytes as they are; where the standard
+/// library's paths have to be used, a name that it cannot take (bytes of another code page on an
+/// old Windows) is none.
+std::optional<std::filesystem::path> toPath(const std::string& bytes)
+{
+    try {
+        return std::filesystem::path(bytes);
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
+/// Opening a folder succeeds on Linux, and a pipe would block: only regular files are read.
+bool isUnreadableKind(const std::string& path)
+{
+    const auto native = toPath(path);
+    if (!native) return false;
+    std::error_code error;
+    const auto status = std::filesystem::status(*native, error);
+    return !error && std::filesystem::exists(status) && !std::filesystem::is_regular_file(status);
+}
+
+bool exists(const std::string& path)
+{
+    if (const auto native = toPath(path)) {
+        std::error_code error;
+        return std::filesystem::exists(std::filesystem::symlink_status(*native, error));
+    }
+    return UniqueFile(std::fopen(path.c_str(), "rb")) != nullptr;
+}
+
+/// A name beside `target` that nothing bears yet; empty when a thousand are taken.
+std::string unusedNameBeside(const std::string& target)
+{
+    for (int number = 0; number < 1000; ++number) {
+        std::string name = target + ".new" + std::to_string(number);
+        if (!exists(name)) return name;
+    }
+    return {};
+}
+
+bool writeAll(const std::string& path, std::span<const std::byte> bytes)
+{
+    UniqueFile file(std::fopen(path.c_str(), "wb"));
+    if (!file) return false;
+    const bool written =
+        bytes.empty() || std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
+    const bool flushed = std::fflush(file.get()) == 0;
+    const bool closed = std::fclose(file.release()) == 0;
+    return written && flushed && closed;
+}
+
+bool replace(const std::string& from, const std::string& to)
+{
+    const auto nativeFrom = toPath(from), nativeTo = toPath(to);
+    if (!nativeFrom || !nativeTo) { // no atomic replacement by the C library alone
+        std::remove(to.c_str());
+        return std::rename(from.c_str(), to.c_str()) == 0;
+    }
+    std::error_code error;
+    std::filesystem::rename(*nativeFrom, *nativeTo, error);
+    return !error;
+}
+
+/// The file that a symbolic link leads to, so that saving through a link keeps the link.
+std::string resolvedTarget(const std::string& path)
+{
+    const auto native = toPath(path);
+    if (!native) return path;
+    std::error_code error;
+    if (!std::filesystem::is_symlink(*native, error)) return path;
+    const auto resolved = std::filesystem::weakly_canonical(*native, error);
+    return error ? path : resolved.string();
+}
+
+} // namespace
+
+std::optional<Bytes> readFile(const std::string& path)
+{
+    if (isUnreadableKind(path)) return std::nullopt;
+    const UniqueFile file(std::fopen(path.c_str(), "rb"));
+    if (!file) return std::nullopt;
+    Bytes bytes;
+    constexpr std::size_t step = 256 * 1024;
+    for (;;) {
+        const std::size_t start = bytes.size();
+        if (start > largestFile) return std::nullopt;
+        bytes.resize(start + step);
+        const std::size_t read = std::fread(bytes.data() + start, 1, step, file.get());
+        bytes.resize(start + read);
+        if (read < step) break;
+    }
+    if (std::ferror(file.get())) return std::nullopt;
+    return bytes;
+}
+
+std::optional<Bytes> readFileStart(const std::string& path, std::size_t count)
+{
+    if (isUnreadableKind(path)) return std::nullopt;
+    const UniqueFile file(std::fopen(path.c_str(), "rb"));
+    if (!file) return std::nullopt;
+    Bytes bytes(count);
+    bytes.resize(std::fread(bytes.data(), 1, count, file.get()));
+    return bytes;
+}
+
+Message writeFile(const std::string& path, std::span<const std::byte> bytes)
+{
+    const std::string target = resolvedTarget(path);
+    const bool targetExists = exists(target);
+    if (targetExists) {
+        // A folder, or a file that may not be written: a rename could still replace the latter.
+        if (!UniqueFile(std::fopen(target.c_str(), "r+b"))) return Message::cannotCreateFile;
+        if (isUnreadableKind(target)) // a device or a pipe is written to, not replaced
+            return writeAll(target, bytes) ? Message::none : Message::cannotCreateFile;
+    }
+    const std::string beside = unusedNameBeside(target);
+    if (beside.empty()) return Message::cannotCreateFile;
+    if (!writeAll(beside, bytes)) {
+        std::remove(beside.c_str());
+        return Message::cannotCreateFile;
+    }
+    if (targetExists) {
+        if (const auto nativeTarget = toPath(target), nativeBeside = toPath(beside);
+            nativeTarget && nativeBeside) {
+            std::error_code ignored; // the new contents matter more than the old access rights
+            const auto rights = std::filesystem::status(*nativeTarget, ignored).permissions();
+            if (!ignored) std::filesystem::permissions(*nativeBeside, rights, ignored);
+        }
+    }
+    if (!replace(beside, target)) {
+        std::remove(beside.c_str());
+        return Message::cannotCreateFile;
+    }
+    return Message::none;
+}
+
+} // namespace facetor

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "base/bytes.h"
+#include "base/message.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace facetor {
+
+/// The largest file that is read, in bytes. Far above any file of ours (a full texture list of
+/// everyday sizes is some megabytes) and small enough to be held in memory by a 32-bit process.
+inline constexpr std::uint64_t largestFile = 512u * 1024 * 1024;
+
+/// The whole file. None when it cannot be opened or read, is larger than largestFile or no regular
+/// file. Paths are bytes in the process's code page (UTF-8 wherever the system offers it).
+std::optional<Bytes> readFile(const std::string& path);
+
+/// The file's first bytes, at most `count`; none when it cannot be opened.
+std::optional<Bytes> readFileStart(const std::string& path, std::size_t count);
+
+/// Puts a file in its place, complete or not at all: writes beside the target under a name of its
+/// own, then renames it over the target. cannotCreateFile when any step fails; what stood there
+/// before then still stands, and nothing is left beside it.
+Message writeFile(const std::string& path, std::span<const std::byte> bytes);
+
+} // namespace facetor

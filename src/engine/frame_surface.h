@@ -1,0 +1,64 @@
+#pragma once
+
+#include "base/colour.h"
+#include "base/pages.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace facetor {
+
+/// The largest surface, in pixels; a larger client area shows its top-left part.
+inline constexpr std::int32_t surfaceMaxWidth = 640;
+inline constexpr std::int32_t surfaceMaxHeight = 489;
+
+/// The standard header of a device-independent bitmap, as the system takes it.
+struct BitmapHeader {
+    std::uint32_t headerSize; ///< 40
+    std::int32_t width;
+    std::int32_t height; ///< positive: rows are stored bottom-up
+    std::uint16_t planes;
+    std::uint16_t bitCount;
+    std::uint32_t compression;
+    std::uint32_t imageSize; ///< bytes of the pixels
+    std::int32_t xPixelsPerMetre;
+    std::int32_t yPixelsPerMetre;
+    std::uint32_t coloursUsed;
+    std::uint32_t coloursImportant;
+};
+static_assert(sizeof(BitmapHeader) == 40);
+
+/// What the engine draws into: a 16-bit bitmap of at most 640 x 489 RGB555 pixels, bottom-up, its
+/// header and pixels in one block that is allocated once. Screen row y is surface row
+/// height - 1 - y; a row has exactly `width` pixels.
+struct FrameSurface {
+    PageArray<std::byte> block;
+    std::int32_t width = 0; ///< a multiple of 4
+    std::int32_t height = 0;
+
+    /// The header, at the start of the block.
+    const BitmapHeader& header() const;
+    /// Surface row 0, which is the bottom one on the screen.
+    Rgb555* pixels();
+    const Rgb555* pixels() const;
+    std::size_t pixelCount() const
+    {
+        return static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    }
+    /// The pixel at a screen position. Needs 0 <= x < width, 0 <= y < height.
+    Rgb555 at(std::int32_t x, std::int32_t y) const;
+};
+
+/// Allocates the block for the largest surface and gives the surface that size. False when memory
+/// is short.
+[[nodiscard]] bool createFrameSurface(FrameSurface& surface);
+
+/// Gives the surface a new size without allocating: the width is clamped to 4-640 and rounded down
+/// to a multiple of 4, the height clamped to 1-489. The pixels are undefined until it is cleared.
+void setSurfaceSize(FrameSurface& surface, std::int32_t width, std::int32_t height);
+
+/// Fills every pixel with one colour.
+void clearSurface(FrameSurface& surface, Rgb555 colour);
+
+} // namespace facetor

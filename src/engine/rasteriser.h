@@ -1,0 +1,50 @@
+#pragma once
+
+#include "engine/engine.h"
+
+#include <array>
+#include <cstdint>
+
+namespace facetor {
+
+// The fills of one quadrilateral. All take corners in screen positions, in order around the
+// polygon; what lies outside the surface is cut off, and degenerate input draws nothing.
+
+using ScreenQuad = std::array<ScreenPoint, 4>;
+
+/// What happens to a pixel: the blend modes of the console, and lit texels.
+enum class PixelMode : std::uint8_t { replace, shadow, half, translucent, lit };
+
+/// From the attribute's flags: shadow wins over half, half over translucent. PixelMode::lit is for
+/// textured fills of polygons with useLight and none of the blend modes.
+PixelMode flatPixelMode(std::uint32_t flags);
+PixelMode texturePixelMode(std::uint32_t flags);
+
+/// Texture flip of an attribute: 0 none, 1 horizontal, 2 vertical, 3 both.
+int textureFlip(std::uint32_t flags);
+
+/// Fills with one colour. With useLight in `flags` the colour goes through the colour-with-light
+/// rule at `level` first.
+void fillFlat(Engine& engine, const ScreenQuad& quad, Rgb555 colour, int level,
+              std::uint32_t flags);
+
+/// Fills with a colour that four Gouraud colours brighten or darken from corner to corner: a
+/// component of 16 changes nothing.
+void fillGouraud(Engine& engine, const ScreenQuad& quad, Rgb555 colour,
+                 const std::array<Rgb555, 4>& gouraud, std::uint32_t flags);
+
+/// Fills with a texture laid over the corners. `level` counts with useLight in `flags`.
+void fillTextured(Engine& engine, const ScreenQuad& quad, const TextureSlot& texture, int level,
+                  std::uint32_t flags);
+
+/// fillTextured() with a Gouraud step added to each texel's components.
+void fillTexturedGouraud(Engine& engine, const ScreenQuad& quad, const TextureSlot& texture,
+                         const std::array<Rgb555, 4>& gouraud, std::uint32_t flags);
+
+/// The edges 0-1, 0-3, 2-1 and 2-3 as lines of one pixel's width.
+void drawOutline(FrameSurface& surface, const ScreenQuad& quad, Rgb555 colour);
+void drawLine(FrameSurface& surface, ScreenPoint from, ScreenPoint to, Rgb555 colour);
+/// Sets one pixel; outside the surface it does nothing.
+void plot(FrameSurface& surface, ScreenPoint at, Rgb555 colour);
+
+} // namespace facetor

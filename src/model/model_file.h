@@ -1,0 +1,43 @@
+#pragma once
+
+#include "base/bytes.h"
+#include "base/message.h"
+#include "model/model.h"
+
+#include <span>
+#include <string>
+
+namespace facetor {
+
+// The model file, described in docs/formats/mx3.md.
+
+inline constexpr std::uint32_t modelFileTag = tag("MX3D");
+/// The layout that is written, and the older one without the objects' matrices.
+inline constexpr std::uint32_t modelFileVersion = 0x00011000;
+inline constexpr std::uint32_t olderModelFileVersion = 0x00010000;
+/// Size of the header chunk's payload in bytes: version, count, banner, zeros.
+inline constexpr std::uint32_t fileHeaderSize = 256;
+/// The banner of model and texture list files, followed by a NUL.
+inline constexpr std::string_view fileBanner = "FACETOR DATA FILE 1995-1996/GRAPHICS TOOLS";
+
+/// True when the file opens and starts with a model's header chunk.
+bool probeModelFile(const std::string& path);
+
+/// Reads a model into the pools, in place. Needs pools that createModelStore() has made.
+/// formatNotSupported when a required chunk is missing or cut, or when the contents would overrun a
+/// pool or name an object, corner or texture slot that does not exist; `reason`, when given, then
+/// says where. There is no rollback: the object count and the objects read so far stay. Whatever
+/// happens, isSafeToDraw() holds afterwards; objects that were not read are left without polygons.
+Message readModel(Model& model, std::span<const std::byte> bytes, std::string* reason = nullptr);
+
+/// readModel() of a file; cannotOpenFile when it cannot be read.
+Message readModelFile(Model& model, const std::string& path, std::string* reason = nullptr);
+
+/// The model in the current layout. Angles go through degrees and may come back one unit smaller;
+/// selection marks are written as they stand, and cleared by the reader.
+Bytes writeModel(const Model& model);
+
+/// writeModel() into a file; cannotCreateFile when it cannot be put in place.
+Message writeModelFile(const Model& model, const std::string& path);
+
+} // namespace facetor

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "base/colour.h"
+#include "base/message.h"
+#include "base/pages.h"
+#include "engine/texture_slot.h"
+
+#include <cstdint>
+#include <span>
+
+namespace facetor {
+
+inline constexpr std::uint32_t textureSlotCount = 4096;
+
+/// Width and height of the blank texture, and so of every empty slot.
+inline constexpr std::uint16_t blankTextureSize = 8;
+
+/// The image that all empty slots share: an 8 x 8 checkerboard of orange and green, all opaque.
+/// Never freed and never written to.
+Rgb555* blankTexture();
+
+/// The one texture list: 4096 slots that polygons refer to by number. A slot is empty exactly when
+/// it shows the blank texture; it owns its pixels otherwise.
+class TextureList {
+public:
+    TextureList() = default;
+    ~TextureList();
+    TextureList(const TextureList&) = delete;
+    TextureList& operator=(const TextureList&) = delete;
+
+    /// Allocates the table and makes every slot empty. outOfMemory when memory is short.
+    Message create();
+
+    /// The table as the engine takes it; empty before create().
+    std::span<const TextureSlot> slots() const { return {slots_.data(), slots_.size()}; }
+
+    /// Needs number < textureSlotCount.
+    const TextureSlot& slot(std::uint32_t number) const { return slots_[number]; }
+    /// The slot's own pixels, for edits in place. Needs a slot that is not empty.
+    std::span<Rgb555> pixels(std::uint32_t number);
+    bool isEmpty(std::uint32_t number) const { return slots_[number].pixels == blankTexture(); }
+
+    /// Frees the slot's pixels and makes it empty.
+    void clear(std::uint32_t number);
+    /// Makes the slot empty and hands its pixels to the caller; null when it was empty.
+    Rgb555* releasePixels(std::uint32_t number);
+    /// Makes the slot own `pixels`, which hold width x height texels, in place of what it held.
+    void set(std::uint32_t number, std::uint16_t width, std::uint16_t height,
+             PageArray<Rgb555> pixels);
+    /// Makes every slot empty.
+    void clearAll();
+
+    /// Slots up to and including the highest one that is not empty; empty ones below it count.
+    std::uint32_t usedCount() const;
+
+    /// The slot that imports and transforms act on, 0 to 4095.
+    std::uint32_t current = 0;
+
+private:
+    PageArray<TextureSlot> slots_;
+};
+
+} // namespace facetor
