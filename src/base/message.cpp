@@ -2,19 +2,28 @@
 
 namespace facetor {
 
-std::string_view catalogueText(int number)
-{
-    switch (number) {
-#define FACETOR_MESSAGE(id, name, text)                                                            \
-    case id: return text;                                                                          \
-        #define FACETOR_WORD(id, name, text)                                                       \
-    case id:                                                                                       \
-        return text;
+namespace {
+
+struct CatalogueEntry {
+    int number;
+    std::string_view text;
+};
+
+constexpr CatalogueEntry catalogue[] = {
+#define FACETOR_MESSAGE(number, name, text) {number, text},
+#define FACETOR_WORD(number, name, text) {number, text},
 #include "base/messages.inc"
 #undef FACETOR_MESSAGE
 #undef FACETOR_WORD
-    default: return {};
-    }
+};
+
+} // namespace
+
+std::string_view catalogueText(int number)
+{
+    for (const CatalogueEntry& entry : catalogue)
+        if (entry.number == number) return entry.text;
+    return {};
 }
 
 std::string_view catalogueText(Message message)
