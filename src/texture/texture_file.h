@@ -16,9 +16,10 @@ namespace facetor {
 bool isTextureFile(const std::string& path);
 
 /// Reads a texture list into the slots that the file names; the others keep what they hold. Needs a
-/// created list. formatNotSupported when a chunk is not a texture, is cut, or names a slot that
-/// does not exist; `reason`, when given, says where; the textures before it stay. When memory runs
-/// out the slot in question is left empty and the rest unread, without a message.
+/// created list. formatNotSupported when a chunk is not a texture, is cut, has no texels, or names
+/// a slot that does not exist; `reason`, when given, says where. The textures before it stay, and
+/// the slot that it names keeps what it held. When memory runs out the slot in question is left
+/// empty and the rest unread, without a message.
 Message readTextures(TextureList& list, std::span<const std::byte> bytes,
                      std::string* reason = nullptr);
 

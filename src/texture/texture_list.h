@@ -45,6 +45,7 @@ public:
     /// Makes the slot empty and hands its pixels to the caller; null when it was empty.
     Rgb555* releasePixels(std::uint32_t number);
     /// Makes the slot own `pixels`, which hold width x height texels, in place of what it held.
+    /// Needs both sizes in 1-65535: nothing downstream takes a texture without texels.
     void set(std::uint32_t number, std::uint16_t width, std::uint16_t height,
              PageArray<Rgb555> pixels);
     /// Makes every slot empty.

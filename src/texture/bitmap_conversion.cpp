@@ -1,0 +1,119 @@
+#include "texture/bitmap_conversion.h"
+
+#include "base/bytes.h"
+
+#include <array>
+#include <cassert>
+
+namespace facetor {
+
+namespace {
+
+// A packed bitmap's header: size, width, height, planes, depth, compression, then fields that do
+// not change what the texels are. The header's size field is not looked at.
+constexpr std::size_t headerSize = 40;
+constexpr std::size_t colourSize = 4; ///< of a colour table's entry: blue, green, red, reserved
+
+struct Header {
+    std::int32_t width, height;
+    std::uint16_t bitCount;
+    std::uint32_t compression;
+};
+
+std::optional<Header> readHeader(std::span<const std::byte> bitmap)
+{
+    ByteReader in{bitmap};
+    ByteReader fields{in.take(headerSize)};
+    if (!in.ok()) return std::nullopt;
+    (void)fields.u32();
+    Header header{};
+    header.width = static_cast<std::int32_t>(fields.u32());
+    header.height = static_cast<std::int32_t>(fields.u32());
+    (void)fields.u16();
+    header.bitCount = fields.u16();
+    header.compression = fields.u32();
+    return header;
+}
+
+bool isUsableSize(std::int32_t width, std::int32_t height)
+{
+    constexpr std::int32_t largest = 65535; // a texture slot's fields have 16 bits
+    return width >= 1 && width <= largest && height >= 1 && height <= largest;
+}
+
+/// Bytes from one row to the next: the row's own, filled up to a multiple of 4.
+std::size_t rowBytesOf(std::size_t width, unsigned bitCount)
+{
+    const std::size_t own = bitCount == 4 ? (width + 1) / 2 : width * (bitCount / 8);
+    return (own + 3) / 4 * 4;
+}
+
+/// From blue, green and red, a byte each.
+Rgb555 colourFrom(std::span<const std::byte> bgr)
+{
+    return rgb555(std::to_integer<int>(bgr[2]) >> 3, std::to_integer<int>(bgr[1]) >> 3,
+                  std::to_integer<int>(bgr[0]) >> 3);
+}
+
+using ColourTable = std::array<Rgb555, 256>;
+
+/// The 15-bit colour of pixel x in a row; of 16-bit sources with their own top bit.
+Rgb555 pixelColour(std::span<const std::byte> row, std::size_t x, unsigned bitCount,
+                   const ColourTable& table)
+{
+    switch (bitCount) {
+    case 4: {
+        const auto pair = std::to_integer<std::size_t>(row[x / 2]);
+        return table[x % 2 == 0 ? pair >> 4 : pair & 15];
+    }
+    case 8: return table[std::to_integer<std::size_t>(row[x])];
+    case 16: return ByteReader{row.subspan(x * 2, 2)}.u16();
+    default: return colourFrom(row.subspan(x * (bitCount / 8), 3));
+    }
+}
+
+} // namespace
+
+BitmapSize packedBitmapSize(std::span<const std::byte> bitmap)
+{
+    const std::optional<Header> header = readHeader(bitmap);
+    if (!header || !isUsableSize(header->width, header->height)) return {0, 0};
+    return {header->width, header->height};
+}
+
+bool convertBitmap(std::span<const std::byte> bitmap, Rgb555 transparentColour,
+                   std::span<Rgb555> texels)
+{
+    const std::optional<Header> header = readHeader(bitmap);
+    if (!header || !isUsableSize(header->width, header->height)) return false;
+    if (header->compression != 0) return false;
+    const unsigned bitCount = header->bitCount;
+    if (bitCount != 4 && bitCount != 8 && bitCount != 16 && bitCount != 24 && bitCount != 32)
+        return false;
+
+    const auto width = static_cast<std::size_t>(header->width);
+    const auto height = static_cast<std::size_t>(header->height);
+    const std::size_t tableCount = bitCount == 4 ? 16 : bitCount == 8 ? 256 : 0;
+    const std::size_t rowBytes = rowBytesOf(width, bitCount);
+    ByteReader in{bitmap.subspan(headerSize)};
+    const auto colours = in.take(tableCount * colourSize);
+    if (!in.ok() || height > in.left() / rowBytes) return false;
+    const auto bits = in.take(height * rowBytes);
+    assert(texels.size() >= width * height);
+
+    ColourTable table{};
+    for (std::size_t i = 0; i < tableCount; ++i)
+        table[i] = colourFrom(colours.subspan(i * colourSize, colourSize));
+    const Rgb555 transparent = transparentColour & 0x7FFF;
+    for (std::size_t y = 0; y < height; ++y) {
+        const auto row = bits.subspan((height - 1 - y) * rowBytes, rowBytes);
+        for (std::size_t x = 0; x < width; ++x) {
+            const Rgb555 colour = pixelColour(row, x, bitCount, table);
+            texels[y * width + x] =
+                colour == transparent ? colour : static_cast<Rgb555>(colour | opaqueBit);
+        }
+    }
+    return true;
+}
+
+} // namespace facetor

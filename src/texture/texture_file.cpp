@@ -1,0 +1,185 @@
+#include "texture/texture_file.h"
+
+#include "base/file.h"
+#include "model/model_file.h"
+
+#include <array>
+#include <cassert>
+#include <utility>
+
+namespace facetor {
+
+namespace {
+
+constexpr std::uint32_t listTag = tag("MXTX");
+constexpr std::uint32_t textureTag = tag("TQTx");
+/// Files of a sort that passes for a texture list and that nothing reads.
+constexpr std::uint32_t unreadTag = tag("TEXR");
+
+/// What stands before a texture's texels, in bytes: slot number, width, height.
+constexpr std::size_t textureHeaderSize = 8;
+
+/// Reads one file from its first byte to its last texture.
+class TextureReader {
+public:
+    TextureReader(TextureList& list, std::span<const std::byte> bytes) : list_(list), in_(bytes) {}
+
+    Message read();
+    const std::string& reason() const { return reason_; }
+
+private:
+    enum class Progress { goOn, outOfMemory };
+
+    Message readHeader(std::uint32_t& count);
+    Message readTexture(Progress& progress);
+    bool readTag(std::uint32_t wanted);
+    Message fail(const std::string& what);
+
+    TextureList& list_;
+    ByteReader in_;
+    std::size_t chunkOffset_ = 0;
+    std::string chunk_;
+    std::string reason_;
+};
+
+Message TextureReader::fail(const std::string& what)
+{
+    reason_ = "chunk " + chunk_ + " at offset " + std::to_string(chunkOffset_) + ": " + what;
+    return Message::formatNotSupported;
+}
+
+/// Reads the next chunk header and holds its tag against the one that has to stand there. The size
+/// beside the tag is not looked at: what follows has a size of its own.
+bool TextureReader::readTag(std::uint32_t wanted)
+{
+    std::array<char, 4> buffer;
+    chunk_ = tagText(wanted, buffer);
+    chunkOffset_ = in_.offset();
+    const std::optional<ChunkHeader> found = readChunkHeader(in_);
+    if (!found) {
+        (void)fail("the file ends before it");
+        return false;
+    }
+    if (found->tag != wanted) {
+        (void)fail("\"" + std::string(tagText(found->tag, buffer)) + "\" stands in its place");
+        return false;
+    }
+    return true;
+}
+
+Message TextureReader::read()
+{
+    std::uint32_t count = 0;
+    if (const Message message = readHeader(count); message != Message::none) return message;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        Progress progress = Progress::goOn;
+        if (const Message message = readTexture(progress); message != Message::none) return message;
+        if (progress == Progress::outOfMemory) return Message::none;
+    }
+    return Message::none;
+}
+
+Message TextureReader::readHeader(std::uint32_t& count)
+{
+    if (!readTag(listTag)) return Message::formatNotSupported;
+    ByteReader fields{in_.take(fileHeaderSize)};
+    if (!in_.ok()) return fail("the file ends inside it");
+    (void)fields.u32(); // the version: there is one layout only
+    count = fields.u32();
+    return Message::none;
+}
+
+Message TextureReader::readTexture(Progress& progress)
+{
+    if (!readTag(textureTag)) return Message::formatNotSupported;
+    ByteReader fields{in_.take(textureHeaderSize)};
+    if (!in_.ok()) return fail("the file ends inside it");
+    const std::uint32_t number = fields.u32();
+    const std::uint16_t width = fields.u16();
+    const std::uint16_t height = fields.u16();
+    if (number >= textureSlotCount)
+        return fail("slot " + std::to_string(number) + " does not exist");
+    const std::string size = std::to_string(width) + " x " + std::to_string(height) + " texels";
+    if (width == 0 || height == 0) return fail("a texture of " + size);
+    const std::uint64_t texelCount = std::uint64_t{width} * height;
+    if (texelCount * 2 > in_.left()) return fail("the file ends inside its " + size);
+
+    PageArray<Rgb555> pixels;
+    if (!pixels.allocate(static_cast<std::size_t>(texelCount))) {
+        list_.clear(number);
+        progress = Progress::outOfMemory;
+        return Message::none;
+    }
+    ByteReader texels{in_.take(static_cast<std::size_t>(texelCount) * 2)};
+    for (Rgb555& texel : pixels) texel = texels.u16();
+    list_.set(number, width, height, std::move(pixels));
+    return Message::none;
+}
+
+void writeTexture(ByteWriter& out, std::uint32_t number, const TextureSlot& slot)
+{
+    const std::size_t payload = out.beginChunk(textureTag);
+    out.u32(number);
+    out.u16(slot.width);
+    out.u16(slot.height);
+    const std::size_t texelCount = std::size_t{slot.width} * slot.height;
+    for (std::size_t i = 0; i < texelCount; ++i) out.u16(slot.pixels[i]);
+    out.endChunk(payload);
+}
+
+} // namespace
+
+bool isTextureFile(const std::string& path)
+{
+    const std::optional<Bytes> start = readFileStart(path, 4);
+    if (!start) return false;
+    ByteReader in{*start};
+    const std::uint32_t found = in.u32();
+    return in.ok() && (found == listTag || found == unreadTag);
+}
+
+Message readTextures(TextureList& list, std::span<const std::byte> bytes, std::string* reason)
+{
+    assert(list.slots().size() == textureSlotCount);
+    TextureReader reader(list, bytes);
+    const Message message = reader.read();
+    if (reason) *reason = reader.reason();
+    return message;
+}
+
+Message readTextureFile(TextureList& list, const std::string& path, std::string* reason)
+{
+    const std::optional<Bytes> bytes = readFile(path);
+    if (!bytes) return Message::cannotOpenFile;
+    return readTextures(list, *bytes, reason);
+}
+
+Bytes writeTextures(const TextureList& list)
+{
+    ByteWriter out;
+    const std::size_t payload = out.beginChunk(listTag);
+    out.u32(modelFileVersion);
+    const std::size_t countOffset = out.size();
+    out.u32(0);
+    out.text(fileBanner);
+    out.zeros(payload + fileHeaderSize - out.size());
+    out.endChunk(payload);
+
+    std::uint32_t count = 0;
+    const std::uint32_t used = list.usedCount();
+    for (std::uint32_t number = 0; number < used; ++number) {
+        if (list.isEmpty(number)) continue;
+        writeTexture(out, number, list.slot(number));
+        ++count;
+    }
+    out.patchU32(countOffset, count);
+    return out.release();
+}
+
+Message writeTextureFile(const TextureList& list, const std::string& path)
+{
+    if (list.usedCount() == 0) return Message::texturesEmpty;
+    return writeFile(path, writeTextures(list));
+}
+
+} // namespace facetor

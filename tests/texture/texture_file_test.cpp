@@ -1,0 +1,230 @@
+#include "texture/texture_file.h"
+
+#include "base/file.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <utility>
+
+namespace facetor {
+namespace {
+
+void fill(TextureList& list, std::uint32_t number, std::uint16_t width, std::uint16_t height,
+          Rgb555 first)
+{
+    PageArray<Rgb555> pixels;
+    ASSERT_TRUE(pixels.allocate(std::size_t{width} * height));
+    for (Rgb555& texel : pixels) texel = first++;
+    list.set(number, width, height, std::move(pixels));
+}
+
+/// Slots 1 and 100, of 8 x 2 and 3 x 3 texels.
+class TextureFile : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_EQ(list.create(), Message::none);
+        ASSERT_EQ(other.create(), Message::none);
+        fill(list, 1, 8, 2, 0x8100);
+        fill(list, 100, 3, 3, 0x0200);
+        path = testing::TempDir() + "facetor_texture_file_test.mxt";
+        std::remove(path.c_str());
+    }
+    void TearDown() override { std::remove(path.c_str()); }
+
+    TextureList list, other;
+    std::string path;
+};
+
+constexpr std::size_t firstChunk = 264;
+constexpr std::size_t secondChunk = firstChunk + 16 + 8 * 2 * 2;
+
+std::uint32_t u32At(const Bytes& bytes, std::size_t offset)
+{
+    return ByteReader{std::span(bytes).subspan(offset)}.u32();
+}
+
+void patch(Bytes& bytes, std::size_t offset, std::initializer_list<int> values)
+{
+    for (const int value : values) bytes[offset++] = static_cast<std::byte>(value);
+}
+
+TEST_F(TextureFile, HoldsAHeaderAndOneChunkForEachFilledSlot)
+{
+    const Bytes bytes = writeTextures(list);
+    ByteWriter expected;
+    expected.text("MXTX");
+    expected.u32(256);
+    expected.u32(0x00011000);
+    expected.u32(2);
+    expected.text("FACETOR DATA FILE 1995-1996/GRAPHICS TOOLS");
+    expected.zeros(264 - 58);
+    expected.text("TQTx");
+    expected.u32(8 * 2 * 2 + 8);
+    expected.u32(1);
+    expected.u16(8);
+    expected.u16(2);
+    for (int i = 0; i < 16; ++i) expected.u16(static_cast<std::uint16_t>(0x8100 + i));
+    expected.text("TQTx");
+    expected.u32(3 * 3 * 2 + 8);
+    expected.u32(100);
+    expected.u16(3);
+    expected.u16(3);
+    for (int i = 0; i < 9; ++i) expected.u16(static_cast<std::uint16_t>(0x0200 + i));
+    EXPECT_EQ(bytes, expected.release());
+}
+
+TEST_F(TextureFile, TheCountIsThatOfTheChunksAndNotOfTheSlots)
+{
+    list.clear(1);
+    const Bytes bytes = writeTextures(list);
+    EXPECT_EQ(u32At(bytes, 12), 1u);
+    EXPECT_EQ(u32At(bytes, firstChunk + 8), 100u);
+    EXPECT_EQ(bytes.size(), firstChunk + 16 + 18);
+}
+
+TEST_F(TextureFile, ReadsBackWhatWasWritten)
+{
+    ASSERT_EQ(writeTextureFile(list, path), Message::none);
+    ASSERT_EQ(readTextureFile(other, path), Message::none);
+    EXPECT_EQ(other.usedCount(), 101u);
+    EXPECT_EQ(other.slot(100).width, 3);
+    EXPECT_EQ(writeTextures(other), writeTextures(list));
+}
+
+TEST_F(TextureFile, ReadingKeepsTheTexturesOfSlotsThatTheFileDoesNotName)
+{
+    fill(other, 2, 8, 8, 0x8800);
+    fill(other, 100, 8, 8, 0x8900);
+    ASSERT_EQ(readTextures(other, writeTextures(list)), Message::none);
+    EXPECT_EQ(other.slot(2).width, 8);
+    EXPECT_EQ(other.pixels(2)[63], 0x8800 + 63);
+    EXPECT_EQ(other.slot(100).height, 3);
+    EXPECT_EQ(other.pixels(100)[8], 0x0208);
+}
+
+TEST_F(TextureFile, AnEmptyListIsNotSavedAndLeavesTheFileAlone)
+{
+    EXPECT_EQ(writeTextureFile(other, path), Message::texturesEmpty);
+    EXPECT_FALSE(std::filesystem::exists(path));
+    ASSERT_EQ(writeTextureFile(list, path), Message::none);
+    const auto before = readFile(path);
+    EXPECT_EQ(writeTextureFile(other, path), Message::texturesEmpty);
+    EXPECT_EQ(readFile(path), before);
+}
+
+TEST_F(TextureFile, APathThatCannotBeUsedIsReported)
+{
+    const std::string beyond = path + "/no/such/folder.mxt";
+    EXPECT_EQ(writeTextureFile(list, beyond), Message::cannotCreateFile);
+    EXPECT_EQ(readTextureFile(other, beyond), Message::cannotOpenFile);
+}
+
+TEST_F(TextureFile, WhatTheReaderDoesNotLookAtMayHoldAnything)
+{
+    Bytes bytes = writeTextures(list);
+    patch(bytes, 4, {1, 2, 3, 4, 5, 6, 7, 8});                 // header size and version
+    patch(bytes, 16, {'?', 0, '?'});                           // banner
+    patch(bytes, firstChunk + 4, {0xFF, 0xFF, 0xFF, 0xFF});    // chunk size
+    bytes.insert(bytes.end(), {std::byte{'x'}, std::byte{0}}); // after the last chunk
+    ASSERT_EQ(readTextures(other, bytes), Message::none);
+    EXPECT_EQ(writeTextures(other), writeTextures(list));
+}
+
+TEST_F(TextureFile, ReaderNamesTheChunkThatItRefuses)
+{
+    const struct {
+        const char* why;
+        std::size_t offset;
+        std::initializer_list<int> bytes;
+        const char* reason;
+        std::uint32_t used; // afterwards
+    } rows[] = {
+        {"another file's tag",
+         0,                {'M', 'X', '3', 'D'},
+         "chunk MXTX at offset 0: \"MX3D\" stands in its place",                    0  },
+        {"the sort without a reader",
+         0,                {'T', 'E', 'X', 'R'},
+         "chunk MXTX at offset 0: \"TEXR\" stands in its place",                    0  },
+        {"no texture in the middle",
+         secondChunk,      {'T', 'Q', 'T', 1},
+         "chunk TQTx at offset 312: \"TQT?\" stands in its place",                  2  },
+        {"more chunks than there are",
+         12,               {3},
+         "chunk TQTx at offset 346: the file ends before it",                       101},
+        {"the first slot beyond",
+         secondChunk + 8,
+         {0, 16, 0, 0},
+         "chunk TQTx at offset 312: slot 4096 does not exist",                      2  },
+        {"a slot far beyond",
+         secondChunk + 8,
+         {0xFF, 0xFF, 0xFF, 0xFF},
+         "chunk TQTx at offset 312: slot 4294967295 does not exist",                2  },
+        {"no width",
+         secondChunk + 12,
+         {0, 0},
+         "chunk TQTx at offset 312: a texture of 0 x 3 texels",                     2  },
+        {"no height",
+         secondChunk + 14,
+         {0, 0},
+         "chunk TQTx at offset 312: a texture of 3 x 0 texels",                     2  },
+        {"texels beyond the file's end",
+         secondChunk + 14,
+         {4, 0},
+         "chunk TQTx at offset 312: the file ends inside its 3 x 4 texels",         2  },
+        {"a size that would wrap",
+         firstChunk + 12,
+         {0xFF, 0xFF, 0xFF, 0xFF},
+         "chunk TQTx at offset 264: the file ends inside its 65535 x 65535 texels", 0  },
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        Bytes bytes = writeTextures(list);
+        patch(bytes, row.offset, row.bytes);
+        other.clearAll();
+        std::string reason;
+        EXPECT_EQ(readTextures(other, bytes, &reason), Message::formatNotSupported);
+        EXPECT_EQ(reason, row.reason);
+        EXPECT_EQ(other.usedCount(), row.used);
+    }
+}
+
+TEST_F(TextureFile, EveryCutIsRefusedAndKeepsTheTexturesBeforeIt)
+{
+    const Bytes whole = writeTextures(list);
+    for (std::size_t size = 0; size < whole.size(); ++size) {
+        SCOPED_TRACE(size);
+        const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
+        other.clearAll();
+        fill(other, 100, 8, 8, 0x8900);
+        EXPECT_EQ(readTextures(other, cut), Message::formatNotSupported);
+        EXPECT_EQ(other.isEmpty(1), size < secondChunk);
+        EXPECT_EQ(other.slot(100).width, 8) << "a texture that is cut must not replace another";
+    }
+}
+
+TEST_F(TextureFile, TheFileTestLooksAtTheFirstTagOnly)
+{
+    const struct {
+        std::string_view contents;
+        bool expected;
+    } rows[] = {
+        {"MXTX",         true },
+        {"TEXR....more", true },
+        {"MX3D........", false},
+        {"MXT",          false},
+        {"",             false},
+        {" MXTX...",     false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.contents);
+        ASSERT_EQ(writeFile(path, std::as_bytes(std::span(row.contents))), Message::none);
+        EXPECT_EQ(isTextureFile(path), row.expected);
+    }
+    EXPECT_FALSE(isTextureFile(path + ".absent"));
+}
+
+} // namespace
+} // namespace facetor
