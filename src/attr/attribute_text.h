@@ -1,0 +1,17 @@
+#pragma once
+
+#include "model/polygon_attribute.h"
+
+#include <cstdint>
+#include <string>
+
+namespace facetor {
+
+/// The eight arguments of an attribute's C source entry, separated by ", ": plane, sort, texture,
+/// colour, Gouraud, mode, direction, option. A Gouraud polygon takes the next index of its sort,
+/// `lightIndex` (GRreal) or `tableIndex` (GRtbl), which goes on by one; both start at 0 and count
+/// over all objects.
+std::string formatAttribute(const PolygonAttribute& attribute, std::uint32_t& lightIndex,
+                            std::uint32_t& tableIndex);
+
+} // namespace facetor
