@@ -21,6 +21,9 @@ struct ScreenPoint {
     std::int32_t x, y;
 };
 
+/// The corners of a polygon on the screen, in order around it.
+using ScreenQuad = std::array<ScreenPoint, 4>;
+
 /// A rectangle whose four sides belong to it.
 struct ScreenRectangle {
     std::int32_t left, top, right, bottom;
@@ -61,20 +64,25 @@ struct PolygonEntry {
     std::uint32_t polygon;               ///< index within the mesh
 };
 
+/// Columns and rows of the work texture of Gouraud fills.
+inline constexpr std::size_t gouraudTextureSize = 32;
+
 /// The whole engine: settings, matrix stack, the buffers of one frame and the surface. Everything
 /// is allocated by startEngine(); a frame allocates nothing.
 struct Engine {
     EngineSettings settings;
     MatrixStack stack;
     PageArray<Vertex> viewVertices;       ///< transformed vertices of the frame
+    PageArray<ScreenPoint> screenPoints;  ///< parallel to viewVertices: where each appears
     PageArray<PolygonEntry> entries;      ///< in the order in which the polygons were put
     PageArray<std::uint32_t> sortList;    ///< indices of entries, far to near once sorted
     PageArray<std::uint64_t> sortScratch; ///< two halves of one key and index an entry
-    PageArray<std::int32_t> spanEnds;     ///< left and right ends of a fill's rows
+    PageArray<std::int16_t> spanEnds;     ///< left, then right ends of the rows being filled
     PageArray<Rgb555> gouraudTexture;     ///< the 32 x 32 work texture of Gouraud fills
-    std::uint32_t entryCount = 0;         ///< polygons in the list
-    std::uint32_t vertexCount = 0;        ///< transformed vertices in use
-    std::uint32_t polygonCount = 0;       ///< polygons seen, dropped ones too
+    TexelLightCache texelLights;
+    std::uint32_t entryCount = 0;   ///< polygons in the list
+    std::uint32_t vertexCount = 0;  ///< transformed vertices in use
+    std::uint32_t polygonCount = 0; ///< polygons seen, dropped ones too
     FrameSurface surface;
 };
 
@@ -82,7 +90,8 @@ struct Engine {
 inline constexpr float nearClampZ = 40.0f;
 /// Entries deeper than this are dropped.
 inline constexpr float farLimit = 32767.0f;
-/// From this on, the cosine against the line of sight makes a polygon face away.
+/// From this on, the dot product of face normal and sort point (in parallel projection the normal's
+/// z) makes a polygon face away.
 inline constexpr float backFaceEpsilon = 0.001f;
 
 /// Creates the frame surface (640 x 489), the frame's buffers and the matrix stack, and gives the

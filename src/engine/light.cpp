@@ -42,4 +42,26 @@ Rgb555 litColour(const Light& light, Rgb555 colour, int level, int index)
     return rgb555(lit(0, redOf(colour)), lit(1, greenOf(colour)), lit(2, blueOf(colour)));
 }
 
+const TexelLight& texelLight(TexelLightCache& cache, const Light& light, int level)
+{
+    if (cache.offset != light.offset || cache.minimum != light.minimum) {
+        cache.made.fill(false);
+        cache.offset = light.offset;
+        cache.minimum = light.minimum;
+    }
+    const auto slot = static_cast<std::size_t>(level + maxLightLevel);
+    TexelLight& tables = cache.levels[slot];
+    if (!cache.made[slot]) {
+        for (int k = 0; k < 32; ++k) {
+            const Rgb555 lit = litColour(light, rgb555(k, k, k), level, texelLightIndex);
+            const auto component = static_cast<std::size_t>(k);
+            tables.table[0][component] = lit & rgb555(31, 0, 0);
+            tables.table[1][component] = lit & rgb555(0, 31, 0);
+            tables.table[2][component] = lit & rgb555(0, 0, 31);
+        }
+        cache.made[slot] = true;
+    }
+    return tables;
+}
+
 } // namespace facetor

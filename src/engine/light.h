@@ -42,4 +42,28 @@ int colouredComponent(const Light& light, std::size_t channel, int component);
 /// clamped to 0-31. `index` is colourLightIndex or texelLightIndex. Bit 15 of the result is clear.
 Rgb555 litColour(const Light& light, Rgb555 colour, int level, int index);
 
+/// The colour-with-light rule for texels at one level, as a look-up for each component.
+struct TexelLight {
+    /// [channel][component]: the lit component in its place within the colour.
+    std::array<std::array<Rgb555, 32>, 3> table;
+
+    Rgb555 lit(Rgb555 texel) const
+    {
+        return static_cast<Rgb555>(table[0][texel >> 10 & 31] | table[1][texel >> 5 & 31] |
+                                   table[2][texel & 31]);
+    }
+};
+
+/// The tables of all levels, each made when it is first asked for and kept while the light's
+/// colours stay.
+struct TexelLightCache {
+    std::array<TexelLight, 2 * maxLightLevel + 1> levels;
+    std::array<bool, 2 * maxLightLevel + 1> made{};
+    std::array<std::int16_t, 3> offset{};
+    std::array<std::int16_t, 3> minimum{};
+};
+
+/// The tables of one level, -16 to 16. The reference holds until the light's colours change.
+const TexelLight& texelLight(TexelLightCache& cache, const Light& light, int level);
+
 } // namespace facetor

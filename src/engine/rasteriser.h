@@ -10,8 +10,6 @@ namespace facetor {
 // The fills of one quadrilateral. All take corners in screen positions, in order around the
 // polygon; what lies outside the surface is cut off, and degenerate input draws nothing.
 
-using ScreenQuad = std::array<ScreenPoint, 4>;
-
 /// What happens to a pixel: the blend modes of the console, and lit texels.
 enum class PixelMode : std::uint8_t { replace, shadow, half, translucent, lit };
 

@@ -60,8 +60,8 @@ void startView(View& view, Engine& engine);
 void applyFixedView(View& view, Engine& engine, FixedView direction);
 
 /// Moves and scales the view so that the model appears centred, in about half the window whichever
-/// way the fixed views turn it, with the model rotation reset. A model without points, or without
-/// extent, keeps the view as it is. Changes the current matrix and the engine's clip window.
+/// way the fixed views turn it, with the model rotation reset. A model without points keeps centre
+/// and scale. Changes the current matrix and the engine's clip window.
 void fitModel(View& view, Engine& engine, const Model& model, ClientSize client);
 
 /// Makes the frame's polygon list anew: sets the surface's size, the clip window, the centre, the

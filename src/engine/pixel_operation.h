@@ -1,0 +1,61 @@
+#pragma once
+
+#include "base/colour.h"
+#include "engine/rasteriser.h"
+
+#include <cstdint>
+
+namespace facetor {
+
+// What the blend modes do to one surface pixel, before light. Taking the low bit of each component
+// away first keeps the components apart while a whole pixel is shifted.
+
+inline constexpr std::uint32_t withoutLowBits = 0x7BDE;
+
+constexpr Rgb555 halved(Rgb555 colour)
+{
+    return static_cast<Rgb555>((colour & withoutLowBits) >> 1);
+}
+
+constexpr Rgb555 averaged(Rgb555 a, Rgb555 b)
+{
+    return static_cast<Rgb555>(((a & withoutLowBits) + (b & withoutLowBits)) >> 1);
+}
+
+/// The surface pixel `d` under the source colour `s`.
+template <PixelMode mode> constexpr Rgb555 blended(Rgb555 d, Rgb555 s)
+{
+    if constexpr (mode == PixelMode::shadow) return halved(d);
+    if constexpr (mode == PixelMode::half) return halved(s);
+    if constexpr (mode == PixelMode::translucent) return averaged(d, s);
+    return s;
+}
+
+/// Calls `fill.template operator()<mode, mesh>()` for a mode and mesh bit known only at run time:
+/// the one branch before loops that have none.
+template <typename Fill> void dispatchPixelMode(PixelMode mode, bool mesh, Fill&& fill)
+{
+    const auto withMesh = [&]<PixelMode fixedMode>() {
+        if (mesh)
+            fill.template operator()<fixedMode, true>();
+        else
+            fill.template operator()<fixedMode, false>();
+    };
+    switch (mode) {
+    case PixelMode::replace: withMesh.template operator()<PixelMode::replace>(); break;
+    case PixelMode::shadow: withMesh.template operator()<PixelMode::shadow>(); break;
+    case PixelMode::half: withMesh.template operator()<PixelMode::half>(); break;
+    case PixelMode::translucent: withMesh.template operator()<PixelMode::translucent>(); break;
+    case PixelMode::lit: withMesh.template operator()<PixelMode::lit>(); break;
+    }
+}
+
+/// The quadrilateral with surface rows in y, as the fills work.
+inline ScreenQuad toSurfaceRows(const ScreenQuad& quad, std::int32_t height)
+{
+    ScreenQuad result = quad;
+    for (ScreenPoint& point : result) point.y = height - 1 - point.y;
+    return result;
+}
+
+} // namespace facetor
