@@ -9,8 +9,9 @@ inline constexpr std::int32_t fullTurn = 65536;
 using Angle = std::int32_t;
 
 /// Units a degree and degrees a unit, as the editor's dialogs and files use them. They are no exact
-/// inverses: 16384 units are written as 89.997314 degrees and read back as 16383 units. That drift
-/// of at most one unit on each save and load belongs to the format.
+/// inverses: 16384 units are written as 89.997314 degrees and read back as 16383 units. That drift,
+/// on each save and load, belongs to the format: at most one unit up to half a turn and two up to a
+/// whole one, always toward zero.
 inline constexpr float unitsPerDegree = 182.0444f;
 inline constexpr float degreesPerUnit = 0.005493f;
 

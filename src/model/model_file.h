@@ -33,8 +33,8 @@ Message readModel(Model& model, std::span<const std::byte> bytes, std::string* r
 /// readModel() of a file; cannotOpenFile when it cannot be read.
 Message readModelFile(Model& model, const std::string& path, std::string* reason = nullptr);
 
-/// The model in the current layout. Angles go through degrees and may come back one unit smaller;
-/// selection marks are written as they stand, and cleared by the reader.
+/// The model in the current layout. Angles go through degrees and drift toward zero as
+/// base/angle.h says; selection marks are written as they stand, and cleared by the reader.
 Bytes writeModel(const Model& model);
 
 /// writeModel() into a file; cannotCreateFile when it cannot be put in place.

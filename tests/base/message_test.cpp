@@ -1,0 +1,76 @@
+#include "base/message.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace facetor {
+namespace {
+
+TEST(MessageCatalogue, TextsStandExactlyAsTheyAreSpelled)
+{
+    // A sample of the texts that a well-meaning hand would mend: misspellings, spaces at the end,
+    // quotes, a line break.
+    EXPECT_EQ(catalogueText(18), "Cannot find a Resource to do this function on this apprication.");
+    EXPECT_EQ(catalogueText(20), "Sorry, this Color mode is not supported. ");
+    EXPECT_EQ(catalogueText(24), "Clipboard data is empty. Nothing to edit. ");
+    EXPECT_EQ(catalogueText(25), "No Selected polygons could be found. ");
+    EXPECT_EQ(catalogueText(28), "Cannot allocate enough memory to do \"Undo\" function.");
+    EXPECT_EQ(catalogueText(29), "Texture data is empty. Nothing to edit. ");
+    EXPECT_EQ(catalogueText(30), "Width of Texture should be multiple of 8. ");
+    EXPECT_EQ(catalogueText(37), "This Plug-In contains a bad information.(^1)");
+    EXPECT_EQ(catalogueText(39), "WARNING : You cannot Undo after do this function.\n"
+                                 " Save changes before doing?");
+}
+
+TEST(MessageCatalogue, NamesInTheCodeStandForTheirNumbers)
+{
+    EXPECT_EQ(static_cast<int>(Message::outOfMemory), 17);
+    EXPECT_EQ(static_cast<int>(Message::formatNotSupported), 19);
+    EXPECT_EQ(static_cast<int>(Message::cannotOpenFile), 22);
+    EXPECT_EQ(static_cast<int>(Message::cannotCreateFile), 23);
+    EXPECT_EQ(static_cast<int>(Message::texturesEmpty), 29);
+    EXPECT_EQ(catalogueText(Message::cannotOpenFile), "Cannot open File.");
+    EXPECT_EQ(catalogueText(Word::openingNewFile), "opening new file");
+    EXPECT_EQ(catalogueText(Word::polygons), "Polygons");
+}
+
+TEST(MessageCatalogue, HoldsEveryMessageFrom16To41AndNothingBeyond)
+{
+    for (int number = 16; number <= 41; ++number) EXPECT_FALSE(catalogueText(number).empty());
+    for (const int number : {-1, 0, 15, 42, 100000}) EXPECT_TRUE(catalogueText(number).empty());
+}
+
+TEST(MessageCatalogue, GivesEachNumberOnce)
+{
+    std::set<int> numbers;
+#define FACETOR_MESSAGE(number, name, text) EXPECT_TRUE(numbers.insert(number).second) << number;
+#define FACETOR_WORD(number, name, text) EXPECT_TRUE(numbers.insert(number).second) << number;
+#include "base/messages.inc"
+#undef FACETOR_MESSAGE
+#undef FACETOR_WORD
+    EXPECT_TRUE(numbers.contains(161));
+}
+
+TEST(Placeholders, AreReplacedByTheTwoTexts)
+{
+    struct Row {
+        std::string_view message, text1, text2, expected;
+    };
+    const Row rows[] = {
+        {catalogueText(Message::fileTooBig),   "640",    "480",
+         "This file size is too big to open. (640x480)"                                                      },
+        {catalogueText(Message::outOf),        "unused", "Polygons", "Out of Polygons to edit!"              },
+        {catalogueText(Message::cannotFind),   "",       "",         "Cannot find ."                         },
+        {catalogueText(Message::notSupported), "a",      "b",        "Sorry, this function is not supported."},
+        {"^^1",                                "x",      "",         "^x"                                    },
+        {"a^3^",                               "x",      "y",        "a^3^"                                  },
+        {"^1^2",                               "^2",     "^1",       "^2^1"                                  },
+        {"",                                   "x",      "y",        ""                                      },
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(expandPlaceholders(row.message, row.text1, row.text2), row.expected);
+}
+
+} // namespace
+} // namespace facetor
