@@ -314,18 +314,20 @@ Message ModelReader::readGouraud(const Mesh& mesh, std::uint32_t size)
 }
 
 /// Several objects may show one mesh, but a frame holds no more than one pool of vertices and
-/// polygons. Object indices were checked when they were read.
+/// polygons. Object indices were checked when they were read. On failure every object is given its
+/// own mesh again, so that what was read stays within the frame.
 Message ModelReader::checkMeshes()
 {
     std::uint32_t vertices = 0, polygons = 0;
-    for (object_ = 0; object_ < model_.objectCount; ++object_) {
-        const Mesh& mesh = model_.meshes[model_.objects[object_].mesh];
+    for (std::uint32_t i = 0; i < model_.objectCount; ++i) {
+        const Mesh& mesh = model_.meshes[model_.objects[i].mesh];
         vertices += mesh.vertexCount;
         polygons += mesh.polygonCount;
-        if (vertices > vertexCapacity || polygons > polygonCapacity) {
-            chunk_ = "OBJT";
-            return fail("shares a mesh so that a frame would hold too many polygons");
-        }
+        if (vertices <= vertexCapacity && polygons <= polygonCapacity) continue;
+        for (std::uint32_t own = 0; own < model_.objectCount; ++own) model_.objects[own].mesh = own;
+        reason_ = "object " + std::to_string(i) +
+                  ", chunk OBJT: shares a mesh so that a frame would hold too many polygons";
+        return Message::formatNotSupported;
     }
     return Message::none;
 }
