@@ -1,0 +1,9 @@
+#include "app/program_win.h"
+
+#include <windows.h>
+
+int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int showCommand)
+{
+    using namespace facetor;
+    return runProgram({instance, readPlatform(), showCommand, commandLineArguments()});
+}

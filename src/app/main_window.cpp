@@ -1,0 +1,162 @@
+#include "app/main_window.h"
+
+#include "app/commands_win.h"
+#include "app/editor_win.h"
+#include "app/model_commands_win.h"
+#include "app/model_view_window.h"
+#include "resources/resource_ids.h"
+#include "ui/status_bar_win.h"
+#include "ui/window_data_win.h"
+
+#include <windows.h>
+#include <windowsx.h>
+
+#include <shellapi.h>
+
+#include <string>
+
+namespace facetor {
+
+namespace {
+
+constexpr int statusPartEdges[] = {100, 200, 300}; // right edges in pixels
+
+/// The longest path that a drop is taken with, in bytes.
+constexpr UINT longestDroppedPath = 256;
+
+Message startDocument(Editor& editor)
+{
+    if (const Message message = startEngine(editor.engine); message != Message::none)
+        return message;
+    if (const Message message = editor.document.textures.create(); message != Message::none)
+        return message;
+    return createModelStore(editor.document.model);
+}
+
+bool createContents(Editor& editor)
+{
+    DragAcceptFiles(editor.mainWindow, TRUE);
+    if (const Message message = startDocument(editor); message != Message::none) {
+        alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation);
+        return false;
+    }
+    editor.engine.settings.textures = editor.document.textures.slots();
+    startView(editor.view, editor.engine);
+    editor.statusBar = createStatusBar(editor.mainWindow, statusPartEdges);
+    if (!editor.statusBar) return false;
+    refreshStatus(editor);
+    return true;
+}
+
+void releaseContents(Editor& editor)
+{
+    releaseModelStore(editor.document.model);
+    editor.engine.settings.textures = {};
+    stopEngine(editor.engine);
+    if (!editor.document.textures.slots().empty()) editor.document.textures.clearAll();
+}
+
+void onSize(Editor& editor, WPARAM kind, LPARAM size)
+{
+    SendMessageA(editor.statusBar, WM_SIZE, kind, size);
+    requestRedraw(editor);
+}
+
+/// Takes the first of the dropped files; the others are ignored.
+void onDropFiles(Editor& editor, HDROP drop)
+{
+    std::string path(longestDroppedPath, '\0');
+    const UINT length = DragQueryFileA(drop, 0, nullptr, 0);
+    const bool fits = length > 0 && length <= longestDroppedPath;
+    if (fits) path.resize(DragQueryFileA(drop, 0, path.data(), longestDroppedPath + 1));
+    DragFinish(drop);
+    if (fits)
+        openAnyPath(editor, path);
+    else if (length > longestDroppedPath) // a path that was cut would name another file
+        alert(editor.alerts, editor.mainWindow, Message::cannotOpenFile, AlertStyle::exclamation);
+}
+
+void onClose(Editor& editor)
+{
+    // While an alert or a dialog is up the window is disabled: the question comes after it.
+    if (!IsWindowEnabled(editor.mainWindow)) return;
+    if (askSaveModel(editor, Word::ending) == Decision::stay) return;
+    if (askSaveTextures(editor, Word::ending) == Decision::stay) return;
+    DestroyWindow(editor.mainWindow);
+}
+
+LRESULT CALLBACK mainWindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    Editor& editor = theEditor();
+    switch (message) {
+    case WM_CREATE:
+        editor.mainWindow = window;
+        if (!createContents(editor)) SendMessageA(window, WM_CLOSE, 0, 0);
+        return 0;
+    case WM_DESTROY:
+        releaseContents(editor);
+        PostQuitMessage(0);
+        return 0;
+    case WM_SIZE: onSize(editor, wParam, lParam); return 0;
+    case WM_ERASEBKGND: eraseAroundModelView(editor, reinterpret_cast<HDC>(wParam)); return 1;
+    case WM_PAINT: paintModelView(editor); return 0;
+    case WM_CLOSE: onClose(editor); return 0;
+    case WM_MOUSEMOVE: onMouseMove(editor, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)}); return 0;
+    case WM_NCMOUSEMOVE: onCursorLeft(editor); break; // the frame's own buttons need it as well
+    case WM_LBUTTONDOWN: onLeftButtonDown(editor); return 0;
+    case WM_LBUTTONUP: onLeftButtonUp(editor); return 0;
+    case WM_RBUTTONDOWN: onRightButtonDown(editor); return 0;
+    case WM_RBUTTONUP: onRightButtonUp(editor); return 0;
+    case WM_COMMAND:
+        if (runCommand(editor, LOWORD(wParam), lParam)) return 0;
+        break;
+    case WM_DROPFILES: onDropFiles(editor, reinterpret_cast<HDROP>(wParam)); return 0;
+    case messageRedraw:
+        editor.view.frameNeedsDrawing = true;
+        InvalidateRect(window, nullptr, FALSE);
+        return 0;
+    case messageOpenPath: SendMessageA(window, WM_COMMAND, IDM_FILE_OPEN_PATH, lParam); return 0;
+    default: break;
+    }
+    return DefWindowProcA(window, message, wParam, lParam);
+}
+
+} // namespace
+
+bool registerMainWindow(const Editor& editor)
+{
+    WNDCLASSA description{};
+    description.style = CS_HREDRAW | CS_VREDRAW | CS_DBLCLKS;
+    description.lpfnWndProc = mainWindowProcedure;
+    description.hInstance = editor.instance;
+    description.hIcon = LoadIconA(editor.instance, "GENERIC");
+    description.hCursor = LoadCursorA(nullptr, IDC_ARROW);
+    description.hbrBackground = static_cast<HBRUSH>(GetStockObject(GRAY_BRUSH));
+    description.lpszMenuName = "IDR_MENU1";
+    description.lpszClassName = mainWindowClass;
+    return RegisterClassA(&description) != 0;
+}
+
+bool createMainWindow(Editor& editor)
+{
+    constexpr DWORD style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
+    static_assert(style == 0x02CF0000);
+    return CreateWindowExA(0, mainWindowClass, "TEST", style, CW_USEDEFAULT, CW_USEDEFAULT,
+                           CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr, editor.instance,
+                           nullptr) != nullptr;
+}
+
+void refreshStatus(Editor& editor)
+{
+    const Model& model = editor.document.model;
+    const std::pair<Word, std::uint32_t> parts[] = {
+        {Word::objects,  model.objectCount      },
+        {Word::polygons, model.totalPolygonCount},
+        {Word::vertices, model.totalVertexCount },
+    };
+    for (int part = 0; const auto& [word, count] : parts)
+        setStatusText(editor.statusBar, part++,
+                      loadCatalogueText(editor.mainWindow, word) + " = " + std::to_string(count));
+}
+
+} // namespace facetor

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "app/commands_win.h"
+#include "base/message.h"
+
+#include <string>
+
+namespace facetor {
+
+struct Editor;
+
+/// Whether an operation that would lose unsaved changes goes on.
+enum class Decision { goOn, stay };
+
+/// Asks what becomes of a changed model before `reason` ("opening new file" or "ending"). Yes runs
+/// Save as, whatever comes of it; Cancel means stay. Goes on without a question when the model has
+/// not been changed.
+Decision askSaveModel(Editor& editor, Word reason);
+
+/// The same question about the texture list; Yes saves the list.
+Decision askSaveTextures(Editor& editor, Word reason);
+
+/// Asks about a changed model, then opens the model file. The message of a failure has been shown
+/// when this returns. A file that is no model leaves the model alone; one that is broken further
+/// inside leaves what could be read, under the old title.
+CommandOutcome openModelPath(Editor& editor, const std::string& path);
+
+/// Asks about a changed texture list, then reads the file into it: slots that the file does not
+/// name keep what they hold. A failed read is not reported.
+void openTexturePath(Editor& editor, const std::string& path);
+
+/// Opens a file that was dropped or named on the command line: a texture list by what the file
+/// begins with, anything else as a model, through its command.
+void openAnyPath(Editor& editor, const std::string& path);
+
+} // namespace facetor

@@ -1,0 +1,112 @@
+#include "app/program_win.h"
+
+#include "app/main_window.h"
+#include "app/model_commands_win.h"
+#include "app/title_win.h"
+
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include <algorithm>
+#include <cfloat>
+#include <cstddef>
+#include <memory>
+
+namespace facetor {
+
+namespace {
+
+/// Makes the x87 round to single precision for the rest of the run of this thread. Our own
+/// arithmetic is SSE and does not notice; what the system's libraries compute on the x87 does. On
+/// 64-bit Windows there is no such setting.
+void setSinglePrecision()
+{
+#ifdef __i386__
+    _controlfp(_PC_24, _MCW_PC);
+#endif
+}
+
+std::string toCodePage(const wchar_t* wide)
+{
+    const int size = WideCharToMultiByte(CP_ACP, 0, wide, -1, nullptr, 0, nullptr, nullptr);
+    if (size <= 1) return {};
+    std::string text(static_cast<std::size_t>(size), '\0');
+    WideCharToMultiByte(CP_ACP, 0, wide, -1, text.data(), size, nullptr, nullptr);
+    text.pop_back(); // the terminating NUL was counted
+    return text;
+}
+
+/// Ends the registration of the main window's class and what the windows know of the editor.
+class EditorScope {
+public:
+    explicit EditorScope(Editor& editor) : editor_(editor) { setTheEditor(&editor_); }
+    ~EditorScope()
+    {
+        UnregisterClassA(mainWindowClass, editor_.instance);
+        setTheEditor(nullptr);
+    }
+    EditorScope(const EditorScope&) = delete;
+    EditorScope& operator=(const EditorScope&) = delete;
+
+private:
+    Editor& editor_;
+};
+
+/// Fetches messages until the quit message and returns its argument.
+int runMainLoop(Editor& editor)
+{
+    MSG message{};
+    while (GetMessageA(&message, nullptr, 0, 0) > 0) {
+        // Accelerators go to the main window, whichever window has the focus.
+        if (TranslateAcceleratorA(editor.mainWindow, editor.accelerators.get(), &message)) continue;
+        if (std::ranges::any_of(editor.modelessDialogs, [&](HWND dialog) {
+                return IsDialogMessageA(dialog, &message) != FALSE;
+            }))
+            continue;
+        TranslateMessage(&message);
+        DispatchMessageA(&message);
+    }
+    return static_cast<int>(message.wParam);
+}
+
+} // namespace
+
+Platform readPlatform()
+{
+    OSVERSIONINFOA version{};
+    version.dwOSVersionInfoSize = sizeof version;
+    GetVersionExA(&version);
+    return static_cast<Platform>(version.dwPlatformId);
+}
+
+std::vector<std::string> commandLineArguments()
+{
+    // Not the C library's main() arguments: it expands "*" and "[" in file names.
+    int count = 0;
+    const UniqueHandle<wchar_t**, LocalFree> wide(CommandLineToArgvW(GetCommandLineW(), &count));
+    std::vector<std::string> arguments;
+    for (int i = 1; wide && i < count; ++i) arguments.push_back(toCodePage(wide.get()[i]));
+    return arguments;
+}
+
+int runProgram(const Start& start)
+{
+    if (start.platform == Platform::win32s) return 0;
+    setSinglePrecision();
+    const auto editor = std::make_unique<Editor>();
+    editor->instance = start.instance;
+    editor->platform = start.platform;
+    editor->accelerators.reset(LoadAcceleratorsA(start.instance, "IDR_ACCEL"));
+    if (!registerMainWindow(*editor)) return 0;
+    const EditorScope scope(*editor);
+    if (!createMainWindow(*editor)) return 0;
+    setTitleFile(*editor, nullptr);
+    ShowWindow(editor->mainWindow, start.showCommand);
+    UpdateWindow(editor->mainWindow);
+    const std::size_t opened = std::min<std::size_t>(start.arguments.size(), 2);
+    for (std::size_t i = 0; i < opened; ++i) openAnyPath(*editor, start.arguments[i]);
+    return runMainLoop(*editor);
+}
+
+} // namespace facetor

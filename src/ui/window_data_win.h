@@ -1,0 +1,24 @@
+#pragma once
+
+#include "base/message.h"
+
+#include <windows.h>
+
+#include <string>
+
+namespace facetor {
+
+/// The module that owns a window, whose resources the window uses; the program for no window.
+HINSTANCE instanceOf(HWND window);
+
+/// The window's whole text, in the process's code page.
+std::string windowText(HWND window);
+
+/// Catalogue text `word`, at most 127 characters, from the module that owns the window. Empty when
+/// the module's catalogue does not hold it.
+std::string loadCatalogueText(HWND window, Word word);
+
+/// The absolute form of a path, by the current folder; the path as it is when there is none.
+std::string fullPath(const std::string& path);
+
+} // namespace facetor
