@@ -1,37 +1,14 @@
 #include "engine/rasteriser.h"
 
 #include "engine/pixel_operation.h"
+#include "engine/solid_span.h"
 #include "engine/span_ends.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace facetor {
 
 namespace {
-
-/// Stores `count` pixels of one colour. Short runs are written as two overlapping stores of the
-/// widest size that fits, so that a run of a small polygon costs no loop.
-void storeSolid(Rgb555* to, std::int32_t count, Rgb555 colour)
-{
-    std::uint64_t four = colour;
-    four |= four << 16;
-    four |= four << 32;
-    if (count >= 8) {
-        const std::uint64_t eight[2] = {four, four};
-        std::int32_t at = 0;
-        for (; at + 8 <= count; at += 8) std::memcpy(to + at, eight, sizeof eight);
-        std::memcpy(to + count - 8, eight, sizeof eight);
-    } else if (count >= 4) {
-        std::memcpy(to, &four, 8);
-        std::memcpy(to + count - 4, &four, 8);
-    } else if (count >= 2) {
-        std::memcpy(to, &four, 4);
-        std::memcpy(to + count - 2, &four, 4);
-    } else if (count == 1) {
-        *to = colour;
-    }
-}
 
 template <PixelMode mode, bool mesh>
 void fillRows(FrameSurface& surface, const SpanEnds& ends, RowRange rows, Rgb555 colour)

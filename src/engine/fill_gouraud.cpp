@@ -47,21 +47,15 @@ void fillHalves(Engine& engine, const ScreenQuad& quad, const Source& source, st
 {
     FrameSurface& surface = engine.surface;
     const SpanEnds ends = spanEndsOf(engine);
-    dispatchPixelMode(flatPixelMode(flags), (flags & meshMode) != 0,
-                      [&]<PixelMode mode, bool mesh>() {
-                          fillTriangle<mode, mesh>(
-                              surface, ends,
-                              {
-                                  {{quad[0], {0, 0}}, {quad[1], {31, 0}}, {quad[2], {31, 31}}}
-                          },
-                              source);
-                          fillTriangle<mode, mesh>(
-                              surface, ends,
-                              {
-                                  {{quad[0], {0, 0}}, {quad[2], {31, 31}}, {quad[3], {0, 31}}}
-                          },
-                              source);
-                      });
+    dispatchPixelMode(
+        flatPixelMode(flags), (flags & meshMode) != 0, [&]<PixelMode mode, bool mesh>() {
+            fillTriangle<mode, mesh>(surface, ends,
+                                     {{{quad[0], {0, 0}}, {quad[1], {31, 0}}, {quad[2], {31, 31}}}},
+                                     source);
+            fillTriangle<mode, mesh>(surface, ends,
+                                     {{{quad[0], {0, 0}}, {quad[2], {31, 31}}, {quad[3], {0, 31}}}},
+                                     source);
+        });
 }
 
 } // namespace

@@ -151,8 +151,7 @@ void fillTextured(Engine& engine, const ScreenQuad& quad, const TextureSlot& tex
     const TextureSource source{
         {static_cast<float>(texture.width), static_cast<float>(texture.height)},
         TexelAddress(texture, textureFlip(flags)),
-        light
-    };
+        light};
     fillCells(engine, quad, source, texturePixelMode(flags), flags);
 }
 
@@ -165,8 +164,7 @@ void fillTexturedGouraud(Engine& engine, const ScreenQuad& quad, const TextureSl
          static_cast<float>(gouraudTextureSize), static_cast<float>(gouraudTextureSize)},
         TexelAddress(texture, textureFlip(flags)),
         light,
-        gouraudSteps(engine.settings.light, gouraud, flags)
-    };
+        gouraudSteps(engine.settings.light, gouraud, flags)};
     // The four colours already carry the light, so the texel is not lit a second time.
     fillCells(engine, quad, source, flatPixelMode(flags), flags);
 }

@@ -89,18 +89,14 @@ RowRange findSpans(const SpanEnds& ends, const std::array<ScreenPoint, Corners>&
 RowRange findQuadSpans(const SpanEnds& ends, const std::array<ScreenPoint, 4>& point,
                        std::int32_t height)
 {
-    constexpr std::array<std::array<std::size_t, 2>, 4> edges{
-        {{0, 1}, {1, 2}, {3, 2}, {0, 3}}
-    };
+    constexpr std::array<std::array<std::size_t, 2>, 4> edges{{{0, 1}, {1, 2}, {3, 2}, {0, 3}}};
     return findSpans(ends, point, edges, height);
 }
 
 RowRange findTriangleSpans(const SpanEnds& ends, const std::array<ScreenPoint, 3>& point,
                            std::int32_t height)
 {
-    constexpr std::array<std::array<std::size_t, 2>, 3> edges{
-        {{0, 1}, {1, 2}, {0, 2}}
-    };
+    constexpr std::array<std::array<std::size_t, 2>, 3> edges{{{0, 1}, {1, 2}, {0, 2}}};
     return findSpans(ends, point, edges, height);
 }
 

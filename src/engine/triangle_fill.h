@@ -29,6 +29,9 @@ template <std::size_t Coordinates> struct TriangleCorner {
 /// Fractional bits of the coordinates in the inner loop. A step's rounding error adds up to a
 /// two-hundredth of a texel over the widest span.
 inline constexpr int coordinateBits = 16;
+/// Added to every coordinate, in texels: a corner's coordinate is whole, and keeps its texel
+/// however the planes are rounded.
+inline constexpr float coordinateBias = 1.0f / 1024;
 /// Coordinates and steps below this keep 32 bits with the fractional bits from overflowing.
 inline constexpr float largestFixedCoordinate = 16384.0f;
 
@@ -72,7 +75,8 @@ void fillTriangle(FrameSurface& surface, const SpanEnds& ends,
 
         std::array<float, coordinates> first, step;
         for (std::size_t c = 0; c < coordinates; ++c) {
-            first[c] = corner[0].coordinate[c] + perColumn[c] * static_cast<float>(left - p0.x) +
+            first[c] = corner[0].coordinate[c] + coordinateBias +
+                       perColumn[c] * static_cast<float>(left - p0.x) +
                        perRow[c] * static_cast<float>(row - p0.y);
             step[c] = perColumn[c] * columnStep;
         }
