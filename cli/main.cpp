@@ -1,0 +1,201 @@
+// facetor-cli: Facetor without windows. This file is the command line; the commands have theirs.
+
+#include "commands.h"
+#include "option_values.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <functional>
+#include <map>
+
+namespace facetor {
+
+namespace {
+
+/// Adds an option whose text goes through one of the functions of option_values.h.
+template <typename Value, typename Parse>
+CLI::Option* addValue(CLI::App& command, const std::string& name, Value& value, Parse parse,
+                      const std::string& form, const std::string& help)
+{
+    return command
+        .add_option_function<std::string>(
+            name,
+            [&value, parse, name, form](const std::string& text) {
+                const auto parsed = parse(text);
+                if (!parsed) throw CLI::ValidationError(name, "\"" + text + "\" is no " + form);
+                value = *parsed;
+            },
+            help)
+        ->type_name(form);
+}
+
+/// Adds an option that takes one of a few words.
+template <typename Value, typename Choice>
+void addChoice(CLI::App& command, const std::string& name, Value& value,
+               const std::map<std::string, Choice>& choices, const std::string& help)
+{
+    std::string form;
+    for (const auto& [word, choice] : choices) form += (form.empty() ? "" : "|") + word;
+    const auto parse = [choices](const std::string& text) -> std::optional<Choice> {
+        const auto found = choices.find(text);
+        if (found == choices.end()) return std::nullopt;
+        return found->second;
+    };
+    addValue(command, name, value, parse, form, help);
+}
+
+/// Adds what every level takes.
+void addCommon(CLI::App& command, Progress& progress)
+{
+    command.set_version_flag("--version", "facetor-cli " FACETOR_VERSION, "Print the version");
+    command.add_flag_callback(
+        "-q,--quiet", [&progress] { progress = Progress::silent; }, "Do not report progress");
+}
+
+using Action = std::function<int()>;
+
+void addInfo(CLI::App& app, Progress& progress, Action& action)
+{
+    CLI::App* command = app.add_subcommand(
+        "info", "Describe a model (.mx3), a texture list (.mxt) or a target image (.sal)");
+    addCommon(*command, progress);
+    struct Arguments {
+        std::string path;
+        bool json = false;
+    };
+    const auto arguments = std::make_shared<Arguments>();
+    command->add_option("FILE", arguments->path, "The file to describe")->required();
+    command->add_flag("--json", arguments->json, "Describe it in JSON");
+    command->callback([&action, arguments] {
+        action = [arguments] {
+            return runInfo(arguments->path, arguments->json ? InfoFormat::json : InfoFormat::text);
+        };
+    });
+}
+
+void addCheck(CLI::App& app, Progress& progress, Action& action)
+{
+    CLI::App* command = app.add_subcommand("check", "Read files with all checks on");
+    addCommon(*command, progress);
+    const auto paths = std::make_shared<std::vector<std::string>>();
+    command->add_option("FILE", *paths, "The files to read")->required();
+    command->callback([&action, paths] { action = [paths] { return runCheck(*paths); }; });
+}
+
+void addConvert(CLI::App& app, Progress& progress, Action& action)
+{
+    CLI::App* command = app.add_subcommand(
+        "convert", "Convert a file into what its new extension says:\n"
+                   "  .mx3 to .mx3   reads a model and writes it again in the current layout\n"
+                   "  .mxt to .mxt   reads a texture list and writes it again");
+    addCommon(*command, progress);
+    const auto paths = std::make_shared<std::vector<std::string>>();
+    command->add_option("FILE", *paths, "The input, then the output")->required()->expected(2, -1);
+    command->callback([&action, &progress, paths] {
+        action = [&progress, paths] { return runConvert(*paths, progress); };
+    });
+}
+
+void addRender(CLI::App& app, Progress& progress, Action& action)
+{
+    CLI::App* command = app.add_subcommand(
+        "render", "Draw one frame of a model as a PNG file, as the editor would");
+    addCommon(*command, progress);
+    const auto options = std::make_shared<RenderOptions>();
+    command->add_option("MODEL", options->model, "The model (.mx3)")->required();
+    command->add_option("OUT", options->output, "The picture (.png)")->required();
+    command->add_option("--textures", options->textures,
+                        "The texture list (.mxt) that the polygons refer to");
+    addValue(*command, "--size", options->size, parseSize, "WxH",
+             "Client area, at most 640x489; default 640x480");
+    CLI::Option* noFit = command->add_flag_callback(
+        "--no-fit", [options] { options->fit = false; },
+        "Do not fit the model to the window: model centre 0, view scale 1");
+    addValue(*command, "--camera", options->camera, parseVector, "X,Y,Z",
+             "Camera position; default 0,0,700");
+    addValue(*command, "--rotate", options->rotation, parseAngles, "AX,AY,AZ",
+             "Model rotation in angle units, 65536 a turn; default 0,0,0");
+    addChoice<std::optional<FixedView>, FixedView>(*command, "--view", options->view,
+                                                   {
+                                                       {"forward", FixedView::forward},
+                                                       {"back",    FixedView::back   },
+                                                       {"left",    FixedView::left   },
+                                                       {"right",   FixedView::right  },
+                                                       {"top",     FixedView::top    },
+                                                       {"bottom",  FixedView::bottom }
+    },
+                                                   "One of the fixed views");
+    addValue(*command, "--view-scale", options->viewScale, parseFloat, "S", "View scale; default 1")
+        ->needs(noFit);
+    addValue(*command, "--angle", options->viewAngle, parseViewAngle, "DEGREES",
+             "View angle, 1 to 179 degrees; default 16383 angle units, about 90 degrees");
+    command->add_flag("--parallel", options->parallel, "Parallel projection");
+    addChoice(*command, "--draw", options->draw,
+              std::map<std::string, DragDrawMode>{
+                  {"full", DragDrawMode::full},
+                  {"flat", DragDrawMode::flat},
+                  {"wire", DragDrawMode::wire}
+    },
+              "Draw mode; default full");
+    addValue(*command, "--light", options->light, parseVector, "X,Y,Z",
+             "Light direction, used as given; default 0.577,0.577,0.577");
+    const std::string colour = "R,G,B";
+    addValue(*command, "--light-color", options->lightColour, parseColour, colour,
+             "Light colour, 0-31 each; default 31,31,31");
+    addValue(*command, "--ambient", options->ambientColour, parseColour, colour,
+             "Ambient colour, 0-31 each; default 0,0,0");
+    addValue(*command, "--background", options->backgroundColour, parseColour, colour,
+             "Background colour, 0-31 each; default 0,0,16");
+    addValue(*command, "--picked", options->pickedColour, parseColour, colour,
+             "Colour of picked polygons, 0-31 each; default 0,31,0");
+    addChoice(*command, "--select", options->selectAll,
+              std::map<std::string, bool>{
+                  {"all",  true },
+                  {"none", false}
+    },
+              "Which polygons are marked as picked; default none");
+    addValue(
+        *command, "--repeat", options->repeat,
+        [](const std::string& text) { return parseInteger(text, 1, 1000000); }, "N",
+        "Draw the whole frame N times, 1 to 1000000, and print how long it took");
+    command->callback([&action, &progress, options] {
+        action = [&progress, options] { return runRender(*options, progress); };
+    });
+}
+
+int run(int argumentCount, const char* const* arguments)
+{
+    Progress progress = Progress::shown;
+    Action action;
+    CLI::App app("Facetor without windows: describes, checks, converts and renders its files",
+                 "facetor-cli");
+    app.require_subcommand(1);
+    addCommon(app, progress);
+    addInfo(app, progress, action);
+    addCheck(app, progress, action);
+    addConvert(app, progress, action);
+    addRender(app, progress, action);
+    try {
+        app.parse(argumentCount, arguments);
+    } catch (const CLI::Success& answer) { // help or the version
+        return app.exit(answer);
+    } catch (const CLI::ParseError& error) {
+        return reportWrongCommandLine(error.what());
+    }
+    return action();
+}
+
+} // namespace
+
+} // namespace facetor
+
+int main(int argumentCount, char** arguments)
+{
+    try {
+        return facetor::run(argumentCount, arguments);
+    } catch (const std::exception& error) { // memory ran out where nothing reports it
+        std::fprintf(stderr, "facetor-cli: %s\n", error.what());
+        return facetor::exitFailed;
+    }
+}
