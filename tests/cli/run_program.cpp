@@ -1,0 +1,51 @@
+#include "cli/run_program.h"
+
+#include "base/temporary_folder.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <sstream>
+
+namespace facetor {
+
+namespace {
+
+std::string contentsOf(const std::string& path)
+{
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+} // namespace
+
+ProgramRun runProgram(const std::vector<std::string>& arguments)
+{
+    const TemporaryFolder folder;
+    const std::string output = folder.file("output"), errors = folder.file("errors");
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    const int flags = O_WRONLY | O_CREAT | O_TRUNC;
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output.c_str(), flags, 0600);
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errors.c_str(), flags, 0600);
+    std::vector<std::string> words{FACETOR_CLI};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> pointers;
+    for (std::string& word : words) pointers.push_back(word.data());
+    pointers.push_back(nullptr);
+    pid_t process = 0;
+    const int spawned =
+        posix_spawn(&process, FACETOR_CLI, &actions, nullptr, pointers.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    EXPECT_EQ(spawned, 0) << FACETOR_CLI;
+    int status = 0;
+    if (spawned == 0) waitpid(process, &status, 0);
+    return {spawned == 0 && WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentsOf(output),
+            contentsOf(errors)};
+}
+
+} // namespace facetor

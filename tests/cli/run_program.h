@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace facetor {
+
+/// What one run of facetor-cli did.
+struct ProgramRun {
+    int status; ///< exit status, -1 when it was ended by a signal
+    std::string output;
+    std::string errors;
+};
+
+/// Runs the built facetor-cli with these arguments and waits for its end.
+ProgramRun runProgram(const std::vector<std::string>& arguments);
+
+} // namespace facetor
