@@ -18,7 +18,6 @@ constexpr std::uint32_t attributesTag = tag("TQAt");
 constexpr std::uint32_t gouraudTag = tag("TQGr");
 
 // Sizes in the file, in bytes.
-constexpr std::uint32_t objectSize = 96;
 constexpr std::uint32_t vertexSize = 12;
 constexpr std::uint32_t polygonSize = 8;
 constexpr std::uint32_t attributeSize = 12;
