@@ -17,7 +17,8 @@ void require(bool holds)
 std::uint32_t sumOfTexels(const TextureList& list)
 {
     std::uint32_t sum = 0;
-    for (std::uint32_t number = 0; number < list.usedCount(); ++number) {
+    const std::uint32_t used = list.usedCount();
+    for (std::uint32_t number = 0; number < used; ++number) {
         if (list.isEmpty(number)) continue;
         const TextureSlot& slot = list.slot(number);
         for (std::size_t i = 0; i < std::size_t{slot.width} * slot.height; ++i)
