@@ -20,9 +20,7 @@ struct Matrix {
     const float* row(std::size_t i) const { return element.data() + 4 * i; }
 };
 
-inline constexpr Matrix identityMatrix{
-    {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}
-};
+inline constexpr Matrix identityMatrix{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}};
 
 // The operations below carry their intermediate results in double precision and store singles.
 
@@ -36,15 +34,35 @@ bool isFinite(const Vector3& v);
 /// components that are not numbers.
 Vector3 normalised(const Vector3& v);
 
-float dotProduct(const Vector3& a, const Vector3& b);
+inline float dotProduct(const Vector3& a, const Vector3& b)
+{
+    return static_cast<float>(double{a.x} * double{b.x} + double{a.y} * double{b.y} +
+                              double{a.z} * double{b.z});
+}
 
 /// (a.y b.z - b.y a.z, a.z b.x - b.z a.x, a.x b.y - b.x a.y)
 Vector3 crossProduct(const Vector3& a, const Vector3& b);
 
 /// x row 0 + y row 1 + z row 2 + row 3
-Vector3 transformPoint(const Vector3& point, const Matrix& matrix);
+inline Vector3 transformPoint(const Vector3& point, const Matrix& matrix)
+{
+    const double x = point.x, y = point.y, z = point.z;
+    const auto& m = matrix.element;
+    return {
+        static_cast<float>(x * double{m[0]} + y * double{m[4]} + z * double{m[8]} + double{m[12]}),
+        static_cast<float>(x * double{m[1]} + y * double{m[5]} + z * double{m[9]} + double{m[13]}),
+        static_cast<float>(x * double{m[2]} + y * double{m[6]} + z * double{m[10]} +
+                           double{m[14]})};
+}
 
 /// transformPoint() without the translation: for directions and normals.
-Vector3 rotateVector(const Vector3& vector, const Matrix& matrix);
+inline Vector3 rotateVector(const Vector3& vector, const Matrix& matrix)
+{
+    const double x = vector.x, y = vector.y, z = vector.z;
+    const auto& m = matrix.element;
+    return {static_cast<float>(x * double{m[0]} + y * double{m[4]} + z * double{m[8]}),
+            static_cast<float>(x * double{m[1]} + y * double{m[5]} + z * double{m[9]}),
+            static_cast<float>(x * double{m[2]} + y * double{m[6]} + z * double{m[10]})};
+}
 
 } // namespace facetor

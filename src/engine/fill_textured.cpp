@@ -10,30 +10,6 @@ namespace {
 /// What an unlit polygon's half and translucent texels are lit with.
 constexpr int unlitLevel = maxLightLevel;
 
-/// Where a texture's texels lie, its flip folded into a start and two signed steps.
-struct TexelAddress {
-    const Rgb555* start;
-    std::ptrdiff_t perColumn, perRow;
-
-    TexelAddress(const TextureSlot& texture, int flip)
-        : start(texture.pixels), perColumn(1), perRow(texture.width)
-    {
-        if ((flip & 1) != 0) {
-            start += texture.width - 1;
-            perColumn = -1;
-        }
-        if ((flip & 2) != 0) {
-            start += static_cast<std::ptrdiff_t>(texture.height - 1) * texture.width;
-            perRow = -perRow;
-        }
-    }
-
-    Rgb555 at(std::int32_t column, std::int32_t row) const
-    {
-        return start[row * perRow + column * perColumn];
-    }
-};
-
 /// A texel through the blend mode and, but for replace and shadow, the colour-with-light rule.
 template <PixelMode mode> void putTexel(const TexelLight& light, Rgb555 texel, Rgb555& d)
 {
@@ -46,12 +22,13 @@ template <PixelMode mode> void putTexel(const TexelLight& light, Rgb555 texel, R
 struct TextureSource {
     static constexpr std::size_t coordinates = 2;
     std::array<float, 2> limit;
-    TexelAddress address;
+    const Rgb555* texels;
+    std::int32_t width;
     const TexelLight& light;
 
     template <PixelMode mode> void pixel(const std::array<std::int32_t, 2>& at, Rgb555& d) const
     {
-        const Rgb555 texel = address.at(at[0], at[1]);
+        const Rgb555 texel = texels[at[1] * width + at[0]];
         if ((texel & opaqueBit) != 0) putTexel<mode>(light, texel, d);
     }
 };
@@ -59,13 +36,14 @@ struct TextureSource {
 struct GouraudTextureSource {
     static constexpr std::size_t coordinates = 4; // texture column and row, Gouraud column and row
     std::array<float, 4> limit;
-    TexelAddress address;
+    const Rgb555* texels;
+    std::int32_t width;
     const TexelLight& light;
     GouraudSteps steps;
 
     template <PixelMode mode> void pixel(const std::array<std::int32_t, 4>& at, Rgb555& d) const
     {
-        const Rgb555 texel = address.at(at[0], at[1]);
+        const Rgb555 texel = texels[at[1] * width + at[0]];
         if ((texel & opaqueBit) == 0) return;
         const auto stepped = static_cast<Rgb555>(steps.applied(texel, at[2], at[3]) | opaqueBit);
         putTexel<mode>(light, stepped, d);
@@ -87,12 +65,18 @@ Line subdivided(const ScreenPoint& a, const ScreenPoint& b)
     return {a, middle(a, half), half, middle(half, b), b};
 }
 
-/// Texture coordinates of the grid points over `size` texels.
-std::array<float, gridPoints> gridCoordinates(std::int32_t size)
+/// Coordinates of the grid points over `size` texels. A flipped axis runs backwards from the far
+/// side, which truncates to the mirrored texel everywhere.
+std::array<float, gridPoints> gridCoordinates(std::int32_t size, bool flipped)
 {
     const std::int32_t quarter = size >> 2, half = size >> 1;
-    return {0.0f, static_cast<float>(quarter), static_cast<float>(half),
-            static_cast<float>(quarter + half), static_cast<float>(size - 1)};
+    const std::array<std::int32_t, gridPoints> whole{0, quarter, half, quarter + half, size - 1};
+    std::array<float, gridPoints> coordinates;
+    for (std::size_t i = 0; i < gridPoints; ++i) {
+        const float forward = static_cast<float>(whole[i]) + coordinateBias;
+        coordinates[i] = flipped ? static_cast<float>(size) - forward : forward;
+    }
+    return coordinates;
 }
 
 /// Draws the 4 x 4 cells, two triangles each. Source::coordinates of 4 lays the Gouraud grid over
@@ -110,7 +94,8 @@ void fillCells(Engine& engine, const ScreenQuad& quad, const Source& source, Pix
     constexpr std::size_t coordinates = Source::coordinates;
     std::array<std::array<float, gridPoints>, coordinates> coordinate;
     for (std::size_t c = 0; c < coordinates; ++c)
-        coordinate[c] = gridCoordinates(static_cast<std::int32_t>(source.limit[c]));
+        coordinate[c] = gridCoordinates(static_cast<std::int32_t>(source.limit[c]),
+                                        c < 2 && (textureFlip(flags) >> c & 1) != 0);
     const auto cornerAt = [&](std::size_t across, std::size_t down) {
         TriangleCorner<coordinates> corner{column[across][down], {}};
         for (std::size_t c = 0; c < coordinates; ++c)
@@ -150,7 +135,8 @@ void fillTextured(Engine& engine, const ScreenQuad& quad, const TextureSlot& tex
     const TexelLight& light = texelLight(engine.texelLights, engine.settings.light, level);
     const TextureSource source{
         {static_cast<float>(texture.width), static_cast<float>(texture.height)},
-        TexelAddress(texture, textureFlip(flags)),
+        texture.pixels,
+        texture.width,
         light};
     fillCells(engine, quad, source, texturePixelMode(flags), flags);
 }
@@ -162,7 +148,8 @@ void fillTexturedGouraud(Engine& engine, const ScreenQuad& quad, const TextureSl
     const GouraudTextureSource source{
         {static_cast<float>(texture.width), static_cast<float>(texture.height),
          static_cast<float>(gouraudTextureSize), static_cast<float>(gouraudTextureSize)},
-        TexelAddress(texture, textureFlip(flags)),
+        texture.pixels,
+        texture.width,
         light,
         gouraudSteps(engine.settings.light, gouraud, flags)};
     // The four colours already carry the light, so the texel is not lit a second time.

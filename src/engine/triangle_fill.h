@@ -22,8 +22,8 @@ namespace facetor {
 // Source::pixel is inlined; mode and mesh are fixed at compile time.
 
 template <std::size_t Coordinates> struct TriangleCorner {
-    ScreenPoint at; ///< y is a surface row
-    std::array<float, Coordinates> coordinate;
+    ScreenPoint at;                            ///< y is a surface row
+    std::array<float, Coordinates> coordinate; ///< a whole number and coordinateBias
 };
 
 /// Fractional bits of the coordinates in the inner loop. A step's rounding error adds up to a
@@ -34,6 +34,97 @@ inline constexpr int coordinateBits = 16;
 inline constexpr float coordinateBias = 1.0f / 1024;
 /// Coordinates and steps below this keep 32 bits with the fractional bits from overflowing.
 inline constexpr float largestFixedCoordinate = 16384.0f;
+
+/// The coordinates along one row's pixels: coordinate c of pixel i is first[c] + step[c] i.
+template <std::size_t Coordinates> struct SpanCoordinates {
+    std::array<float, Coordinates> first, step;
+    std::int32_t count;
+
+    float at(std::size_t c, std::int32_t i) const
+    {
+        return first[c] + step[c] * static_cast<float>(i);
+    }
+};
+
+/// One pixel, wherever its coordinates lie.
+template <PixelMode mode, typename Source>
+void putClampedPixel(Rgb555& d, const SpanCoordinates<Source::coordinates>& span, std::int32_t i,
+                     const Source& source)
+{
+    std::array<std::int32_t, Source::coordinates> at;
+    for (std::size_t c = 0; c < at.size(); ++c) {
+        const float value = span.at(c, i);
+        const float atLeast = value > 0.0f ? value : 0.0f; // also for what is no number
+        at[c] = static_cast<std::int32_t>(std::min(atLeast, source.limit[c] - 1.0f));
+    }
+    source.template pixel<mode>(at, d);
+}
+
+/// Pixels `from` to `end` - 1, whose coordinates are known to lie inside the limits: fixed-point
+/// steps, and nothing is clamped.
+template <PixelMode mode, std::int32_t columnStep, typename Source>
+void putInsidePixels(Rgb555* start, const SpanCoordinates<Source::coordinates>& span,
+                     std::int32_t from, std::int32_t end, const Source& source)
+{
+    constexpr std::size_t coordinates = Source::coordinates;
+    constexpr float one = 1 << coordinateBits;
+    std::array<std::uint32_t, coordinates> at, step; // unsigned: the step behind the last pixel may
+    for (std::size_t c = 0; c < coordinates; ++c) {  // leave the 32 bits
+        at[c] = static_cast<std::uint32_t>(static_cast<std::int32_t>(span.at(c, from) * one));
+        step[c] = static_cast<std::uint32_t>(static_cast<std::int32_t>(span.step[c] * one));
+    }
+    for (std::int32_t i = from; i < end; ++i) {
+        std::array<std::int32_t, coordinates> whole;
+        for (std::size_t c = 0; c < coordinates; ++c) {
+            whole[c] = static_cast<std::int32_t>(at[c] >> coordinateBits);
+            at[c] += step[c];
+        }
+        source.template pixel<mode>(whole, start[i * columnStep]);
+    }
+}
+
+/// A span some of whose coordinates may lie outside the limits. They are monotone along the span,
+/// so between its first and last pixel inside none needs clamping.
+template <PixelMode mode, std::int32_t columnStep, typename Source>
+void fillEdgeSpan(Rgb555* start, const SpanCoordinates<Source::coordinates>& span,
+                  const Source& source, bool fixedFits)
+{
+    const float slack = static_cast<float>(span.count) / (1 << coordinateBits);
+    const auto isInside = [&](std::int32_t i) {
+        for (std::size_t c = 0; c < Source::coordinates; ++c)
+            if (!(span.at(c, i) >= slack && span.at(c, i) < source.limit[c] - slack)) return false;
+        return true;
+    };
+    std::int32_t i = 0;
+    if (fixedFits) {
+        while (i < span.count && !isInside(i))
+            putClampedPixel<mode>(start[columnStep * i], span, i, source), ++i;
+        std::int32_t end = span.count;
+        while (end > i && !isInside(end - 1)) --end;
+        if (i < end) putInsidePixels<mode, columnStep>(start, span, i, end, source);
+        i = std::max(i, end);
+    }
+    for (; i < span.count; ++i) putClampedPixel<mode>(start[columnStep * i], span, i, source);
+}
+
+/// One row. The usual span lies inside the limits as a whole, and its ends tell.
+template <PixelMode mode, std::int32_t columnStep, typename Source>
+void fillSpan(Rgb555* start, const SpanCoordinates<Source::coordinates>& span, const Source& source,
+              bool fixedFits)
+{
+    // What the steps' rounding can add up to.
+    const float slack = static_cast<float>(span.count) * (1.0f / (1 << coordinateBits));
+    bool inside = fixedFits;
+    for (std::size_t c = 0; c < Source::coordinates; ++c) {
+        const float last = span.at(c, span.count - 1), limit = source.limit[c];
+        inside &= (span.first[c] >= 0.0f) & (span.first[c] < limit) & (last >= slack) &
+                  (last < limit - slack);
+    }
+    if (inside)
+        putInsidePixels<mode, columnStep>(start, span, 0, span.count, source);
+    else
+        fillEdgeSpan<mode, columnStep>(start, span, source, fixedFits);
+}
 
 template <PixelMode mode, bool mesh, typename Source>
 void fillTriangle(FrameSurface& surface, const SpanEnds& ends,
@@ -70,68 +161,15 @@ void fillTriangle(FrameSurface& surface, const SpanEnds& ends,
         const std::int32_t right = std::min<std::int32_t>(ends.right[row], width - 1);
         if constexpr (mesh) left += ~(left ^ row) & 1; // columns of the other parity than the row
         if (left > right) continue;
-        const std::int32_t count = (right - left) / columnStep + 1;
-        Rgb555* const start = line + left;
-
-        std::array<float, coordinates> first, step;
+        SpanCoordinates<coordinates> span;
+        span.count = (right - left) / columnStep + 1;
         for (std::size_t c = 0; c < coordinates; ++c) {
-            first[c] = corner[0].coordinate[c] + coordinateBias +
-                       perColumn[c] * static_cast<float>(left - p0.x) +
-                       perRow[c] * static_cast<float>(row - p0.y);
-            step[c] = perColumn[c] * columnStep;
+            span.first[c] = corner[0].coordinate[c] +
+                            perColumn[c] * static_cast<float>(left - p0.x) +
+                            perRow[c] * static_cast<float>(row - p0.y);
+            span.step[c] = perColumn[c] * columnStep;
         }
-        const auto clampedPixel = [&](std::int32_t i) {
-            std::array<std::int32_t, coordinates> at;
-            for (std::size_t c = 0; c < coordinates; ++c) {
-                const float value = first[c] + step[c] * static_cast<float>(i);
-                // This way round, what is not a number becomes 0.
-                const float atLeast = value > 0.0f ? value : 0.0f;
-                at[c] = static_cast<std::int32_t>(std::min(atLeast, source.limit[c] - 1.0f));
-            }
-            source.template pixel<mode>(at, start[i * columnStep]);
-        };
-        const auto isInside = [&](std::int32_t i) {
-            for (std::size_t c = 0; c < coordinates; ++c) {
-                const float value = first[c] + step[c] * static_cast<float>(i);
-                if (!(value >= 0.0f && value < source.limit[c])) return false;
-            }
-            return true;
-        };
-
-        // Coordinates are monotone along a span: between its first and last pixel inside the
-        // texture none needs clamping.
-        std::int32_t i = 0;
-        if (fixedFits) {
-            while (i < count && !isInside(i)) clampedPixel(i++);
-            if (i == count) continue;
-            std::array<std::int32_t, coordinates> at, fixedStep;
-            for (std::size_t c = 0; c < coordinates; ++c) {
-                constexpr float one = 1 << coordinateBits;
-                at[c] =
-                    static_cast<std::int32_t>((first[c] + step[c] * static_cast<float>(i)) * one);
-                fixedStep[c] = static_cast<std::int32_t>(step[c] * one);
-            }
-            const auto endsInside = [&](std::int32_t last) {
-                for (std::size_t c = 0; c < coordinates; ++c) {
-                    const std::int64_t value = at[c] + std::int64_t{fixedStep[c]} * (last - i);
-                    const auto limit = static_cast<std::int64_t>(source.limit[c]) << coordinateBits;
-                    if (value < 0 || value >= limit) return false;
-                }
-                return true;
-            };
-            std::int32_t end = count;
-            while (end - 1 > i && !endsInside(end - 1)) --end;
-            for (; i < end; ++i) {
-                std::array<std::int32_t, coordinates> whole;
-                for (std::size_t c = 0; c < coordinates; ++c) whole[c] = at[c] >> coordinateBits;
-                source.template pixel<mode>(whole, start[i * columnStep]);
-                // Unsigned: the step behind the last pixel may leave the 32 bits.
-                for (std::size_t c = 0; c < coordinates; ++c)
-                    at[c] = static_cast<std::int32_t>(static_cast<std::uint32_t>(at[c]) +
-                                                      static_cast<std::uint32_t>(fixedStep[c]));
-            }
-        }
-        for (; i < count; ++i) clampedPixel(i);
+        fillSpan<mode, columnStep>(line + left, span, source, fixedFits);
     }
 }
 
