@@ -1,0 +1,33 @@
+#pragma once
+
+#include "base/message.h"
+#include "model/model.h"
+#include "texture/texture_list.h"
+
+#include <functional>
+#include <string>
+
+namespace facetor::samples {
+
+// Each function makes one sample: the model, and the textures that its polygons name. Both are
+// created stores; what they held is replaced.
+
+/// A long-range courier: 21 objects in three levels, every way of drawing a polygon.
+Message makeShip(Model& model, TextureList& textures);
+/// A treasure chest with an open lid, small enough to read in an editor.
+Message makeProp(Model& model, TextureList& textures);
+/// A floating island that fills the pools: 4096 vertices, 4096 polygons, 128 objects.
+Message makeMax(Model& model, TextureList& textures);
+
+struct Sample {
+    std::string name; ///< of both files, without extension
+    Message (*make)(Model&, TextureList&);
+};
+
+inline const Sample allSamples[] = {
+    {"ship", makeShip},
+    {"prop", makeProp},
+    {"max", makeMax},
+};
+
+} // namespace facetor::samples
