@@ -1,0 +1,217 @@
+#include "output/model_source.h"
+
+#include "attr/attribute_text.h"
+#include "attr/gouraud_count.h"
+#include "base/file.h"
+#include "base/text.h"
+#include "model/model_file.h"
+#include "output/source_text.h"
+
+#include <algorithm>
+#include <span>
+
+namespace facetor {
+
+namespace {
+
+/// From so many polygons on, vertex indices take three columns. It is the polygons that count, not
+/// the vertices.
+constexpr std::uint32_t wideIndicesAbove = 100;
+
+/// Room for a polygon's share of the text, in bytes, so that the text seldom moves while it grows.
+constexpr std::size_t textPerPolygon = 320;
+
+void appendPoints(std::string& text, const Vector3* points, std::uint32_t count)
+{
+    for (const Vector3& point : std::span(points, count)) {
+        text += "\tPOStoFIXED(";
+        appendFixed(text, point.x, point.y, point.z);
+        text += "),\r\n";
+    }
+}
+
+void appendCountLine(std::string& text, std::string_view label, std::uint32_t count)
+{
+    text += " *\t";
+    text += label;
+    appendNumber(text, count);
+    text += "\r\n";
+}
+
+void appendHeader(std::string& text, const Model& model, std::string_view title,
+                  const GouraudCounts& gouraud)
+{
+    const std::string stars(46, '*');
+    text += '/' + stars + "\r\n *\t";
+    text += fileBanner;
+    text += "\r\n *\t";
+    text += title;
+    text += "\r\n";
+    appendCountLine(text, "OBJECTS  = ", model.objectCount);
+    appendCountLine(text, "VERTICES = ", model.totalVertexCount);
+    appendCountLine(text, "POLYGONS = ", model.totalPolygonCount);
+    if (gouraud.light > 0) appendCountLine(text, "GOUR_REAL= ", gouraud.light);
+    if (gouraud.table > 0) appendCountLine(text, "GOUR_TBL = ", gouraud.table);
+    text += ' ' + stars + "/\r\n\r\n";
+}
+
+void appendGouraudDefine(std::string& text, std::string_view name, std::uint32_t firstTable)
+{
+    text += "#define\t";
+    text += name;
+    text += "(n)\t(";
+    appendHex16(text, static_cast<std::uint16_t>(firstTable));
+    text += "+(n))\r\n";
+}
+
+/// The tables of all polygons for which `belongs` holds, in the order in which their attributes
+/// number them.
+void appendGouraudTable(std::string& text, const Model& model, std::string_view prefix,
+                        std::string_view base, bool (*belongs)(const PolygonAttribute&))
+{
+    appendTableStart(text, "GOURAUDTBL", prefix, base);
+    for (std::uint32_t k = 0; k < model.objectCount; ++k) {
+        const Mesh& mesh = model.meshes[k];
+        for (std::uint32_t p = 0; p < mesh.polygonCount; ++p) {
+            const PolygonAttribute& attribute = model.attributes[mesh.attributeTable + p];
+            if (!belongs(attribute)) continue;
+            char separator = '{';
+            text += '\t';
+            for (const Rgb555 colour : model.gouraud[attribute.gouraud].color) {
+                text += separator;
+                appendColour(text, colour);
+                separator = ',';
+            }
+            text += "},\r\n";
+        }
+    }
+    appendTableEnd(text);
+}
+
+void appendGouraudSection(std::string& text, const Model& model, std::string_view title,
+                          const GouraudCounts& gouraud)
+{
+    const std::string_view base = cutExtension(title);
+    if (gouraud.light > 0) appendGouraudDefine(text, "GRreal", firstGouraudTable);
+    if (gouraud.table > 0) appendGouraudDefine(text, "GRtbl", firstGouraudTable + gouraud.light);
+    if (gouraud.light > 0) appendGouraudTable(text, model, "grreal", base, isLightGouraud);
+    if (gouraud.table > 0) appendGouraudTable(text, model, "grtbl", base, isTableGouraud);
+}
+
+void appendPolygons(std::string& text, const Model& model, const Mesh& mesh)
+{
+    const std::size_t columns = mesh.polygonCount > wideIndicesAbove ? 3 : 2;
+    for (std::uint32_t p = 0; p < mesh.polygonCount; ++p) {
+        const Polygon& polygon = model.polygons[mesh.polygonTable + p];
+        text += "\tNORMAL(";
+        appendFixed(text, polygon.normal.x, polygon.normal.y, polygon.normal.z);
+        text += "), VERTICES";
+        char separator = '(';
+        for (const std::uint16_t corner : polygon.corner) {
+            text += separator;
+            appendNumber(text, corner, columns);
+            separator = ',';
+        }
+        text += "),\r\n";
+    }
+}
+
+/// How many of the Gouraud tables the attributes so far have named.
+struct GouraudIndices {
+    std::uint32_t light = 0, table = 0;
+};
+
+void appendMesh(std::string& text, const Model& model, std::uint32_t index, GouraudIndices& indices)
+{
+    const Mesh& mesh = model.meshes[index];
+    const std::string& name = model.names[index];
+    text += "/*\r\n *\tXPDATA : " + name + "\r\n";
+    appendCountLine(text, "VERTICES = ", mesh.vertexCount);
+    appendCountLine(text, "POLYGONS = ", mesh.polygonCount);
+    text += " */\r\n\r\n";
+
+    appendTableStart(text, "POINT", "point", name);
+    appendPoints(text, model.vertices.data() + mesh.vertexTable, mesh.vertexCount);
+    appendTableEnd(text);
+
+    appendTableStart(text, "POLYGON", "polygon", name);
+    appendPolygons(text, model, mesh);
+    appendTableEnd(text);
+
+    appendTableStart(text, "ATTR", "attribute", name);
+    bool needsNormals = false;
+    for (std::uint32_t p = 0; p < mesh.polygonCount; ++p) {
+        const PolygonAttribute& attribute = model.attributes[mesh.attributeTable + p];
+        needsNormals = needsNormals || isLightGouraud(attribute);
+        text += "\tATTRIBUTE(";
+        text += formatAttribute(attribute, indices.light, indices.table);
+        text += "),\r\n";
+    }
+    appendTableEnd(text);
+
+    if (needsNormals) {
+        appendTableStart(text, "VECTOR", "normal", name);
+        appendPoints(text, model.vertexNormals.data() + mesh.vertexNormalTable, mesh.vertexCount);
+        appendTableEnd(text);
+    }
+
+    appendTableStart(text, "XPDATA", "xpdata", name);
+    text += "\tpoint_" + name + ", sizeof(point_" + name + ")/sizeof(POINT),\r\n";
+    text += "\tpolygon_" + name + ", sizeof(polygon_" + name + ")/sizeof(POLYGON),\r\n";
+    text += "\tattribute_" + name + ",\r\n";
+    text += needsNormals ? "\tnormal_" + name + ",\r\n" : "\tNULL,\r\n";
+    appendTableEnd(text);
+}
+
+void appendReference(std::string& text, const Model& model, std::uint32_t object)
+{
+    if (object == noObject)
+        text += "\tNULL,\r\n";
+    else // one that the model does not have counts as the first
+        text += "\tobject_" + model.names[object < model.objectCount ? object : 0] + ",\r\n";
+}
+
+void appendObject(std::string& text, const Model& model, std::uint32_t index)
+{
+    const Object& object = model.objects[index];
+    const std::string& name = model.names[index];
+    appendTableStart(text, "OBJECT", "object", name);
+    text += "\t(PDATA*)xpdata_" + name + ",\r\n\tTRANSLATION(";
+    appendFixed(text, object.translation.x, object.translation.y, object.translation.z);
+    text += "),\r\n\tROTATION(";
+    appendFixed(text, angleToDegrees(object.rotation[0]), angleToDegrees(object.rotation[1]),
+                angleToDegrees(object.rotation[2]));
+    text += "),\r\n\tSCALING(";
+    appendFixed(text, object.scaling.x, object.scaling.y, object.scaling.z);
+    text += "),\r\n";
+    appendReference(text, model, object.child);
+    appendReference(text, model, object.next);
+    appendTableEnd(text);
+}
+
+} // namespace
+
+std::string formatModelSource(const Model& model, std::string_view title)
+{
+    std::string text;
+    text.reserve(4096 + std::size_t{model.totalPolygonCount} * textPerPolygon);
+    const GouraudCounts gouraud = countGouraud(model);
+    appendHeader(text, model, title, gouraud);
+    if (gouraud.light + gouraud.table > 0) appendGouraudSection(text, model, title, gouraud);
+    GouraudIndices indices;
+    for (std::uint32_t k = 0; k < model.objectCount; ++k) appendMesh(text, model, k, indices);
+    text += "/*\r\n";
+    appendCountLine(text, "OBJECTS = ", model.objectCount);
+    text += " */\r\n\r\n";
+    // Children and later siblings have higher numbers: what a table names stands before it.
+    for (std::uint32_t k = model.objectCount; k-- > 0;) appendObject(text, model, k);
+    return text;
+}
+
+Message writeModelSource(const Model& model, const std::string& path)
+{
+    const std::string text = formatModelSource(model, fileTitle(path));
+    return writeFile(path, std::as_bytes(std::span(text)));
+}
+
+} // namespace facetor
