@@ -49,10 +49,15 @@ template <typename Visit> void visitPoints(Engine& engine, const Model& model, V
     visitMeshes(engine.stack, model, 0, visitMesh);
 }
 
+/// How much smaller than the camera's distance shows them the extents are taken, which makes the
+/// model larger in the window: as large as the depth test allows, which drops what comes nearer
+/// than the focal length when a fixed view turns a long model's nose to the camera.
+constexpr float sizeAcross = 0.8f;
+constexpr float sizeDown = 0.9f;
+
 /// The model's extents in screen units around the screen's centre. Each point enters by the circles
-/// that it sweeps when the fixed views turn the model, at the size at which the camera's distance
-/// shows it: so the model stays in view whichever way it is turned, and the middle of the extents
-/// is the model's own.
+/// that it sweeps when the fixed views turn the model, so the model stays in view whichever way it
+/// is turned, and the middle of the extents is the model's own.
 Extents sweptExtents(Engine& engine, const Model& model, float cameraDistance)
 {
     Extents box;
@@ -71,12 +76,12 @@ Extents sweptExtents(Engine& engine, const Model& model, float cameraDistance)
     float size = 1.0f;
     if ((settings.drawFlags & drawParallel) == 0) size = settings.focalLength / cameraDistance;
     if (!(size > 0.0f) || !std::isfinite(size)) size = 1.0f;
+    acrossX *= size * sizeAcross;
+    acrossY *= size * sizeDown;
     const auto centreX = static_cast<float>(settings.centre.x);
     const auto centreY = static_cast<float>(settings.centre.y);
-    return {
-        {centreX + middle.x - acrossX * size, centreY + middle.y - acrossY * size, box.least.z},
-        {centreX + middle.x + acrossX * size, centreY + middle.y + acrossY * size, box.most.z }
-    };
+    return {{centreX + middle.x - acrossX, centreY + middle.y - acrossY, box.least.z},
+            {centreX + middle.x + acrossX, centreY + middle.y + acrossY, box.most.z}};
 }
 
 void setWindow(Engine& engine, ClientSize client)

@@ -76,6 +76,8 @@ TEST(View, AFittedModelIsCentredAndInsideFromEveryFixedView)
                 EXPECT_NEAR((box.top + box.bottom) / 2, client.height / 2, 3);
                 EXPECT_GT(box.right - box.left, client.width / 4);
                 EXPECT_LT(box.right - box.left, client.width);
+                EXPECT_LT(box.bottom - box.top, client.height);
+                EXPECT_GT(editor.engine.entryCount, 0u) << "the depth test dropped it";
             }
         }
 }
