@@ -30,7 +30,11 @@ public:
 
     const std::filesystem::path& path() const { return path_; }
     /// The path of a file in the folder, as the functions under test take it.
-    std::string file(const std::string& name) const { return (path_ / name).string(); }
+    std::string file(const std::string& name) const
+    {
+        const std::u8string bytes = (path_ / std::u8string(name.begin(), name.end())).u8string();
+        return {bytes.begin(), bytes.end()};
+    }
     /// How many entries the folder holds.
     std::size_t entryCount() const
     {
