@@ -170,7 +170,7 @@ void addGround(ModelBuilder& builder)
             "Crystal", builder.last() - i,
             {radius * sineOfTurns(turns), 142 - radius * 0.72, -radius * cosineOfTurns(turns)});
         crystal.name += static_cast<char>('1' + i);
-        addCrystal(crystal, {0, 0, 0}, 6, 22,
+        addCrystal(crystal, {0, 0, 0}, 6, 14, 26,
                    smooth(rgb555(5, 17, 24)).with(translucentMode).sorted(sortNearest));
     }
 }
@@ -181,7 +181,7 @@ void addWater(ModelBuilder& builder)
     std::vector<Ring> rings;
     for (const double radius : {6.0, 18.0, 31.0})
         rings.push_back(levelRing({0, 0, 0}, radius, radius, 16));
-    const Material surface = smooth(water).with(translucentMode);
+    const Material surface = smooth(water);
     std::vector<std::vector<std::uint16_t>> index;
     for (const Ring& ring : rings) {
         index.emplace_back();
@@ -464,8 +464,7 @@ void addClouds(ModelBuilder& builder)
                                           radius * sineOfTurns(turns), radius * sineOfTurns(turns),
                                           8));
             }
-            const Material mist =
-                smooth(rgb555(22, 23, 25)).with(translucentMode).sorted(sortNearest);
+            const Material mist = smooth(rgb555(20, 21, 23)).with(meshMode).sorted(sortNearest);
             addGlobe(cloud, {aside, -radius * 0.6, 0}, rings, {aside, radius * 0.6, 0},
                      everywhere(mist));
         }
@@ -497,7 +496,7 @@ void addPlant(Part& grove, Plant plant, Point foot, double size)
         cone(size * 0.6, size * 0.32, size * 1.7);
         break;
     case Plant::bush:
-        addCrystal(grove, foot - Point{0, size * 0.5, 0}, size * 0.42, size * 0.6,
+        addCrystal(grove, foot - Point{0, size * 0.4, 0}, size * 0.4, size * 0.8, size * 0.5,
                    smooth(leafColours[grove.vertices.size() % std::size(leafColours)]));
         break;
     case Plant::pebble: {

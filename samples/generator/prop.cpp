@@ -195,7 +195,7 @@ Message makeProp(Model& model, TextureList& textures)
     Part& treasure = builder.add("Treasure", 0, {0, -8, 0});
     addTreasure(treasure);
     Part& ruby = builder.add("Ruby", builder.last(), {18, -27, -8});
-    addCrystal(ruby, {0, 0, 0}, 9, 11,
+    addCrystal(ruby, {0, 0, 0}, 9, 11, 11,
                smooth(rgb555(20, 2, 6)).with(translucentMode).sorted(sortNearest));
 
     textures.clearAll();

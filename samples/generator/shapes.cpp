@@ -173,12 +173,12 @@ void addBox(Part& part, Point least, Point most, const Material& material, unsig
            faces);
 }
 
-void addCrystal(Part& part, Point centre, double radius, double halfHeight,
+void addCrystal(Part& part, Point middle, double radius, double above, double below,
                 const Material& material)
 {
-    const Row ring = addVertices(part, levelRing(centre, radius, radius, 4));
-    const std::uint16_t top = part.add(centre - Point{0, halfHeight, 0});
-    const std::uint16_t bottom = part.add(centre + Point{0, halfHeight, 0});
+    const Row ring = addVertices(part, levelRing(middle, radius, radius, 4));
+    const std::uint16_t top = part.add(middle - Point{0, above, 0});
+    const std::uint16_t bottom = part.add(middle + Point{0, below, 0});
     for (std::size_t c = 0; c < 4; ++c) {
         const std::size_t next = (c + 1) % 4;
         part.join3({ring[c], top, ring[next]}, material);

@@ -52,8 +52,8 @@ void addBox(Part& part, Point least, Point most, const std::array<Material, 6>& 
 void addBox(Part& part, Point least, Point most, const Material& material,
             unsigned faces = allFaces);
 
-/// An octahedron: 6 vertices, 8 triangles.
-void addCrystal(Part& part, Point centre, double radius, double halfHeight,
+/// An octahedron, its tips `above` and `below` the middle: 6 vertices, 8 triangles.
+void addCrystal(Part& part, Point middle, double radius, double above, double below,
                 const Material& material);
 
 } // namespace facetor::samples

@@ -8,7 +8,7 @@ namespace facetor::samples {
 
 namespace {
 
-constexpr Rgb555 ivory = rgb555(22, 21, 18);
+constexpr Rgb555 ivory = rgb555(19, 18, 15);
 constexpr Rgb555 orange = rgb555(27, 11, 2);
 constexpr Rgb555 slate = rgb555(9, 10, 13);
 constexpr Rgb555 steel = rgb555(14, 14, 15);
