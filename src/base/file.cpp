@@ -14,16 +14,22 @@ struct FileCloser {
 };
 using UniqueFile = std::unique_ptr<std::FILE, FileCloser>;
 
-/// Files are opened through the C library, which takes the bytes as they are; where the standard
-/// library's paths have to be used, a name that it cannot take (bytes of another code page on an
-/// old Windows) is none.
+/// Files are opened through the C library, which takes the bytes as they are. Where the standard
+/// library's paths have to be used the bytes are read as UTF-8, which on Windows it does only when
+/// told so; a name that is none (bytes of another code page on an old Windows) has no such path.
 std::optional<std::filesystem::path> toPath(const std::string& bytes)
 {
     try {
-        return std::filesystem::path(bytes);
+        return std::filesystem::path(std::u8string(bytes.begin(), bytes.end()));
     } catch (const std::exception&) {
         return std::nullopt;
     }
+}
+
+std::string toBytes(const std::filesystem::path& path)
+{
+    const std::u8string bytes = path.u8string();
+    return {bytes.begin(), bytes.end()};
 }
 
 /// Opening a folder succeeds on Linux, and a pipe would block: only regular files are read.
@@ -86,7 +92,7 @@ std::string resolvedTarget(const std::string& path)
     std::error_code error;
     if (!std::filesystem::is_symlink(*native, error)) return path;
     const auto resolved = std::filesystem::weakly_canonical(*native, error);
-    return error ? path : resolved.string();
+    return error ? path : toBytes(resolved);
 }
 
 } // namespace
