@@ -46,15 +46,23 @@ wine_env_prefix() {
     export LC_ALL=C.UTF-8 # with C, names outside ASCII cannot be opened
     [ -e "$WINEPREFIX/facetor-ready" ] && return 0
     echo "Making the Wine prefix $WINEPREFIX (once, about 15 s)" >&2
-    mkdir -p "$WINEPREFIX"
+    mkdir -p "$WINEPREFIX/drive_c/windows/Fonts"
+    # Debian's wine64 does not look where fonts-wine puts the fonts; without them the caption
+    # buttons show letters and every dialog has another width.
+    ln -sf /usr/share/wine/fonts/*.ttf "$WINEPREFIX/drive_c/windows/Fonts/" || return
     # Without a display: nothing shall ask anything.
     DISPLAY= "$WINE_LOADER" wineboot -u >/dev/null 2>&1 && "$WINE_SERVER" -w || {
         echo "wineboot failed in $WINEPREFIX" >&2
         return 1
     }
-    # A crash ends the program instead of waiting for a click.
+    # A crash ends the program instead of waiting for a click. And the GUI tests' windows are not
+    # handed to a window manager: without one, each window would wait 2 s for its answer.
     DISPLAY= "$WINE_LOADER" reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD \
-        /d 0 /f >/dev/null 2>&1 && "$WINE_SERVER" -w || return 1
+        /d 0 /f >/dev/null 2>&1 || return 1
+    DISPLAY= "$WINE_LOADER" reg add \
+        'HKCU\Software\Wine\AppDefaults\facetor_gui_tests.exe\X11 Driver' /v Managed /d N /f \
+        >/dev/null 2>&1 || return 1
+    "$WINE_SERVER" -w
     touch "$WINEPREFIX/facetor-ready"
 }
 
