@@ -49,9 +49,9 @@ CommandOutcome onFixedView(Editor& editor, int number, LPARAM)
 }
 
 constexpr Command mainCommands[] = {
-    {IDM_FILE_EXIT,      IDM_FILE_EXIT,      onExit,      ChangedFlag::keep          },
-    {IDM_FILE_OPEN_PATH, IDM_FILE_OPEN_PATH, onOpenPath,  ChangedFlag::clearOnSuccess},
-    {IDM_CAMERA_FORWARD, IDM_CAMERA_BOTTOM,  onFixedView, ChangedFlag::keep          },
+    {IDM_FILE_EXIT, IDM_FILE_EXIT, onExit, ChangedFlag::keep},
+    {IDM_FILE_OPEN_PATH, IDM_FILE_OPEN_PATH, onOpenPath, ChangedFlag::clearOnSuccess},
+    {IDM_CAMERA_FORWARD, IDM_CAMERA_BOTTOM, onFixedView, ChangedFlag::keep},
 };
 
 constexpr bool ascending(std::span<const Command> commands)

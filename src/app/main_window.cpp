@@ -150,9 +150,9 @@ void refreshStatus(Editor& editor)
 {
     const Model& model = editor.document.model;
     const std::pair<Word, std::uint32_t> parts[] = {
-        {Word::objects,  model.objectCount      },
+        {Word::objects, model.objectCount},
         {Word::polygons, model.totalPolygonCount},
-        {Word::vertices, model.totalVertexCount },
+        {Word::vertices, model.totalVertexCount},
     };
     for (int part = 0; const auto& [word, count] : parts)
         setStatusText(editor.statusBar, part++,

@@ -11,6 +11,9 @@ namespace facetor {
 
 namespace {
 
+/// Where the context menu opens, from the cursor, in pixels.
+constexpr POINT contextMenuOffset{-32, -16};
+
 const BITMAPINFO* bitmapInfo(const FrameSurface& surface)
 {
     static_assert(sizeof(BitmapHeader) == sizeof(BITMAPINFOHEADER));
@@ -29,6 +32,18 @@ void presentSurface(HDC dc, const FrameSurface& surface, ClientSize client)
     if (missing > 0)
         StretchDIBits(dc, width, 0, missing, height, width - 1, 0, 1, height, surface.pixels(),
                       bitmapInfo(surface), DIB_RGB_COLORS, SRCCOPY);
+}
+
+/// The innermost submenu of `menu` that holds a command's item; nullptr when none does.
+HMENU findMenuWith(HMENU menu, UINT command)
+{
+    const int count = GetMenuItemCount(menu);
+    for (int position = 0; position < count; ++position) {
+        if (GetMenuItemID(menu, position) == command) return menu;
+        if (const HMENU submenu = GetSubMenu(menu, position))
+            if (const HMENU found = findMenuWith(submenu, command)) return found;
+    }
+    return nullptr;
 }
 
 void setLeftButton(Editor& editor, ButtonState state)
@@ -91,6 +106,11 @@ void onLeftButtonUp(Editor& editor)
 void onRightButtonDown(Editor& editor)
 {
     editor.drag.right = ButtonState::down;
+    const HMENU cameraMenu = findMenuWith(GetMenu(editor.mainWindow), IDM_CAMERA_FORWARD);
+    POINT cursor{};
+    GetCursorPos(&cursor);
+    TrackPopupMenu(cameraMenu, TPM_RIGHTBUTTON, cursor.x + contextMenuOffset.x,
+                   cursor.y + contextMenuOffset.y, 0, editor.mainWindow, nullptr);
 }
 
 void onRightButtonUp(Editor& editor)

@@ -1,0 +1,215 @@
+#include "app/main_window.h"
+#include "gui/running_editor.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <array>
+#include <set>
+
+namespace facetor {
+
+namespace {
+
+constexpr std::uint32_t grey = 0x808080;
+constexpr UINT menuHandleMessage = 0x1E1; // MN_GETHMENU
+constexpr char popupMenuClass[] = "#32768";
+
+int statusBarHeight(const RunningEditor& editor)
+{
+    RECT bar{};
+    GetClientRect(FindWindowExA(editor.window(), nullptr, STATUSCLASSNAMEA, nullptr), &bar);
+    return bar.bottom;
+}
+
+std::uint32_t centreOf(const Picture& picture)
+{
+    return picture.at(picture.width / 2, picture.height / 2);
+}
+
+TEST(ModelView, ShowsTheFrameSurfacePixelByPixel)
+{
+    const RunningEditor editor;
+    editor.resizeClient(400, 320);
+    editor.call([](Editor& e) {
+        for (std::uint32_t i = 0; i < e.document.model.totalVertexCount; ++i) {
+            Vertex& vertex = e.document.model.vertices[i]; // out of the centre, and no square
+            vertex = {vertex.x * 2 + 90, vertex.y + 40, vertex.z};
+        }
+    });
+    editor.send(messageRedraw);
+    const Picture shown = editor.picture();
+    ASSERT_EQ(shown.width, 400);
+    ASSERT_EQ(shown.height, 320);
+    const int rows = shown.height - statusBarHeight(editor);
+    int wrong = 0;
+    std::set<Rgb555> colours;
+    editor.call([&](Editor& e) {
+        ASSERT_EQ(e.engine.surface.width, 400);
+        for (int y = 0; y < rows; ++y)
+            for (int x = 0; x < shown.width; ++x) {
+                const Rgb555 pixel = e.engine.surface.at(x, y);
+                const std::uint32_t rgb = shown.at(x, y);
+                const auto expected =
+                    rgb555(static_cast<int>(rgb >> 19 & 31), static_cast<int>(rgb >> 11 & 31),
+                           static_cast<int>(rgb >> 3 & 31));
+                wrong += (pixel & 0x7FFF) != expected;
+                colours.insert(pixel);
+            }
+    });
+    EXPECT_EQ(wrong, 0);
+    EXPECT_GE(colours.size(), 2u) << "the model must be in the picture";
+}
+
+TEST(ModelView, FixedViewsShowTheSixSidesOfTheCube)
+{
+    const RunningEditor editor;
+    editor.resizeClient(400, 320);
+    std::set<std::uint32_t> sides;
+    for (int command = 40044; command <= 40049; ++command) {
+        editor.sendCommand(command);
+        const Picture picture = editor.picture();
+        savePicture(picture, "fixed-view-" + std::to_string(command));
+        sides.insert(centreOf(picture));
+        EXPECT_NE(centreOf(picture), picture.at(2, 2)) << command;
+    }
+    EXPECT_EQ(sides.size(), 6u);
+    EXPECT_FALSE(editor.ask([](Editor& e) { return e.document.modelChanged; }));
+}
+
+TEST(ModelView, FollowsTheSizeOfTheWindow)
+{
+    const RunningEditor editor;
+    std::uint32_t cube = 0;
+    for (const auto& [width, height] : {std::pair{300, 240}, {620, 440}, {360, 400}}) {
+        SCOPED_TRACE(width);
+        editor.resizeClient(width, height);
+        const Picture picture = editor.picture();
+        ASSERT_EQ(picture.width, width);
+        ASSERT_EQ(picture.height, height);
+        if (cube == 0) cube = centreOf(picture);
+        EXPECT_NE(centreOf(picture), picture.at(1, 1));
+        EXPECT_EQ(centreOf(picture), cube) << "the model stays in the middle";
+    }
+}
+
+TEST(ModelView, ReachesTheEdgeOfAWidthThatIsNoMultipleOfFour)
+{
+    const RunningEditor editor;
+    for (const int width : {501, 502, 503, 639}) {
+        SCOPED_TRACE(width);
+        editor.resizeClient(width, 300);
+        const Picture picture = editor.picture();
+        ASSERT_EQ(picture.width, width);
+        for (const int y : {0, 150, 260})
+            EXPECT_EQ(picture.at(width - 1, y), picture.at(width / 4 * 4 - 1, y)) << y;
+        EXPECT_NE(picture.at(width - 1, 0), grey);
+    }
+}
+
+TEST(ModelView, LeavesAWindowBeyondTheSurfaceGrey)
+{
+    const RunningEditor editor;
+    editor.resizeClient(720, 600);
+    const Picture picture = editor.picture();
+    ASSERT_EQ(picture.width, 720);
+    ASSERT_EQ(picture.height, 600);
+    savePicture(picture, "large-window");
+    const std::uint32_t background = picture.at(0, 0);
+    EXPECT_NE(background, grey);
+    for (const auto& [x, y, expected] : {std::tuple{639, 0, background},
+                                         {0, 488, background},
+                                         {639, 488, background},
+                                         {640, 0, grey},
+                                         {640, 488, grey},
+                                         {0, 489, grey},
+                                         {639, 489, grey},
+                                         {719, 0, grey},
+                                         {719, 489, grey}})
+        EXPECT_EQ(picture.at(x, y), expected) << x << ", " << y;
+    EXPECT_NE(picture.at(320, 244), background) << "the centre is the middle of 640 x 489";
+}
+
+TEST(ModelView, RedrawRequestsOnlyMarkTheFrame)
+{
+    const RunningEditor editor;
+    editor.call([](Editor& e) {
+        UpdateWindow(e.mainWindow);
+        EXPECT_FALSE(e.view.frameNeedsDrawing);
+        for (int i = 0; i < 1000; ++i) SendMessageA(e.mainWindow, messageRedraw, 0, 0);
+        EXPECT_TRUE(e.view.frameNeedsDrawing);
+        EXPECT_TRUE(GetUpdateRect(e.mainWindow, nullptr, FALSE));
+        UpdateWindow(e.mainWindow);
+        EXPECT_FALSE(e.view.frameNeedsDrawing);
+    });
+}
+
+TEST(ModelView, FollowsTheMouse)
+{
+    struct Step {
+        UINT message;
+        int x, y;
+        ButtonState left, right;
+        POINT delta, last;
+        const char* reason;
+    };
+    constexpr auto up = ButtonState::up, down = ButtonState::down, outside = ButtonState::outside;
+    const Step steps[] = {
+        {WM_MOUSEMOVE, 10, 20, up, up, {0, 0}, {10, 20}, "moving alone is remembered"},
+        {WM_LBUTTONDOWN, 10, 20, down, up, {0, 0}, {10, 20}, "a press begins a drag"},
+        {WM_MOUSEMOVE, 15, 18, down, up, {5, -2}, {15, 18}, "a drag has a delta"},
+        {WM_MOUSEMOVE, -4, 18, down, up, {-19, 0}, {-4, 18}, "coordinates are signed"},
+        {WM_LBUTTONUP, 15, 18, up, up, {0, 0}, {-4, 18}, "release ends it"},
+        {WM_MOUSEMOVE, 30, 30, up, up, {0, 0}, {30, 30}, "no delta without a button"},
+        {WM_LBUTTONDBLCLK, 30, 30, up, up, {0, 0}, {30, 30}, "a double click is nothing"},
+        {WM_LBUTTONDOWN, 30, 30, down, up, {0, 0}, {30, 30}, "a second drag"},
+        {WM_NCMOUSEMOVE, 99, 99, outside, outside, {0, 0}, {30, 30}, "the frame ends both buttons"},
+        {WM_MOUSEMOVE, 40, 40, outside, outside, {0, 0}, {40, 40}, "coming back is no drag"},
+        {WM_LBUTTONUP, 40, 40, up, outside, {0, 0}, {40, 40}, "a late release"},
+        {WM_RBUTTONUP, 40, 40, up, up, {0, 0}, {40, 40}, "the right one likewise"},
+    };
+    const RunningEditor editor;
+    // In one go on the editor's thread: the real mouse could come between otherwise.
+    editor.call([&](Editor& e) {
+        for (const Step& step : steps) {
+            SCOPED_TRACE(step.reason);
+            SendMessageA(e.mainWindow, step.message, 0, MAKELPARAM(step.x, step.y));
+            EXPECT_EQ(e.drag.left, step.left);
+            EXPECT_EQ(e.drag.right, step.right);
+            EXPECT_EQ(e.drag.delta.x, step.delta.x);
+            EXPECT_EQ(e.drag.delta.y, step.delta.y);
+            EXPECT_EQ(e.drag.last.x, step.last.x);
+            EXPECT_EQ(e.drag.last.y, step.last.y);
+            EXPECT_EQ(e.view.dragging, step.left == down);
+        }
+    });
+}
+
+TEST(ModelView, RightButtonShowsTheCameraMenuAtTheCursor)
+{
+    const RunningEditor editor;
+    editor.resizeClient(400, 320);
+    POINT cursor{300, 200};
+    ClientToScreen(editor.window(), &cursor);
+    SetCursorPos(cursor.x, cursor.y);
+    editor.post(WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(300, 200));
+    HWND popup = nullptr;
+    ASSERT_TRUE(waitUntil([&] { return (popup = editor.findWindow(popupMenuClass)) != nullptr; }));
+    const auto menu = reinterpret_cast<HMENU>(SendMessageA(popup, menuHandleMessage, 0, 0));
+    EXPECT_EQ(GetMenuItemCount(menu), 6);
+    EXPECT_EQ(GetMenuItemID(menu, 0), 40044u);
+    RECT place{};
+    GetWindowRect(popup, &place);
+    EXPECT_EQ(place.left, cursor.x - 32);
+    EXPECT_EQ(place.top, cursor.y - 16);
+    EXPECT_EQ(editor.ask([](Editor& e) { return e.drag.right; }), ButtonState::down);
+    editor.call([](Editor&) { EndMenu(); });
+    EXPECT_TRUE(waitUntil([&] { return !editor.findWindow(popupMenuClass); }));
+}
+
+} // namespace
+
+} // namespace facetor

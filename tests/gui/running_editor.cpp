@@ -1,0 +1,287 @@
+#include "gui/running_editor.h"
+
+#include "app/main_window.h"
+#include "ui/window_data_win.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <commctrl.h>
+#include <shlobj.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <memory>
+#include <mutex>
+
+namespace facetor {
+
+namespace {
+
+using WindowCheck = std::function<bool(HWND)>;
+
+struct WindowSearch {
+    const WindowCheck& check;
+    HWND found;
+};
+
+/// The first top-level window of a thread that passes the check.
+HWND findThreadWindow(DWORD thread, const WindowCheck& check)
+{
+    WindowSearch search{check, nullptr};
+    EnumThreadWindows(
+        thread,
+        [](HWND window, LPARAM argument) -> BOOL {
+            auto& current = *reinterpret_cast<WindowSearch*>(argument);
+            if (!current.check(window)) return TRUE;
+            current.found = window;
+            return FALSE;
+        },
+        reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+std::string className(HWND window)
+{
+    std::array<char, 64> name{};
+    GetClassNameA(window, name.data(), static_cast<int>(name.size()));
+    return name.data();
+}
+
+constexpr char dialogClass[] = "#32770";
+constexpr int alertTextId = 0xFFFF;
+
+// The main window is subclassed, so that a test can run code on the editor's thread: a message that
+// no other program and no control uses carries the function.
+WNDPROC subclassed = nullptr;
+
+UINT callMessage()
+{
+    static const UINT message = RegisterWindowMessageA("facetor gui test call");
+    return message;
+}
+
+UINT beginMessage()
+{
+    static const UINT message = RegisterWindowMessageA("facetor gui test begin");
+    return message;
+}
+
+std::mutex commandsMutex;
+std::vector<int> commands;
+
+LRESULT CALLBACK callingProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == callMessage()) {
+        (*reinterpret_cast<const std::function<void(Editor&)>*>(lParam))(theEditor());
+        return 1;
+    }
+    if (message == beginMessage()) {
+        const std::unique_ptr<std::function<void(Editor&)>> action(
+            reinterpret_cast<std::function<void(Editor&)>*>(lParam));
+        (*action)(theEditor());
+        return 1;
+    }
+    if (message == WM_COMMAND) {
+        const std::lock_guard lock(commandsMutex);
+        commands.push_back(LOWORD(wParam));
+    }
+    return CallWindowProcA(subclassed, window, message, wParam, lParam);
+}
+
+void saveTestPicture(HWND window, const std::string& suffix)
+{
+    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+    savePicture(captureWindow(window),
+                std::string(test->test_suite_name()) + "." + test->name() + suffix);
+}
+
+} // namespace
+
+bool waitUntil(const std::function<bool()>& condition)
+{
+    const ULONGLONG start = GetTickCount64();
+    while (!condition()) {
+        if (GetTickCount64() - start > longestWait) return false;
+        Sleep(5);
+    }
+    return true;
+}
+
+RunningEditor::RunningEditor(std::vector<std::string> arguments, Platform platform)
+{
+    {
+        const std::lock_guard lock(commandsMutex);
+        commands.clear();
+    }
+    Start start{GetModuleHandleA(nullptr), platform, SW_SHOWNORMAL, std::move(arguments)};
+    thread_ = std::thread([this, start = std::move(start)] {
+        threadId_ = GetCurrentThreadId();
+        exitCode_ = runProgram(start);
+        ended_ = true;
+    });
+    waitUntil([&] {
+        if (ended_) return true;
+        if (threadId_ == 0) return false;
+        window_ = findThreadWindow(threadId_, [](HWND window) {
+            return className(window) == mainWindowClass && IsWindowVisible(window) &&
+                   windowText(window) != "TEST";
+        });
+        return window_ != nullptr;
+    });
+    if (window_)
+        subclassed = reinterpret_cast<WNDPROC>(
+            SetWindowLongPtrA(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(callingProcedure)));
+}
+
+RunningEditor::~RunningEditor()
+{
+    if (testing::Test::HasFailure() && !ended_ && window_) {
+        saveTestPicture(window_, ".failed");
+        if (const HWND dialog = findAlert().window) saveTestPicture(dialog, ".failed-dialog");
+    }
+    end();
+    thread_.join(); // the watchdog ends the run if this never returns
+}
+
+void RunningEditor::end()
+{
+    waitUntil([&] {
+        if (ended_) return true;
+        if (const ShownAlert shown = findAlert(); shown.window && !shown.buttons.empty())
+            PostMessageA(shown.window, WM_COMMAND, static_cast<WPARAM>(shown.buttons.back()), 0);
+        else if (window_)
+            PostMessageA(window_, WM_CLOSE, 0, 0);
+        Sleep(20);
+        return ended_.load();
+    });
+}
+
+int RunningEditor::waitForEnd()
+{
+    return waitUntil([&] { return ended_.load(); }) ? exitCode_ : -1;
+}
+
+std::string RunningEditor::title() const
+{
+    return windowText(window_);
+}
+
+std::string RunningEditor::statusText(int part) const
+{
+    const HWND statusBar = FindWindowExA(window_, nullptr, STATUSCLASSNAMEA, nullptr);
+    const auto index = static_cast<WPARAM>(part);
+    const auto length = LOWORD(SendMessageA(statusBar, SB_GETTEXTLENGTHA, index, 0));
+    std::string text(length + 1u, '\0');
+    SendMessageA(statusBar, SB_GETTEXTA, index, reinterpret_cast<LPARAM>(text.data()));
+    return text.c_str();
+}
+
+LRESULT RunningEditor::send(UINT message, WPARAM wParam, LPARAM lParam) const
+{
+    return SendMessageA(window_, message, wParam, lParam);
+}
+
+LRESULT RunningEditor::sendCommand(int number, LPARAM argument) const
+{
+    return send(WM_COMMAND, static_cast<WPARAM>(number), argument);
+}
+
+void RunningEditor::post(UINT message, WPARAM wParam, LPARAM lParam) const
+{
+    PostMessageA(window_, message, wParam, lParam);
+}
+
+void RunningEditor::postDrop(const std::vector<std::string>& paths) const
+{
+    std::string names;
+    for (const std::string& path : paths) names += path + '\0';
+    names += '\0';
+    const HGLOBAL block = GlobalAlloc(GHND, sizeof(DROPFILES) + names.size());
+    auto* files = static_cast<DROPFILES*>(GlobalLock(block));
+    *files = {sizeof(DROPFILES), {0, 0}, FALSE, FALSE};
+    std::memcpy(files + 1, names.data(), names.size());
+    GlobalUnlock(block);
+    post(WM_DROPFILES, reinterpret_cast<WPARAM>(block)); // the receiver frees the block
+}
+
+void RunningEditor::call(const std::function<void(Editor&)>& action) const
+{
+    EXPECT_EQ(SendMessageA(window_, callMessage(), 0, reinterpret_cast<LPARAM>(&action)), 1)
+        << "the editor is gone";
+}
+
+void RunningEditor::begin(std::function<void(Editor&)> action) const
+{
+    auto owned = std::make_unique<std::function<void(Editor&)>>(std::move(action));
+    if (PostMessageA(window_, beginMessage(), 0, reinterpret_cast<LPARAM>(owned.get())))
+        (void)owned.release(); // the window procedure owns it now
+}
+
+std::vector<int> RunningEditor::commandsSeen() const
+{
+    const std::lock_guard lock(commandsMutex);
+    return commands;
+}
+
+void RunningEditor::resizeClient(int width, int height) const
+{
+    RECT outer{0, 0, width, height};
+    AdjustWindowRectEx(&outer, static_cast<DWORD>(GetWindowLongPtrA(window_, GWL_STYLE)), TRUE, 0);
+    SetWindowPos(window_, nullptr, 0, 0, outer.right - outer.left, outer.bottom - outer.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+Picture RunningEditor::picture() const
+{
+    return ask([](Editor& editor) {
+        UpdateWindow(editor.mainWindow);
+        return captureClient(editor.mainWindow);
+    });
+}
+
+HWND RunningEditor::findWindow(const std::string& name) const
+{
+    return findThreadWindow(threadId_, [&](HWND window) {
+        return className(window) == name && IsWindowVisible(window);
+    });
+}
+
+ShownAlert RunningEditor::findAlert() const
+{
+    ShownAlert shown;
+    shown.window = findWindow(dialogClass);
+    if (!shown.window) return shown;
+    shown.caption = windowText(shown.window);
+    if (const HWND text = GetDlgItem(shown.window, alertTextId)) shown.text = windowText(text);
+    for (const int id : {IDOK, IDCANCEL, IDYES, IDNO}) {
+        const HWND button = GetDlgItem(shown.window, id);
+        if (button && (GetWindowLongPtrA(button, GWL_STYLE) & WS_VISIBLE) != 0)
+            shown.buttons.push_back(id);
+    }
+    return shown;
+}
+
+ShownAlert RunningEditor::waitForAlert() const
+{
+    ShownAlert shown;
+    waitUntil([&] {
+        shown = findAlert();
+        return shown.window && !shown.buttons.empty();
+    });
+    return shown;
+}
+
+bool RunningEditor::press(const ShownAlert& alert, int button) const
+{
+    // The only button of a message box may bear the id of Cancel, whatever its text is.
+    const int id =
+        button == IDOK && alert.buttons == std::vector<int>{IDCANCEL} ? IDCANCEL : button;
+    if (std::ranges::find(alert.buttons, id) == alert.buttons.end()) return false;
+    PostMessageA(alert.window, WM_COMMAND, static_cast<WPARAM>(id), 0);
+    return waitUntil([&] { return !IsWindow(alert.window); });
+}
+
+} // namespace facetor

@@ -1,0 +1,102 @@
+#pragma once
+
+#include "app/editor_win.h"
+#include "app/program_win.h"
+#include "gui/picture.h"
+
+#include <windows.h>
+
+#include <atomic>
+#include <functional>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace facetor {
+
+/// How long a test waits for anything, in milliseconds. Only a failing test ever waits this long.
+inline constexpr DWORD longestWait = 20000;
+
+/// Waits until `condition` holds; false when it does not within longestWait.
+bool waitUntil(const std::function<bool()>& condition);
+
+/// An alert on the screen.
+struct ShownAlert {
+    HWND window = nullptr; ///< nullptr when none appeared in time
+    std::string caption;
+    std::string text;
+    std::vector<int> buttons; ///< ids of the buttons that it has, ascending
+};
+
+/// The editor, run as WinMain runs it on a thread of its own in this process. Ends it at the end of
+/// the scope, whatever is on the screen then; after a failure it first saves pictures of what is.
+///
+///     RunningEditor editor({path});
+///     EXPECT_EQ(editor.statusText(0), "Objects = 2");
+class RunningEditor {
+public:
+    /// Returns once the main window is on the screen and has its title. Arguments that bring an
+    /// alert up leave the editor waiting there.
+    explicit RunningEditor(std::vector<std::string> arguments = {},
+                           Platform platform = Platform::nt);
+    ~RunningEditor();
+    RunningEditor(const RunningEditor&) = delete;
+    RunningEditor& operator=(const RunningEditor&) = delete;
+
+    HWND window() const { return window_; }
+    std::string title() const;
+    std::string statusText(int part) const;
+
+    /// Sends the main window a message, and returns its result when it has been handled.
+    LRESULT send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
+    LRESULT sendCommand(int number, LPARAM argument = 0) const;
+    /// Posts a message: for what brings up an alert, a dialog or a menu and returns after it.
+    void post(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
+    /// Posts what a drop of these files sends.
+    void postDrop(const std::vector<std::string>& paths) const;
+
+    /// Runs `action` on the editor's thread, between two messages.
+    void call(const std::function<void(Editor&)>& action) const;
+    /// Starts `action` on the editor's thread and does not wait: for what brings up an alert.
+    void begin(std::function<void(Editor&)> action) const;
+    /// The value of `question`, asked on the editor's thread.
+    template <typename Question> auto ask(const Question& question) const
+    {
+        decltype(question(std::declval<Editor&>())) answer{};
+        call([&](Editor& editor) { answer = question(editor); });
+        return answer;
+    }
+
+    /// Gives the main window a client area of this size, in pixels.
+    void resizeClient(int width, int height) const;
+    /// The main window's client area, repainted first if it needs it.
+    Picture picture() const;
+
+    /// The alert that is on the screen now; its window is nullptr when there is none.
+    ShownAlert findAlert() const;
+    ShownAlert waitForAlert() const;
+    /// Presses a button of an alert, by its id, and waits until the alert is gone.
+    bool press(const ShownAlert& alert, int button) const;
+
+    /// The first visible window of a class that belongs to the editor's thread; nullptr for none.
+    HWND findWindow(const std::string& className) const;
+
+    /// The numbers of the commands that have reached the main window so far, in their order.
+    std::vector<int> commandsSeen() const;
+
+    bool hasEnded() const { return ended_; }
+    /// Waits for the end of the editor and returns its exit code; -1 when it does not end.
+    int waitForEnd();
+
+private:
+    void end();
+
+    std::atomic<DWORD> threadId_ = 0;
+    std::atomic<bool> ended_ = false;
+    int exitCode_ = -1;
+    HWND window_ = nullptr;
+    std::thread thread_;
+};
+
+} // namespace facetor
