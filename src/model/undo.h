@@ -1,0 +1,31 @@
+#pragma once
+
+#include "base/bytes.h"
+#include "base/message.h"
+
+#include <cstdint>
+#include <span>
+
+namespace facetor {
+
+/// The program's one undo slot, which edits of models and of textures share. It holds the state
+/// before the last edit, one level deep; undoing exchanges it with the present state, so that
+/// undoing again redoes the edit.
+struct UndoSlot {
+    std::uint32_t kind = 0; ///< tag() of what the block is; 0 when the slot is empty
+    Bytes block;
+
+    bool isEmpty() const { return kind == 0; }
+};
+
+/// Keeps a copy of `block`, in place of what the slot held. outOfUndoMemory, with the slot empty,
+/// when memory is short: the edit goes ahead without undo.
+Message undoRemember(UndoSlot& slot, std::uint32_t kind, std::span<const std::byte> block);
+
+/// Exchanges the slot's block with `live`, the present state of what the slot's kind stands for.
+/// outOfUndoMemory, with nothing changed, unless the slot holds that kind and as many bytes.
+Message undoExchange(UndoSlot& slot, std::uint32_t kind, std::span<std::byte> live);
+
+void undoClear(UndoSlot& slot);
+
+} // namespace facetor
