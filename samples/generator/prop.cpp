@@ -132,13 +132,23 @@ void addLid(Part& lid)
             {inside + Point{board - halfWidth, 0, 0}, inside + Point{halfWidth - board, 0, 0}});
     }
     addPatch(lid, skin, {0, -1, 0}, everywhere(boarded(lidPlanks)));
-    addPatch(lid, lining, {0, 1, 0}, everywhere(boarded(insidePlanks)));
+    // The lining comes before the skin. Its front row may be seen from so far below that its normal
+    // points away from the screen; only a double-sided face is drawn then.
+    addPatch(lid, lining, {0, 1, 0}, [](int row, int) {
+        const Material inside = boarded(insidePlanks).sorted(sortFarthest);
+        return row == 0 ? inside.dualSided() : inside;
+    });
     for (const double side : {-1.0, 1.0}) {
-        const Point end{side * halfWidth, 0, 0};
-        for (int i = 0; i < segments / 2; ++i)
-            lid.quadTowards({arc(i, 0) + end, arc(i + 1, 0) + end, arc(segments - i - 1, 0) + end,
-                             arc(segments - i, 0) + end},
-                            {side, 0, 0}, lit(wood).dualSided());
+        const Point end{side * halfWidth, 0, 0}, inside{side * (halfWidth - board), 0, 0};
+        for (int i = 0; i < segments / 2; ++i) {
+            const int other = segments - i;
+            lid.quadTowards({arc(i, 0) + end, arc(i + 1, 0) + end, arc(other - 1, 0) + end,
+                             arc(other, 0) + end},
+                            {side, 0, 0}, lit(wood));
+            lid.quadTowards({arc(i, board) + inside, arc(i + 1, board) + inside,
+                             arc(other - 1, board) + inside, arc(other, board) + inside},
+                            {-side, 0, 0}, lit(darkWood).sorted(sortFarthest));
+        }
     }
     // The rim, seen when the lid stands open.
     lid.quadTowards({skin[0][0], skin[0][3], lining[0][1], lining[0][0]}, {0, 1, 0}, lit(iron));
@@ -184,10 +194,12 @@ Message makeProp(Model& model, TextureList& textures)
                       {0, -1, 0}, plain(0).with(shadowMode).sorted(sortFarthest));
 
     Part& lid = builder.add("Lid", 0, {0, -height / 2, halfDepth});
-    lid.rotation = {-12000, 0, 0};
+    lid.rotation = {-14000, 0, 0};
     addLid(lid);
+    // Seen from above, the open lid comes nearer than the screen.
+    for (Face& face : lid.faces) face.material.flags |= nearClip;
     Part& hasp = builder.add("Hasp", builder.last(), {0, 0, -2 * halfDepth});
-    addBox(hasp, {-7, -6, -3}, {7, 9, 0}, lit(gold), allFaces & ~(1u << backFace));
+    addBox(hasp, {-7, -6, -3}, {7, 9, 0}, lit(gold).with(nearClip), allFaces & ~(1u << backFace));
     Part& lockPart = builder.add("Lock", 0, {0, -height / 2 + 12, -halfDepth});
     addBox(lockPart, {-10, -6, -4}, {10, 14, 0},
            {smoothTextured(lockPlate, gold), lit(gold), lit(gold), lit(gold), lit(gold), lit(gold)},
