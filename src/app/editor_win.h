@@ -4,7 +4,6 @@
 #include "model/model.h"
 #include "texture/texture_list.h"
 #include "ui/alert_win.h"
-#include "ui/handles_win.h"
 #include "view/view.h"
 
 #include <windows.h>
@@ -55,9 +54,9 @@ struct Editor {
     DragState drag;
     AlertState alerts;
 
-    HWND mainWindow = nullptr;
+    HWND mainWindow = nullptr; ///< from its creation message to its destroy message
     HWND statusBar = nullptr;
-    UniqueAccelerators accelerators;
+    HACCEL accelerators = nullptr; ///< of the program's resources, which own it
     /// Open modeless dialogs that take the keyboard's dialog navigation, in the order in which the
     /// main loop offers them a message.
     std::vector<HWND> modelessDialogs;

@@ -54,6 +54,8 @@ void releaseContents(Editor& editor)
     editor.engine.settings.textures = {};
     stopEngine(editor.engine);
     if (!editor.document.textures.slots().empty()) editor.document.textures.clearAll();
+    editor.statusBar = nullptr;
+    editor.mainWindow = nullptr;
 }
 
 void onSize(Editor& editor, WPARAM kind, LPARAM size)
@@ -85,6 +87,12 @@ void onClose(Editor& editor)
     DestroyWindow(editor.mainWindow);
 }
 
+/// The position that a mouse message of the client area carries.
+POINT mousePosition(LPARAM lParam)
+{
+    return {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+}
+
 LRESULT CALLBACK mainWindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     Editor& editor = theEditor();
@@ -101,11 +109,11 @@ LRESULT CALLBACK mainWindowProcedure(HWND window, UINT message, WPARAM wParam, L
     case WM_ERASEBKGND: eraseAroundModelView(editor, reinterpret_cast<HDC>(wParam)); return 1;
     case WM_PAINT: paintModelView(editor); return 0;
     case WM_CLOSE: onClose(editor); return 0;
-    case WM_MOUSEMOVE: onMouseMove(editor, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)}); return 0;
+    case WM_MOUSEMOVE: onMouseMove(editor, mousePosition(lParam)); return 0;
     case WM_NCMOUSEMOVE: onCursorLeft(editor); break; // the frame's own buttons need it as well
     case WM_LBUTTONDOWN: onLeftButtonDown(editor); return 0;
     case WM_LBUTTONUP: onLeftButtonUp(editor); return 0;
-    case WM_RBUTTONDOWN: onRightButtonDown(editor); return 0;
+    case WM_RBUTTONDOWN: onRightButtonDown(editor, mousePosition(lParam)); return 0;
     case WM_RBUTTONUP: onRightButtonUp(editor); return 0;
     case WM_COMMAND:
         if (runCommand(editor, LOWORD(wParam), lParam)) return 0;
@@ -141,9 +149,9 @@ bool createMainWindow(Editor& editor)
 {
     constexpr DWORD style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
     static_assert(style == 0x02CF0000);
-    return CreateWindowExA(0, mainWindowClass, "TEST", style, CW_USEDEFAULT, CW_USEDEFAULT,
-                           CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr, editor.instance,
-                           nullptr) != nullptr;
+    CreateWindowExA(0, mainWindowClass, "TEST", style, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
+                    CW_USEDEFAULT, nullptr, nullptr, editor.instance, nullptr);
+    return editor.mainWindow != nullptr; // none when it was not created, or closed itself at once
 }
 
 void refreshStatus(Editor& editor)

@@ -7,6 +7,7 @@
 #include "model/model_file.h"
 #include "resources/resource_ids.h"
 #include "texture/texture_file.h"
+#include "ui/handles_win.h"
 #include "ui/window_data_win.h"
 
 namespace facetor {

@@ -103,14 +103,13 @@ void onLeftButtonUp(Editor& editor)
     requestRedraw(editor);
 }
 
-void onRightButtonDown(Editor& editor)
+void onRightButtonDown(Editor& editor, POINT position)
 {
     editor.drag.right = ButtonState::down;
     const HMENU cameraMenu = findMenuWith(GetMenu(editor.mainWindow), IDM_CAMERA_FORWARD);
-    POINT cursor{};
-    GetCursorPos(&cursor);
-    TrackPopupMenu(cameraMenu, TPM_RIGHTBUTTON, cursor.x + contextMenuOffset.x,
-                   cursor.y + contextMenuOffset.y, 0, editor.mainWindow, nullptr);
+    ClientToScreen(editor.mainWindow, &position);
+    TrackPopupMenu(cameraMenu, TPM_RIGHTBUTTON, position.x + contextMenuOffset.x,
+                   position.y + contextMenuOffset.y, 0, editor.mainWindow, nullptr);
 }
 
 void onRightButtonUp(Editor& editor)

@@ -34,7 +34,7 @@ void eraseAroundModelView(Editor& editor, HDC dc);
 void onLeftButtonDown(Editor& editor);
 void onLeftButtonUp(Editor& editor);
 /// Shows the Camera menu at the cursor, and returns when it is closed.
-void onRightButtonDown(Editor& editor);
+void onRightButtonDown(Editor& editor, POINT position);
 void onRightButtonUp(Editor& editor);
 void onMouseMove(Editor& editor, POINT position);
 void onCursorLeft(Editor& editor);

@@ -3,6 +3,7 @@
 #include "app/main_window.h"
 #include "app/model_commands_win.h"
 #include "app/title_win.h"
+#include "ui/handles_win.h"
 
 #include <windows.h>
 
@@ -59,7 +60,7 @@ int runMainLoop(Editor& editor)
     MSG message{};
     while (GetMessageA(&message, nullptr, 0, 0) > 0) {
         // Accelerators go to the main window, whichever window has the focus.
-        if (TranslateAcceleratorA(editor.mainWindow, editor.accelerators.get(), &message)) continue;
+        if (TranslateAcceleratorA(editor.mainWindow, editor.accelerators, &message)) continue;
         if (std::ranges::any_of(editor.modelessDialogs, [&](HWND dialog) {
                 return IsDialogMessageA(dialog, &message) != FALSE;
             }))
@@ -97,7 +98,7 @@ int runProgram(const Start& start)
     const auto editor = std::make_unique<Editor>();
     editor->instance = start.instance;
     editor->platform = start.platform;
-    editor->accelerators.reset(LoadAcceleratorsA(start.instance, "IDR_ACCEL"));
+    editor->accelerators = LoadAcceleratorsA(start.instance, "IDR_ACCEL");
     if (!registerMainWindow(*editor)) return 0;
     const EditorScope scope(*editor);
     if (!createMainWindow(*editor)) return 0;

@@ -16,8 +16,6 @@ template <auto Close> struct Closer {
 template <typename Handle, auto Close>
 using UniqueHandle = std::unique_ptr<std::remove_pointer_t<Handle>, Closer<Close>>;
 
-using UniqueAccelerators = UniqueHandle<HACCEL, DestroyAcceleratorTable>;
-
 /// The device context of one paint message, given back when the scope ends.
 class PaintContext {
 public:

@@ -75,7 +75,7 @@ TEST(Closing, UnsavedChangesAreAskedAboutModelFirst)
             EXPECT_EQ(shown.caption, "Alert");
             EXPECT_EQ(shown.text, answer.question);
             EXPECT_EQ(shown.buttons, (std::vector<int>{IDCANCEL, IDYES, IDNO}));
-            savePicture(captureWindow(shown.window), "question");
+            savePicture(editor.pictureOf(shown.window), "question");
             EXPECT_TRUE(editor.press(shown, answer.button));
         }
         if (cases[i].ends) {

@@ -133,6 +133,25 @@ TEST(ModelView, LeavesAWindowBeyondTheSurfaceGrey)
     EXPECT_NE(picture.at(320, 244), background) << "the centre is the middle of 640 x 489";
 }
 
+TEST(ModelView, SurvivesTinyAndMinimisedWindows)
+{
+    const RunningEditor editor;
+    for (const auto& [width, height] : {std::pair{1, 1}, {150, 2}, {150, 40}, {240, 180}}) {
+        editor.resizeClient(width, height); // the system keeps a least width of its own
+        savePicture(editor.pictureOf(editor.window()), "tiny-" + std::to_string(height));
+    }
+    editor.call([](Editor& e) {
+        ShowWindow(e.mainWindow, SW_MINIMIZE);
+        SendMessageA(e.mainWindow, messageRedraw, 0, 0);
+        SendMessageA(e.mainWindow, WM_COMMAND, 40045, 0);
+        UpdateWindow(e.mainWindow);
+        ShowWindow(e.mainWindow, SW_RESTORE);
+    });
+    editor.resizeClient(400, 320);
+    const Picture picture = editor.picture();
+    EXPECT_NE(centreOf(picture), picture.at(1, 1));
+}
+
 TEST(ModelView, RedrawRequestsOnlyMarkTheFrame)
 {
     const RunningEditor editor;
@@ -194,7 +213,6 @@ TEST(ModelView, RightButtonShowsTheCameraMenuAtTheCursor)
     editor.resizeClient(400, 320);
     POINT cursor{300, 200};
     ClientToScreen(editor.window(), &cursor);
-    SetCursorPos(cursor.x, cursor.y);
     editor.post(WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(300, 200));
     HWND popup = nullptr;
     ASSERT_TRUE(waitUntil([&] { return (popup = editor.findWindow(popupMenuClass)) != nullptr; }));

@@ -91,11 +91,10 @@ LRESULT CALLBACK callingProcedure(HWND window, UINT message, WPARAM wParam, LPAR
     return CallWindowProcA(subclassed, window, message, wParam, lParam);
 }
 
-void saveTestPicture(HWND window, const std::string& suffix)
+void saveTestPicture(const Picture& picture, const std::string& suffix)
 {
     const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-    savePicture(captureWindow(window),
-                std::string(test->test_suite_name()) + "." + test->name() + suffix);
+    savePicture(picture, std::string(test->test_suite_name()) + "." + test->name() + suffix);
 }
 
 } // namespace
@@ -110,15 +109,17 @@ bool waitUntil(const std::function<bool()>& condition)
     return true;
 }
 
-RunningEditor::RunningEditor(std::vector<std::string> arguments, Platform platform)
+RunningEditor::RunningEditor(std::vector<std::string> arguments, Platform platform,
+                             std::function<void()> prepare)
 {
     {
         const std::lock_guard lock(commandsMutex);
         commands.clear();
     }
     Start start{GetModuleHandleA(nullptr), platform, SW_SHOWNORMAL, std::move(arguments)};
-    thread_ = std::thread([this, start = std::move(start)] {
+    thread_ = std::thread([this, start = std::move(start), prepare = std::move(prepare)] {
         threadId_ = GetCurrentThreadId();
+        if (prepare) prepare();
         exitCode_ = runProgram(start);
         ended_ = true;
     });
@@ -139,8 +140,9 @@ RunningEditor::RunningEditor(std::vector<std::string> arguments, Platform platfo
 RunningEditor::~RunningEditor()
 {
     if (testing::Test::HasFailure() && !ended_ && window_) {
-        saveTestPicture(window_, ".failed");
-        if (const HWND dialog = findAlert().window) saveTestPicture(dialog, ".failed-dialog");
+        saveTestPicture(pictureOf(window_), ".failed");
+        if (const HWND dialog = findAlert().window)
+            saveTestPicture(pictureOf(dialog), ".failed-dialog");
     }
     end();
     thread_.join(); // the watchdog ends the run if this never returns
@@ -239,6 +241,15 @@ Picture RunningEditor::picture() const
     return ask([](Editor& editor) {
         UpdateWindow(editor.mainWindow);
         return captureClient(editor.mainWindow);
+    });
+}
+
+Picture RunningEditor::pictureOf(HWND window) const
+{
+    return ask([&](Editor&) {
+        RedrawWindow(window, nullptr, nullptr,
+                     RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
+        return captureWindow(window);
     });
 }
 

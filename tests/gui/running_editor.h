@@ -37,9 +37,9 @@ struct ShownAlert {
 class RunningEditor {
 public:
     /// Returns once the main window is on the screen and has its title. Arguments that bring an
-    /// alert up leave the editor waiting there.
+    /// alert up leave the editor waiting there. `prepare` runs on the editor's thread first.
     explicit RunningEditor(std::vector<std::string> arguments = {},
-                           Platform platform = Platform::nt);
+                           Platform platform = Platform::nt, std::function<void()> prepare = {});
     ~RunningEditor();
     RunningEditor(const RunningEditor&) = delete;
     RunningEditor& operator=(const RunningEditor&) = delete;
@@ -72,6 +72,9 @@ public:
     void resizeClient(int width, int height) const;
     /// The main window's client area, repainted first if it needs it.
     Picture picture() const;
+
+    /// A whole window of the editor's with its frame and children, repainted first.
+    Picture pictureOf(HWND window) const;
 
     /// The alert that is on the screen now; its window is nullptr when there is none.
     ShownAlert findAlert() const;

@@ -11,6 +11,7 @@
 
 #include <array>
 #include <cfloat>
+#include <string_view>
 
 namespace facetor {
 
@@ -56,11 +57,7 @@ TEST(Start, MainWindowHasItsClassStyleTitleAndMenu)
               "&File {E&xit=40003}, "
               "&Options {&Camera {&Foward=40044, &Back=40045, &Left=40046, &Right=40047, "
               "&Top=40048, B&ottom=40049}}");
-    savePicture(editor.ask([](Editor& e) {
-        UpdateWindow(e.mainWindow);
-        return captureWindow(e.mainWindow);
-    }),
-                "start");
+    savePicture(editor.pictureOf(editor.window()), "start");
 }
 
 TEST(Start, ConsumerPlatformHasItsOwnTitle)
@@ -89,6 +86,35 @@ TEST(Start, AClassThatCannotBeRegisteredEndsAtOnce)
     }
     EXPECT_TRUE(UnregisterClassA(mainWindowClass, taken.hInstance))
         << "an editor that did not register the class must not take it away";
+}
+
+const char* refusedClass = nullptr;
+
+/// Refuses the creation of windows of one class.
+LRESULT CALLBACK refuseClass(int code, WPARAM wParam, LPARAM lParam)
+{
+    if (code == HCBT_CREATEWND) {
+        std::array<char, 64> name{};
+        GetClassNameA(reinterpret_cast<HWND>(wParam), name.data(), static_cast<int>(name.size()));
+        if (std::string_view(name.data()) == refusedClass) return 1;
+    }
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+TEST(Start, AWindowThatCannotBeCreatedEndsTheProgramWithoutAMessage)
+{
+    for (const char* name : {mainWindowClass, STATUSCLASSNAMEA}) {
+        SCOPED_TRACE(name);
+        refusedClass = name;
+        RunningEditor editor({"C:\\no such file.mx3"}, Platform::nt, [] {
+            SetWindowsHookExA(WH_CBT, refuseClass, nullptr, GetCurrentThreadId());
+        });
+        EXPECT_EQ(editor.waitForEnd(), 0);
+        EXPECT_EQ(editor.window(), nullptr) << "it must never be on the screen";
+    }
+    const RunningEditor editor;
+    EXPECT_EQ(editor.title(), "Facetor for NT - Untitled")
+        << "nothing is left of the failed starts";
 }
 
 TEST(Start, StatusBarCountsTheModelInThreeParts)
