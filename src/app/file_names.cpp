@@ -1,0 +1,12 @@
+#include "app/file_names.h"
+
+#include "base/text.h"
+
+namespace facetor {
+
+std::string modelSavePath(std::string_view path)
+{
+    return std::string(cutExtension(path)) + ".mx3";
+}
+
+} // namespace facetor

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace facetor {
+
+/// What a model is saved as: the path with its extension, or all behind its last ".", replaced by
+/// ".mx3".
+std::string modelSavePath(std::string_view path);
+
+} // namespace facetor
