@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "input_file.h"
 #include "model/model_file.h"
+#include "output/model_source.h"
 #include "texture/texture_file.h"
 
 namespace facetor {
@@ -12,6 +13,11 @@ namespace {
 Message writeModelAgain(const InputFile& input, const std::string& output)
 {
     return writeModelFile(input.model, output);
+}
+
+Message writeModelAsSource(const InputFile& input, const std::string& output)
+{
+    return writeModelSource(input.model, output);
 }
 
 Message writeTexturesAgain(const InputFile& input, const std::string& output)
@@ -25,7 +31,8 @@ struct Conversion {
 };
 
 constexpr Conversion conversions[] = {
-    {"mx3", "mx3", writeModelAgain   },
+    {"mx3", "mx3", writeModelAgain},
+    {"mx3", "mdl", writeModelAsSource},
     {"mxt", "mxt", writeTexturesAgain},
 };
 

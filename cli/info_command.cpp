@@ -51,27 +51,23 @@ Json describe(const Model& model, std::uint32_t version)
     for (std::uint32_t i = 0; i < model.objectCount; ++i) {
         const Object& object = model.objects[i];
         const Mesh& mesh = model.meshes[object.mesh];
-        objects.push_back({
-            {"index",       i                         },
-            {"name",        model.names[i]            },
-            {"depth",       object.depth              },
-            {"child",       indexOrNull(object.child) },
-            {"next",        indexOrNull(object.next)  },
-            {"vertices",    mesh.vertexCount          },
-            {"polygons",    mesh.polygonCount         },
-            {"translation", toJson(object.translation)},
-            {"rotation",    object.rotation           },
-            {"scaling",     toJson(object.scaling)    }
-        });
+        objects.push_back({{"index", i},
+                           {"name", model.names[i]},
+                           {"depth", object.depth},
+                           {"child", indexOrNull(object.child)},
+                           {"next", indexOrNull(object.next)},
+                           {"vertices", mesh.vertexCount},
+                           {"polygons", mesh.polygonCount},
+                           {"translation", toJson(object.translation)},
+                           {"rotation", object.rotation},
+                           {"scaling", toJson(object.scaling)}});
     }
-    return {
-        {"type",     "model"                },
-        {"version",  hexadecimal(version)   },
-        {"objects",  model.objectCount      },
-        {"vertices", model.totalVertexCount },
-        {"polygons", model.totalPolygonCount},
-        {"object",   std::move(objects)     }
-    };
+    return {{"type", "model"},
+            {"version", hexadecimal(version)},
+            {"objects", model.objectCount},
+            {"vertices", model.totalVertexCount},
+            {"polygons", model.totalPolygonCount},
+            {"object", std::move(objects)}};
 }
 
 Json describe(const TextureList& list)
@@ -79,30 +75,17 @@ Json describe(const TextureList& list)
     Json textures = Json::array();
     for (std::uint32_t i = 0; i < textureSlotCount; ++i)
         if (!list.isEmpty(i))
-            textures.push_back({
-                {"slot",   i                  },
-                {"width",  list.slot(i).width },
-                {"height", list.slot(i).height}
-            });
-    return {
-        {"type",     "textures"         },
-        {"used",     list.usedCount()   },
-        {"textures", std::move(textures)}
-    };
+            textures.push_back(
+                {{"slot", i}, {"width", list.slot(i).width}, {"height", list.slot(i).height}});
+    return {{"type", "textures"}, {"used", list.usedCount()}, {"textures", std::move(textures)}};
 }
 
 Json describe(const std::vector<ImageBlock>& blocks)
 {
     Json described = Json::array();
     for (const ImageBlock& block : blocks)
-        described.push_back({
-            {"address", hexadecimal(block.address)},
-            {"size",    block.size                }
-        });
-    return {
-        {"type",   "image"             },
-        {"blocks", std::move(described)}
-    };
+        described.push_back({{"address", hexadecimal(block.address)}, {"size", block.size}});
+    return {{"type", "image"}, {"blocks", std::move(described)}};
 }
 
 void print(const std::string& text)

@@ -88,6 +88,7 @@ void addConvert(CLI::App& app, Progress& progress, Action& action)
     CLI::App* command = app.add_subcommand(
         "convert", "Convert a file into what its new extension says:\n"
                    "  .mx3 to .mx3   reads a model and writes it again in the current layout\n"
+                   "  .mx3 to .mdl   writes a model as C source\n"
                    "  .mxt to .mxt   reads a texture list and writes it again");
     addCommon(*command, progress);
     const auto paths = std::make_shared<std::vector<std::string>>();
@@ -117,14 +118,12 @@ void addRender(CLI::App& app, Progress& progress, Action& action)
     addValue(*command, "--rotate", options->rotation, parseAngles, "AX,AY,AZ",
              "Model rotation in angle units, 65536 a turn; default 0,0,0");
     addChoice<std::optional<FixedView>, FixedView>(*command, "--view", options->view,
-                                                   {
-                                                       {"forward", FixedView::forward},
-                                                       {"back",    FixedView::back   },
-                                                       {"left",    FixedView::left   },
-                                                       {"right",   FixedView::right  },
-                                                       {"top",     FixedView::top    },
-                                                       {"bottom",  FixedView::bottom }
-    },
+                                                   {{"forward", FixedView::forward},
+                                                    {"back", FixedView::back},
+                                                    {"left", FixedView::left},
+                                                    {"right", FixedView::right},
+                                                    {"top", FixedView::top},
+                                                    {"bottom", FixedView::bottom}},
                                                    "One of the fixed views");
     addValue(*command, "--view-scale", options->viewScale, parseFloat, "S", "View scale; default 1")
         ->needs(noFit);
@@ -132,11 +131,9 @@ void addRender(CLI::App& app, Progress& progress, Action& action)
              "View angle, 1 to 179 degrees; default 16383 angle units, about 90 degrees");
     command->add_flag("--parallel", options->parallel, "Parallel projection");
     addChoice(*command, "--draw", options->draw,
-              std::map<std::string, DragDrawMode>{
-                  {"full", DragDrawMode::full},
-                  {"flat", DragDrawMode::flat},
-                  {"wire", DragDrawMode::wire}
-    },
+              std::map<std::string, DragDrawMode>{{"full", DragDrawMode::full},
+                                                  {"flat", DragDrawMode::flat},
+                                                  {"wire", DragDrawMode::wire}},
               "Draw mode; default full");
     addValue(*command, "--light", options->light, parseVector, "X,Y,Z",
              "Light direction, used as given; default 0.577,0.577,0.577");
@@ -150,10 +147,7 @@ void addRender(CLI::App& app, Progress& progress, Action& action)
     addValue(*command, "--picked", options->pickedColour, parseColour, colour,
              "Colour of picked polygons, 0-31 each; default 0,31,0");
     addChoice(*command, "--select", options->selectAll,
-              std::map<std::string, bool>{
-                  {"all",  true },
-                  {"none", false}
-    },
+              std::map<std::string, bool>{{"all", true}, {"none", false}},
               "Which polygons are marked as picked; default none");
     addValue(
         *command, "--repeat", options->repeat,

@@ -16,10 +16,8 @@ std::optional<std::array<std::string_view, 3>> splitTriple(std::string_view text
     const std::size_t second = text.find(',', first + 1);
     if (second == std::string_view::npos) return std::nullopt;
     // A third comma stays in the last part, which is no number then.
-    return {
-        {text.substr(0, first), text.substr(first + 1, second - first - 1),
-         text.substr(second + 1)}
-    };
+    return {{text.substr(0, first), text.substr(first + 1, second - first - 1),
+             text.substr(second + 1)}};
 }
 
 std::optional<std::array<std::int32_t, 3>> parseIntegers(std::string_view text, std::int32_t least,

@@ -3,6 +3,7 @@
 #include "base/file.h"
 #include "base/temporary_folder.h"
 #include "model/model_file.h"
+#include "output/model_source.h"
 #include "texture/texture_file.h"
 
 #include <gtest/gtest.h>
@@ -268,6 +269,14 @@ TEST_F(Cli, ConvertWritesTheCurrentLayout)
     EXPECT_EQ(readFile(output), current);
     EXPECT_EQ(runProgram({"-q", "convert", source, source}).output, "") << "in place, quietly";
     EXPECT_EQ(readFile(source), current);
+}
+
+TEST_F(Cli, ConvertWritesAModelAsTheEditorsSource)
+{
+    const std::string output = folder.file("cube.MDL");
+    EXPECT_EQ(runProgram({"convert", cube, output}).status, 0);
+    ASSERT_EQ(readModelFile(model, cube), Message::none); // with the face normals of its corners
+    EXPECT_TRUE(readFile(output) == bytesOf(formatModelSource(model, "cube.MDL")));
 }
 
 TEST_F(Cli, ConvertKeepsTheSlotsOfATextureList)
