@@ -64,8 +64,9 @@ TEST(SourceText, FixedNumbersEqualTheCLibrarysOverMillionsOfValues)
             std::snprintf(expected.data(), expected.size(), "% 8.4f", static_cast<double>(value));
         ASSERT_EQ(text, std::string_view(expected.data(), static_cast<std::size_t>(size)));
     };
-    for (int i = 0; i < 1'000'000; ++i) compare(std::bit_cast<float>(random())); // any bits
-    for (int i = 0; i < 1'500'000; ++i)                                          // what models hold
+    for (int i = 0; i < 1'000'000; ++i)
+        compare(std::bit_cast<float>(static_cast<std::uint32_t>(random()))); // any bits
+    for (int i = 0; i < 1'500'000; ++i)                                      // what models hold
         compare(static_cast<float>(static_cast<std::int32_t>(random()) >> (i % 24)) / 4096.0f);
     for (int i = -40000; i < 40000; ++i) compare(static_cast<float>(i) / 32.0f); // half-way often
 }
