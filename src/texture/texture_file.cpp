@@ -104,9 +104,9 @@ Message TextureReader::readTexture(Progress& progress)
     const std::uint64_t texelCount = std::uint64_t{width} * height;
     if (texelCount * 2 > in_.left()) return fail("the file ends inside its " + size);
 
+    list_.clear(number); // its memory may be what the new one needs
     PageArray<Rgb555> pixels;
     if (!pixels.allocate(static_cast<std::size_t>(texelCount))) {
-        list_.clear(number);
         progress = Progress::outOfMemory;
         return Message::none;
     }
