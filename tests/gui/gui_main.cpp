@@ -41,6 +41,13 @@ private:
         return TRUE;
     }
 
+    static BOOL CALLBACK listWithChildren(HWND window, LPARAM argument)
+    {
+        listWindow(window, argument);
+        EnumChildWindows(window, listWindow, argument);
+        return TRUE;
+    }
+
     void watch() const
     {
         for (;;) {
@@ -48,13 +55,7 @@ private:
             const ULONGLONG started = started_;
             if (started == 0 || GetTickCount64() - started < longestTest) continue;
             std::fprintf(stderr, "watchdog: a test hangs; the visible windows are\n");
-            EnumWindows(
-                [](HWND window, LPARAM argument) -> BOOL {
-                    listWindow(window, argument);
-                    EnumChildWindows(window, listWindow, argument);
-                    return TRUE;
-                },
-                0);
+            EnumWindows(listWithChildren, 0);
             std::fflush(stderr);
             TerminateProcess(GetCurrentProcess(), 3);
         }

@@ -133,12 +133,32 @@ TEST(ModelView, LeavesAWindowBeyondTheSurfaceGrey)
     EXPECT_NE(picture.at(320, 244), background) << "the centre is the middle of 640 x 489";
 }
 
+TEST(ModelView, ErasingLeavesTheShownPictureAlone)
+{
+    constexpr COLORREF marked = RGB(255, 0, 255);
+    const RunningEditor editor;
+    editor.resizeClient(720, 600);
+    editor.call([&](Editor& e) {
+        UpdateWindow(e.mainWindow);
+        const HDC dc = GetDC(e.mainWindow);
+        for (const int x : {10, 639, 640}) SetPixel(dc, x, 10, marked);
+        EXPECT_EQ(SendMessageA(e.mainWindow, WM_ERASEBKGND, reinterpret_cast<WPARAM>(dc), 0), 1);
+        SelectClipRgn(dc, nullptr);
+        EXPECT_EQ(GetPixel(dc, 10, 10), marked);
+        EXPECT_EQ(GetPixel(dc, 639, 10), marked);
+        EXPECT_EQ(GetPixel(dc, 640, 10), grey);
+        ReleaseDC(e.mainWindow, dc);
+    });
+}
+
 TEST(ModelView, SurvivesTinyAndMinimisedWindows)
 {
     const RunningEditor editor;
+    // The status bar covers the whole client area of the smallest ones. Under Wine the first paint
+    // after that is still clipped away, so only the last size is looked at.
     for (const auto& [width, height] : {std::pair{1, 1}, {150, 2}, {150, 40}, {240, 180}}) {
-        editor.resizeClient(width, height); // the system keeps a least width of its own
-        savePicture(editor.pictureOf(editor.window()), "tiny-" + std::to_string(height));
+        editor.resizeClient(width, height);
+        (void)editor.picture();
     }
     editor.call([](Editor& e) {
         ShowWindow(e.mainWindow, SW_MINIMIZE);
@@ -150,6 +170,7 @@ TEST(ModelView, SurvivesTinyAndMinimisedWindows)
     editor.resizeClient(400, 320);
     const Picture picture = editor.picture();
     EXPECT_NE(centreOf(picture), picture.at(1, 1));
+    EXPECT_EQ(editor.statusText(1), "Polygons = 6");
 }
 
 TEST(ModelView, RedrawRequestsOnlyMarkTheFrame)

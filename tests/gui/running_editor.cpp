@@ -27,19 +27,19 @@ struct WindowSearch {
     HWND found;
 };
 
+BOOL CALLBACK checkWindow(HWND window, LPARAM argument)
+{
+    auto& search = *reinterpret_cast<WindowSearch*>(argument);
+    if (!search.check(window)) return TRUE;
+    search.found = window;
+    return FALSE;
+}
+
 /// The first top-level window of a thread that passes the check.
 HWND findThreadWindow(DWORD thread, const WindowCheck& check)
 {
     WindowSearch search{check, nullptr};
-    EnumThreadWindows(
-        thread,
-        [](HWND window, LPARAM argument) -> BOOL {
-            auto& current = *reinterpret_cast<WindowSearch*>(argument);
-            if (!current.check(window)) return TRUE;
-            current.found = window;
-            return FALSE;
-        },
-        reinterpret_cast<LPARAM>(&search));
+    EnumThreadWindows(thread, checkWindow, reinterpret_cast<LPARAM>(&search));
     return search.found;
 }
 
