@@ -115,7 +115,7 @@ void Part::join(const std::array<std::uint16_t, 4>& corners, const Material& mat
     faces.push_back({corners, material});
 }
 
-void Part::join3(const std::array<std::uint16_t, 3>& corners, const Material& material)
+void Part::joinTriangle(const std::array<std::uint16_t, 3>& corners, const Material& material)
 {
     faces.push_back({{corners[0], corners[1], corners[2], corners[2]}, material});
 }
@@ -131,7 +131,7 @@ void Part::triangle(const std::array<Point, 3>& corners, const Material& materia
 {
     std::array<std::uint16_t, 3> index;
     for (std::size_t i = 0; i < 3; ++i) index[i] = add(corners[i]);
-    join3(index, material);
+    joinTriangle(index, material);
 }
 
 void Part::quadTowards(std::array<Point, 4> corners, Point outward, const Material& material)

@@ -87,7 +87,7 @@ struct Part {
     std::uint16_t add(Point vertex);
     /// A face over vertices that were added before.
     void join(const std::array<std::uint16_t, 4>& corners, const Material& material);
-    void join3(const std::array<std::uint16_t, 3>& corners, const Material& material);
+    void joinTriangle(const std::array<std::uint16_t, 3>& corners, const Material& material);
     /// With vertices of its own.
     void quad(const std::array<Point, 4>& corners, const Material& material);
     void triangle(const std::array<Point, 3>& corners, const Material& material);

@@ -9,16 +9,11 @@ namespace facetor::samples {
 
 namespace {
 
-constexpr std::string_view letters = "0123456789ACEFGHLNOPRSTX";
-/// Five rows of three cells for each of `letters`, from the top, the left cell in bit 2.
-constexpr std::uint8_t letterRows[][5] = {
-    {7, 5, 5, 5, 7}, {2, 6, 2, 2, 7}, {7, 1, 7, 4, 7}, {7, 1, 3, 1, 7}, {5, 5, 7, 1, 1}, // 01234
-    {7, 4, 7, 1, 7}, {7, 4, 7, 5, 7}, {7, 1, 2, 2, 2}, {7, 5, 7, 5, 7}, {7, 5, 7, 1, 7}, // 56789
-    {2, 5, 7, 5, 5}, {7, 4, 4, 4, 7}, {7, 4, 6, 4, 7}, {7, 4, 6, 4, 4}, {7, 4, 5, 5, 7}, // ACEFG
-    {5, 5, 7, 5, 5}, {4, 4, 4, 4, 7}, {7, 5, 5, 5, 5}, {7, 5, 5, 5, 7}, {7, 5, 7, 4, 4}, // HLNOP
-    {6, 5, 6, 5, 5}, {7, 4, 7, 1, 7}, {7, 2, 2, 2, 2}, {5, 5, 2, 5, 5},                  // RSTX
+/// Five rows of three cells for each digit, from the top, the left cell in bit 2.
+constexpr std::uint8_t digitRows[10][5] = {
+    {7, 5, 5, 5, 7}, {2, 6, 2, 2, 7}, {7, 1, 7, 4, 7}, {7, 1, 3, 1, 7}, {5, 5, 7, 1, 1}, // 0-4
+    {7, 4, 7, 1, 7}, {7, 4, 7, 5, 7}, {7, 1, 2, 2, 2}, {7, 5, 7, 5, 7}, {7, 5, 7, 1, 7}, // 5-9
 };
-static_assert(std::size(letterRows) == letters.size());
 
 } // namespace
 
@@ -94,13 +89,12 @@ void Picture::plate(int x0, int y0, int x1, int y1, int depth)
     shade(x1 - 1, y0 + 1, x1, y1 - 1, -2 * depth);
 }
 
-void Picture::text(int x, int y, int size, std::string_view characters, Rgb555 colour)
+void Picture::number(int x, int y, int size, std::string_view digits, Rgb555 colour)
 {
-    for (const char character : characters) {
-        const std::size_t letter = letters.find(character);
-        for (int row = 0; row < 5 && letter != std::string_view::npos; ++row)
+    for (const char digit : digits) {
+        for (int row = 0; row < 5; ++row)
             for (int column = 0; column < 3; ++column)
-                if (letterRows[letter][row] >> (2 - column) & 1)
+                if (digitRows[digit - '0'][row] >> (2 - column) & 1)
                     fill(x + column * size, y + row * size, x + (column + 1) * size,
                          y + (row + 1) * size, colour);
         x += 4 * size;

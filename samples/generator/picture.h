@@ -36,8 +36,8 @@ public:
     void grain(std::uint32_t seed, int amount);
     /// A plate from x0, y0 to before x1, y1: lit at its top and left edge, dark at the others.
     void plate(int x0, int y0, int x1, int y1, int depth);
-    /// Digits 0-9, capitals and blanks, 3 x 5 cells of `size` texels each and one between.
-    void text(int x, int y, int size, std::string_view characters, Rgb555 colour);
+    /// Digits of 3 x 5 cells of `size` texels each, a cell apart.
+    void number(int x, int y, int size, std::string_view digits, Rgb555 colour);
 
     /// Makes it the texture of a slot. outOfMemory when memory is short.
     Message store(TextureList& list, std::uint32_t slot) const;

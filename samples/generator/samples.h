@@ -4,7 +4,6 @@
 #include "model/model.h"
 #include "texture/texture_list.h"
 
-#include <functional>
 #include <string>
 
 namespace facetor::samples {
@@ -12,7 +11,7 @@ namespace facetor::samples {
 // Each function makes one sample: the model, and the textures that its polygons name. Both are
 // created stores; what they held is replaced.
 
-/// A long-range courier: 21 objects in three levels, every way of drawing a polygon.
+/// A long-range courier: a hierarchy of four levels, every way of drawing a polygon.
 Message makeShip(Model& model, TextureList& textures);
 /// A treasure chest with an open lid, small enough to read in an editor.
 Message makeProp(Model& model, TextureList& textures);

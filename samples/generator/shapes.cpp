@@ -80,8 +80,8 @@ void addGlobe(Part& part, Point first, const std::vector<Ring>& rings, Point las
             const Point outward = (rings[end][c] + rings[end][next]) * 0.5 - middle + apex - middle;
             const Point normal = cross(rings[end][next] - rings[end][c], apex - rings[end][c]) * -1;
             if (dot(normal, outward) < 0) std::swap(here, next);
-            part.join3({index[end][here], index[end][next], top},
-                       material(row, static_cast<int>(c)));
+            part.joinTriangle({index[end][here], index[end][next], top},
+                              material(row, static_cast<int>(c)));
         }
     };
     close(0, first, -1);
@@ -107,9 +107,9 @@ void addFan(Part& part, const Ring& ring, Point apex, Point outward, const Mater
         // A cone's sides look outward from its axis too, not only along it.
         const Point aside = (ring[c] + ring[next]) * 0.5 - centreOf(ring);
         if (dot(normal, outward) + dot(normal, aside) < 0)
-            part.join3({index[next], index[c], top}, material);
+            part.joinTriangle({index[next], index[c], top}, material);
         else
-            part.join3({index[c], index[next], top}, material);
+            part.joinTriangle({index[c], index[next], top}, material);
     }
 }
 
@@ -181,8 +181,8 @@ void addCrystal(Part& part, Point middle, double radius, double above, double be
     const std::uint16_t bottom = part.add(middle + Point{0, below, 0});
     for (std::size_t c = 0; c < 4; ++c) {
         const std::size_t next = (c + 1) % 4;
-        part.join3({ring[c], top, ring[next]}, material);
-        part.join3({ring[next], bottom, ring[c]}, material);
+        part.joinTriangle({ring[c], top, ring[next]}, material);
+        part.joinTriangle({ring[next], bottom, ring[c]}, material);
     }
 }
 

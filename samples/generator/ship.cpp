@@ -181,7 +181,6 @@ void addTurret(ModelBuilder& builder)
     addCap(turret, dome.back(), {0, 1, 0}, everywhere(lit(orange)));
 
     Part& gun = builder.add("TurretGun", builder.last(), {0, 6, -8});
-    gun.rotation = {0, 0, 0};
     for (const double x : {-4.0, 4.0}) {
         addBox(gun, {x - 1.5, -1.5, -30}, {x + 1.5, 1.5, 0}, lit(slate), 63 & ~4u);
         addBox(gun, {x - 2, -2, -36}, {x + 2, 2, -30}, lit(orange));

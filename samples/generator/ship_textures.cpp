@@ -190,7 +190,7 @@ Picture emblem()
 Picture number()
 {
     Picture picture(32, 32, 0);
-    picture.text(3, 6, 4, "07", rgb555(5, 9, 20));
+    picture.number(3, 6, 4, "07", rgb555(5, 9, 20));
     for (int y = 0; y < 32; ++y)
         for (int x = 0; x < 32; ++x)
             if (picture.at(x, y) == opaqueBit) picture.erase(x, y);
