@@ -13,7 +13,6 @@ namespace facetor::samples {
 namespace {
 
 constexpr Rgb555 grass = rgb555(8, 16, 5);
-constexpr Rgb555 rock = rgb555(13, 11, 10);
 constexpr Rgb555 lowRock = rgb555(11, 12, 8);
 constexpr Rgb555 darkRock = rgb555(10, 8, 7);
 constexpr Rgb555 water = rgb555(4, 14, 22);

@@ -12,7 +12,6 @@ namespace {
 
 constexpr Rgb555 meadow = rgb555(12, 18, 6);
 constexpr Rgb555 rock = rgb555(13, 11, 10);
-constexpr Rgb555 water = rgb555(4, 14, 22);
 constexpr Rgb555 pine = rgb555(3, 11, 5);
 constexpr Rgb555 leafColours[] = {rgb555(9, 15, 4), rgb555(5, 13, 5), rgb555(6, 12, 3),
                                   rgb555(12, 14, 3), rgb555(4, 11, 5)};
