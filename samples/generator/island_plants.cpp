@@ -3,8 +3,10 @@
 #include "numbers.h"
 #include "shapes.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
+#include <vector>
 
 namespace facetor::samples {
 
@@ -129,6 +131,11 @@ void addGroves(ModelBuilder& builder)
     const std::uint32_t groves = builder.objectCount() - first;
     const std::vector<Plant> plants = plantsThatFill(vertexCapacity - builder.vertexCount(),
                                                      polygonCapacity - builder.polygonCount());
+    struct Place {
+        Plant plant;
+        double x, z, size;
+    };
+    std::vector<Place> places;
     std::uint32_t attempt = 0;
     for (const Plant plant : plants) {
         double x = 0, z = 0;
@@ -136,19 +143,18 @@ void addGroves(ModelBuilder& builder)
             x = (2 * scatteredUnit(++attempt, 41) - 1) * islandRadius;
             z = (2 * scatteredUnit(attempt, 42) - 1) * islandRadius;
         } while (!isPlantable(x, z));
-        // A grove is a sector of the island: the one whose direction the place lies in most.
-        std::uint32_t grove = 0;
-        double most = -islandRadius;
-        for (std::uint32_t i = 0; i < groves; ++i) {
-            const double turns = static_cast<double>(i) / groves;
-            const double along = x * sineOfTurns(turns) - z * cosineOfTurns(turns);
-            if (along > most) {
-                most = along;
-                grove = i;
-            }
-        }
-        addPlant(builder.part(first + grove), plant, onGround(x, z),
-                 8 + 6 * scatteredUnit(attempt, 43));
+        places.push_back({plant, x, z, 8 + 6 * scatteredUnit(attempt, 43)});
+    }
+    // A grove is a sector of the island: the places in the order of their directions, in parts of
+    // the same number, so that none is empty.
+    std::stable_sort(places.begin(), places.end(), [](const Place& a, const Place& b) {
+        const bool aFront = a.z < 0, bFront = b.z < 0;
+        return aFront != bFront ? aFront : a.x * b.z - b.x * a.z > 0;
+    });
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const Place& place = places[i];
+        const auto grove = static_cast<std::uint32_t>(i * groves / places.size());
+        addPlant(builder.part(first + grove), place.plant, onGround(place.x, place.z), place.size);
     }
 }
 

@@ -4,9 +4,7 @@
 
 // The sources that facetor-cli made of the samples, each in a namespace of its own. Their tables
 // are flat lists of numbers, as the console's macros expect.
-// An object without polygons, a mere pivot, has empty ones.
 #pragma GCC diagnostic ignored "-Wmissing-field-initializers"
-#pragma GCC diagnostic ignored "-Wpedantic"
 
 namespace {
 
