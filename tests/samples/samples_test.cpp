@@ -61,6 +61,8 @@ TEST_P(Samples, HaveSoundAttributesAndNamesThatSuitCSource)
     }
     std::set<std::string> names;
     for (std::uint32_t i = 0; i < model.objectCount; ++i) {
+        EXPECT_GT(model.meshes[i].polygonCount, 0u)
+            << "C knows no empty tables: " << model.names[i];
         EXPECT_TRUE(names.insert(model.names[i]).second) << model.names[i] << " twice";
         EXPECT_TRUE(std::all_of(model.names[i].begin(), model.names[i].end(), [](char c) {
             return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
