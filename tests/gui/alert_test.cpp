@@ -22,6 +22,8 @@ ShownAlert showAlert(const RunningEditor& editor, Message message, AlertStyle st
         result = alert(e.alerts, e.mainWindow, message, style);
     });
     const ShownAlert shown = editor.waitForAlert();
+    savePicture(editor.pictureOf(shown.window),
+                "alert-" + std::to_string(static_cast<int>(message)));
     EXPECT_TRUE(editor.press(shown, button));
     editor.call([](Editor&) {}); // runs only after the alert has returned
     return shown;
@@ -129,6 +131,7 @@ TEST(Alert, MayHaveNoOwner)
     });
     const ShownAlert shown = editor.waitForAlert();
     EXPECT_EQ(shown.text, "Cannot find GetColor.dll.");
+    savePicture(editor.pictureOf(shown.window), "alert-stop");
     EXPECT_EQ(GetWindow(shown.window, GW_OWNER), nullptr);
     EXPECT_TRUE(editor.press(shown, IDOK));
     editor.call([](Editor&) {});

@@ -240,6 +240,7 @@ TEST(ModelView, RightButtonShowsTheCameraMenuAtTheCursor)
     const auto menu = reinterpret_cast<HMENU>(SendMessageA(popup, menuHandleMessage, 0, 0));
     EXPECT_EQ(GetMenuItemCount(menu), 6);
     EXPECT_EQ(GetMenuItemID(menu, 0), 40044u);
+    savePicture(editor.pictureOf(popup), "context-menu");
     RECT place{};
     GetWindowRect(popup, &place);
     EXPECT_EQ(place.left, cursor.x - 32);
