@@ -2,6 +2,7 @@
 
 #include "base/colour.h"
 
+#include <charconv>
 #include <string_view>
 
 namespace facetor {
@@ -15,35 +16,49 @@ std::string_view sortText(std::uint16_t sort)
     return "SORT_CEN";
 }
 
+void appendNumber(TextWriter& text, std::uint32_t value)
+{
+    constexpr std::size_t longest = 10; // digits of 32 bits
+    char* const room = text.room(longest);
+    text.advance(static_cast<std::size_t>(std::to_chars(room, room + longest, value).ptr - room));
+}
+
 /// A colour component, right-aligned in two columns.
-std::string componentText(int component)
+void appendComponent(TextWriter& text, int component)
 {
-    return (component < 10 ? " " : "") + std::to_string(component);
+    text.append(component < 10 ? ' ' : static_cast<char>('0' + component / 10));
+    text.append(static_cast<char>('0' + component % 10));
 }
 
-std::string colourText(Rgb555 colour)
+void appendColour(TextWriter& text, Rgb555 colour)
 {
-    return "C_RGB(" + componentText(redOf(colour)) + "," + componentText(greenOf(colour)) + "," +
-           componentText(blueOf(colour)) + ")";
+    text.append("C_RGB(");
+    appendComponent(text, redOf(colour));
+    text.append(',');
+    appendComponent(text, greenOf(colour));
+    text.append(',');
+    appendComponent(text, blueOf(colour));
+    text.append(')');
 }
 
-std::string gouraudText(const PolygonAttribute& attribute, std::uint32_t& lightIndex,
-                        std::uint32_t& tableIndex)
+void appendGouraud(TextWriter& text, const PolygonAttribute& attribute, std::uint32_t& lightIndex,
+                   std::uint32_t& tableIndex)
 {
-    if (isLightGouraud(attribute)) return "GRreal(" + std::to_string(lightIndex++) + ")";
-    if (isTableGouraud(attribute)) return "GRtbl(" + std::to_string(tableIndex++) + ")";
-    return "No_Gouraud";
+    if ((attribute.flags & gouraudShading) == 0) return text.append("No_Gouraud");
+    const bool light = isLightGouraud(attribute);
+    text.append(light ? std::string_view("GRreal(") : std::string_view("GRtbl("));
+    appendNumber(text, light ? lightIndex++ : tableIndex++);
+    text.append(')');
 }
 
-std::string modeText(std::uint32_t flags)
+void appendMode(TextWriter& text, std::uint32_t flags)
 {
-    std::string text = "CL32KRGB";
-    text += flags & meshMode ? "|MESHon" : "|MESHoff";
-    if (flags & shadowMode) text += "|CL_Shadow";
-    if (flags & halfMode) text += "|CL_Half";
-    if (flags & translucentMode) text += "|CL_Trans";
-    if (flags & gouraudShading) text += "|CL_Gouraud";
-    return text;
+    text.append("CL32KRGB");
+    text.append(flags & meshMode ? std::string_view("|MESHon") : std::string_view("|MESHoff"));
+    if (flags & shadowMode) text.append("|CL_Shadow");
+    if (flags & halfMode) text.append("|CL_Half");
+    if (flags & translucentMode) text.append("|CL_Trans");
+    if (flags & gouraudShading) text.append("|CL_Gouraud");
 }
 
 std::string_view directionText(std::uint32_t flags)
@@ -56,29 +71,45 @@ std::string_view directionText(std::uint32_t flags)
     return flags & polyLine ? "sprPolyLine" : "sprPolygon";
 }
 
-std::string optionText(std::uint32_t flags)
+std::string_view optionText(std::uint32_t flags)
 {
-    std::string text;
-    if (flags & useLight) text = flags & gouraudShading ? "UseGouraud" : "UseLight";
-    if (flags & nearClip) text += text.empty() ? "UseNearClip" : "|UseNearClip";
-    return text.empty() ? "No_Option" : text;
+    const bool near = flags & nearClip;
+    if ((flags & useLight) == 0) return near ? "UseNearClip" : "No_Option";
+    if (flags & gouraudShading) return near ? "UseGouraud|UseNearClip" : "UseGouraud";
+    return near ? "UseLight|UseNearClip" : "UseLight";
 }
 
 } // namespace
 
+void appendAttribute(TextWriter& text, const PolygonAttribute& attribute, std::uint32_t& lightIndex,
+                     std::uint32_t& tableIndex)
+{
+    constexpr std::string_view separator = ", ";
+    text.append(attribute.plane & dualPlaneBit ? "Dual_Plane, " : "Single_Plane, ");
+    text.append(sortText(attribute.sort));
+    text.append(separator);
+    if (attribute.flags & textureMap)
+        appendNumber(text, attribute.texture);
+    else
+        text.append("No_Texture");
+    text.append(separator);
+    appendColour(text, attribute.color);
+    text.append(separator);
+    appendGouraud(text, attribute, lightIndex, tableIndex);
+    text.append(separator);
+    appendMode(text, attribute.flags);
+    text.append(separator);
+    text.append(directionText(attribute.flags));
+    text.append(separator);
+    text.append(optionText(attribute.flags));
+}
+
 std::string formatAttribute(const PolygonAttribute& attribute, std::uint32_t& lightIndex,
                             std::uint32_t& tableIndex)
 {
-    std::string text = attribute.plane & dualPlaneBit ? "Dual_Plane" : "Single_Plane";
-    const auto add = [&text](std::string_view argument) { (text += ", ") += argument; };
-    add(sortText(attribute.sort));
-    add(attribute.flags & textureMap ? std::to_string(attribute.texture) : "No_Texture");
-    add(colourText(attribute.color));
-    add(gouraudText(attribute, lightIndex, tableIndex));
-    add(modeText(attribute.flags));
-    add(directionText(attribute.flags));
-    add(optionText(attribute.flags));
-    return text;
+    TextWriter text(128);
+    appendAttribute(text, attribute, lightIndex, tableIndex);
+    return std::string(text.view());
 }
 
 } // namespace facetor

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/text_writer.h"
 #include "model/polygon_attribute.h"
 
 #include <cstdint>
@@ -11,6 +12,10 @@ namespace facetor {
 /// colour, Gouraud, mode, direction, option. A Gouraud polygon takes the next index of its sort,
 /// `lightIndex` (GRreal) or `tableIndex` (GRtbl), which goes on by one; both start at 0 and count
 /// over all objects.
+void appendAttribute(TextWriter& text, const PolygonAttribute& attribute, std::uint32_t& lightIndex,
+                     std::uint32_t& tableIndex);
+
+/// appendAttribute() as a text of its own.
 std::string formatAttribute(const PolygonAttribute& attribute, std::uint32_t& lightIndex,
                             std::uint32_t& tableIndex);
 

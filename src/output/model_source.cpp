@@ -21,52 +21,52 @@ constexpr std::uint32_t wideIndicesAbove = 100;
 /// Room for a polygon's share of the text, in bytes, so that the text seldom moves while it grows.
 constexpr std::size_t textPerPolygon = 320;
 
-void appendPoints(std::string& text, const Vector3* points, std::uint32_t count)
+void appendPoints(TextWriter& text, const Vector3* points, std::uint32_t count)
 {
     for (const Vector3& point : std::span(points, count)) {
-        text += "\tPOStoFIXED(";
+        text.append("\tPOStoFIXED(");
         appendFixed(text, point.x, point.y, point.z);
-        text += "),\r\n";
+        text.append("),\r\n");
     }
 }
 
-void appendCountLine(std::string& text, std::string_view label, std::uint32_t count)
+void appendCountLine(TextWriter& text, std::string_view label, std::uint32_t count)
 {
-    text += " *\t";
-    text += label;
+    text.append(" *\t");
+    text.append(label);
     appendNumber(text, count);
-    text += "\r\n";
+    text.append("\r\n");
 }
 
-void appendHeader(std::string& text, const Model& model, std::string_view title,
+void appendHeader(TextWriter& text, const Model& model, std::string_view title,
                   const GouraudCounts& gouraud)
 {
     const std::string stars(46, '*');
-    text += '/' + stars + "\r\n *\t";
-    text += fileBanner;
-    text += "\r\n *\t";
-    text += title;
-    text += "\r\n";
+    text.append('/' + stars + "\r\n *\t");
+    text.append(fileBanner);
+    text.append("\r\n *\t");
+    text.append(title);
+    text.append("\r\n");
     appendCountLine(text, "OBJECTS  = ", model.objectCount);
     appendCountLine(text, "VERTICES = ", model.totalVertexCount);
     appendCountLine(text, "POLYGONS = ", model.totalPolygonCount);
     if (gouraud.light > 0) appendCountLine(text, "GOUR_REAL= ", gouraud.light);
     if (gouraud.table > 0) appendCountLine(text, "GOUR_TBL = ", gouraud.table);
-    text += ' ' + stars + "/\r\n\r\n";
+    text.append(' ' + stars + "/\r\n\r\n");
 }
 
-void appendGouraudDefine(std::string& text, std::string_view name, std::uint32_t firstTable)
+void appendGouraudDefine(TextWriter& text, std::string_view name, std::uint32_t firstTable)
 {
-    text += "#define\t";
-    text += name;
-    text += "(n)\t(";
+    text.append("#define\t");
+    text.append(name);
+    text.append("(n)\t(");
     appendHex16(text, static_cast<std::uint16_t>(firstTable));
-    text += "+(n))\r\n";
+    text.append("+(n))\r\n");
 }
 
 /// The tables of all polygons for which `belongs` holds, in the order in which their attributes
 /// number them.
-void appendGouraudTable(std::string& text, const Model& model, std::string_view prefix,
+void appendGouraudTable(TextWriter& text, const Model& model, std::string_view prefix,
                         std::string_view base, bool (*belongs)(const PolygonAttribute&))
 {
     appendTableStart(text, "GOURAUDTBL", prefix, base);
@@ -76,19 +76,19 @@ void appendGouraudTable(std::string& text, const Model& model, std::string_view 
             const PolygonAttribute& attribute = model.attributes[mesh.attributeTable + p];
             if (!belongs(attribute)) continue;
             char separator = '{';
-            text += '\t';
+            text.append('\t');
             for (const Rgb555 colour : model.gouraud[attribute.gouraud].color) {
-                text += separator;
+                text.append(separator);
                 appendColour(text, colour);
                 separator = ',';
             }
-            text += "},\r\n";
+            text.append("},\r\n");
         }
     }
     appendTableEnd(text);
 }
 
-void appendGouraudSection(std::string& text, const Model& model, std::string_view title,
+void appendGouraudSection(TextWriter& text, const Model& model, std::string_view title,
                           const GouraudCounts& gouraud)
 {
     const std::string_view base = cutExtension(title);
@@ -98,21 +98,21 @@ void appendGouraudSection(std::string& text, const Model& model, std::string_vie
     if (gouraud.table > 0) appendGouraudTable(text, model, "grtbl", base, isTableGouraud);
 }
 
-void appendPolygons(std::string& text, const Model& model, const Mesh& mesh)
+void appendPolygons(TextWriter& text, const Model& model, const Mesh& mesh)
 {
     const std::size_t columns = mesh.polygonCount > wideIndicesAbove ? 3 : 2;
     for (std::uint32_t p = 0; p < mesh.polygonCount; ++p) {
         const Polygon& polygon = model.polygons[mesh.polygonTable + p];
-        text += "\tNORMAL(";
+        text.append("\tNORMAL(");
         appendFixed(text, polygon.normal.x, polygon.normal.y, polygon.normal.z);
-        text += "), VERTICES";
+        text.append("), VERTICES");
         char separator = '(';
         for (const std::uint16_t corner : polygon.corner) {
-            text += separator;
+            text.append(separator);
             appendNumber(text, corner, columns);
             separator = ',';
         }
-        text += "),\r\n";
+        text.append("),\r\n");
     }
 }
 
@@ -121,14 +121,14 @@ struct GouraudIndices {
     std::uint32_t light = 0, table = 0;
 };
 
-void appendMesh(std::string& text, const Model& model, std::uint32_t index, GouraudIndices& indices)
+void appendMesh(TextWriter& text, const Model& model, std::uint32_t index, GouraudIndices& indices)
 {
     const Mesh& mesh = model.meshes[index];
     const std::string& name = model.names[index];
-    text += "/*\r\n *\tXPDATA : " + name + "\r\n";
+    text.append("/*\r\n *\tXPDATA : " + name + "\r\n");
     appendCountLine(text, "VERTICES = ", mesh.vertexCount);
     appendCountLine(text, "POLYGONS = ", mesh.polygonCount);
-    text += " */\r\n\r\n";
+    text.append(" */\r\n\r\n");
 
     appendTableStart(text, "POINT", "point", name);
     appendPoints(text, model.vertices.data() + mesh.vertexTable, mesh.vertexCount);
@@ -143,9 +143,9 @@ void appendMesh(std::string& text, const Model& model, std::uint32_t index, Gour
     for (std::uint32_t p = 0; p < mesh.polygonCount; ++p) {
         const PolygonAttribute& attribute = model.attributes[mesh.attributeTable + p];
         needsNormals = needsNormals || isLightGouraud(attribute);
-        text += "\tATTRIBUTE(";
-        text += formatAttribute(attribute, indices.light, indices.table);
-        text += "),\r\n";
+        text.append("\tATTRIBUTE(");
+        appendAttribute(text, attribute, indices.light, indices.table);
+        text.append("),\r\n");
     }
     appendTableEnd(text);
 
@@ -156,34 +156,34 @@ void appendMesh(std::string& text, const Model& model, std::uint32_t index, Gour
     }
 
     appendTableStart(text, "XPDATA", "xpdata", name);
-    text += "\tpoint_" + name + ", sizeof(point_" + name + ")/sizeof(POINT),\r\n";
-    text += "\tpolygon_" + name + ", sizeof(polygon_" + name + ")/sizeof(POLYGON),\r\n";
-    text += "\tattribute_" + name + ",\r\n";
-    text += needsNormals ? "\tnormal_" + name + ",\r\n" : "\tNULL,\r\n";
+    text.append("\tpoint_" + name + ", sizeof(point_" + name + ")/sizeof(POINT),\r\n");
+    text.append("\tpolygon_" + name + ", sizeof(polygon_" + name + ")/sizeof(POLYGON),\r\n");
+    text.append("\tattribute_" + name + ",\r\n");
+    text.append(needsNormals ? "\tnormal_" + name + ",\r\n" : "\tNULL,\r\n");
     appendTableEnd(text);
 }
 
-void appendReference(std::string& text, const Model& model, std::uint32_t object)
+void appendReference(TextWriter& text, const Model& model, std::uint32_t object)
 {
     if (object == noObject)
-        text += "\tNULL,\r\n";
+        text.append("\tNULL,\r\n");
     else // one that the model does not have counts as the first
-        text += "\tobject_" + model.names[object < model.objectCount ? object : 0] + ",\r\n";
+        text.append("\tobject_" + model.names[object < model.objectCount ? object : 0] + ",\r\n");
 }
 
-void appendObject(std::string& text, const Model& model, std::uint32_t index)
+void appendObject(TextWriter& text, const Model& model, std::uint32_t index)
 {
     const Object& object = model.objects[index];
     const std::string& name = model.names[index];
     appendTableStart(text, "OBJECT", "object", name);
-    text += "\t(PDATA*)xpdata_" + name + ",\r\n\tTRANSLATION(";
+    text.append("\t(PDATA*)xpdata_" + name + ",\r\n\tTRANSLATION(");
     appendFixed(text, object.translation.x, object.translation.y, object.translation.z);
-    text += "),\r\n\tROTATION(";
+    text.append("),\r\n\tROTATION(");
     appendFixed(text, angleToDegrees(object.rotation[0]), angleToDegrees(object.rotation[1]),
                 angleToDegrees(object.rotation[2]));
-    text += "),\r\n\tSCALING(";
+    text.append("),\r\n\tSCALING(");
     appendFixed(text, object.scaling.x, object.scaling.y, object.scaling.z);
-    text += "),\r\n";
+    text.append("),\r\n");
     appendReference(text, model, object.child);
     appendReference(text, model, object.next);
     appendTableEnd(text);
@@ -191,18 +191,17 @@ void appendObject(std::string& text, const Model& model, std::uint32_t index)
 
 } // namespace
 
-std::string formatModelSource(const Model& model, std::string_view title)
+TextWriter formatModelSource(const Model& model, std::string_view title)
 {
-    std::string text;
-    text.reserve(4096 + std::size_t{model.totalPolygonCount} * textPerPolygon);
+    TextWriter text(4096 + std::size_t{model.totalPolygonCount} * textPerPolygon);
     const GouraudCounts gouraud = countGouraud(model);
     appendHeader(text, model, title, gouraud);
     if (gouraud.light + gouraud.table > 0) appendGouraudSection(text, model, title, gouraud);
     GouraudIndices indices;
     for (std::uint32_t k = 0; k < model.objectCount; ++k) appendMesh(text, model, k, indices);
-    text += "/*\r\n";
+    text.append("/*\r\n");
     appendCountLine(text, "OBJECTS = ", model.objectCount);
-    text += " */\r\n\r\n";
+    text.append(" */\r\n\r\n");
     // Children and later siblings have higher numbers: what a table names stands before it.
     for (std::uint32_t k = model.objectCount; k-- > 0;) appendObject(text, model, k);
     return text;
@@ -210,8 +209,8 @@ std::string formatModelSource(const Model& model, std::string_view title)
 
 Message writeModelSource(const Model& model, const std::string& path)
 {
-    const std::string text = formatModelSource(model, fileTitle(path));
-    return writeFile(path, std::as_bytes(std::span(text)));
+    const TextWriter text = formatModelSource(model, fileTitle(path));
+    return writeFile(path, std::as_bytes(std::span(text.view())));
 }
 
 } // namespace facetor

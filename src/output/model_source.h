@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/message.h"
+#include "base/text_writer.h"
 #include "model/model.h"
 
 #include <string>
@@ -13,7 +14,7 @@ namespace facetor {
 /// the last to the first, and before all that the Gouraud tables. `title` is the name of the file
 /// that the text is for; the Gouraud tables are named after it without its extension. Lines end
 /// with CR LF. Object names are written as they are, also where they are no C identifiers.
-std::string formatModelSource(const Model& model, std::string_view title);
+TextWriter formatModelSource(const Model& model, std::string_view title);
 
 /// formatModelSource() into a file; cannotCreateFile when it cannot be put in place.
 Message writeModelSource(const Model& model, const std::string& path);

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 
 namespace facetor {
 
@@ -16,17 +17,40 @@ constexpr std::size_t titleCapacity = 64;
 /// a double holds without loss: 24 bits times 14.
 constexpr float scaledLimit = 1e9f;
 
-/// The text of digits and sign, right-aligned.
-void appendAligned(std::string& text, const char* first, const char* last, std::size_t columns)
+/// "00" to "99", so that digits are made two at a time.
+constexpr std::array<char, 200> makeDigitPairs()
+{
+    std::array<char, 200> pairs{};
+    for (std::size_t i = 0; i < 100; ++i) {
+        pairs[2 * i] = static_cast<char>('0' + i / 10);
+        pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
+    }
+    return pairs;
+}
+constexpr std::array<char, 200> digitPairs = makeDigitPairs();
+
+/// Writes the digits of a number so that they end before `end`; returns where they begin.
+char* writeDigits(char* end, std::uint32_t value)
+{
+    for (; value >= 100; value /= 100) std::memcpy(end -= 2, &digitPairs[value % 100 * 2], 2);
+    if (value >= 10)
+        std::memcpy(end -= 2, &digitPairs[value * 2], 2);
+    else
+        *--end = static_cast<char>('0' + value);
+    return end;
+}
+
+/// The text between two places, right-aligned.
+void appendAligned(TextWriter& text, const char* first, const char* last, std::size_t columns)
 {
     const auto size = static_cast<std::size_t>(last - first);
-    if (size < columns) text.append(columns - size, ' ');
-    text.append(first, last);
+    if (size < columns) text.append(' ', columns - size);
+    text.append(std::string_view(first, size));
 }
 
 } // namespace
 
-void appendFixed(std::string& text, float value)
+void appendFixed(TextWriter& text, float value)
 {
     if (!std::isfinite(value)) value = 0.0f;
     std::array<char, 64> buffer;
@@ -39,67 +63,66 @@ void appendFixed(std::string& text, float value)
         appendAligned(text, buffer.data(), result.ptr, fixedColumns);
         return;
     }
-    // The run-time's rounding to an integer is half to even, and the product is exact.
-    auto scaled = static_cast<std::uint64_t>(std::llrint(std::fabs(double{value}) * 10000.0));
-    char* at = end;
-    for (int digit = 0; digit < 4; ++digit, scaled /= 10)
-        *--at = static_cast<char>('0' + scaled % 10);
-    *--at = '.';
-    do {
-        *--at = static_cast<char>('0' + scaled % 10);
-        scaled /= 10;
-    } while (scaled != 0);
+    // The product is exact, and the conversion rounds half to even as the system always does.
+    const auto scaled = static_cast<std::uint64_t>(std::llrint(std::fabs(double{value}) * 10000.0));
+    const auto whole = static_cast<std::uint32_t>(scaled / 10000); // below scaledLimit
+    const auto fraction = static_cast<std::uint32_t>(scaled % 10000);
+    std::memcpy(end - 2, &digitPairs[fraction % 100 * 2], 2);
+    std::memcpy(end - 4, &digitPairs[fraction / 100 * 2], 2);
+    end[-5] = '.';
+    char* at = writeDigits(end - 5, whole);
     *--at = sign;
     appendAligned(text, at, end, fixedColumns);
 }
 
-void appendFixed(std::string& text, float x, float y, float z)
+void appendFixed(TextWriter& text, float x, float y, float z)
 {
     appendFixed(text, x);
-    text += ',';
+    text.append(',');
     appendFixed(text, y);
-    text += ',';
+    text.append(',');
     appendFixed(text, z);
 }
 
-void appendNumber(std::string& text, std::uint32_t value, std::size_t columns)
+void appendNumber(TextWriter& text, std::uint32_t value, std::size_t columns)
 {
     std::array<char, 16> buffer;
-    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
-    appendAligned(text, buffer.data(), result.ptr, columns);
+    char* const end = buffer.data() + buffer.size();
+    appendAligned(text, writeDigits(end, value), end, columns);
 }
 
-void appendHex16(std::string& text, std::uint16_t value)
+void appendHex16(TextWriter& text, std::uint16_t value)
 {
-    text += "0x";
-    for (int shift = 12; shift >= 0; shift -= 4) text += "0123456789abcdef"[value >> shift & 15];
+    text.append("0x");
+    for (int shift = 12; shift >= 0; shift -= 4)
+        text.append("0123456789abcdef"[value >> shift & 15]);
 }
 
-void appendColour(std::string& text, Rgb555 colour)
+void appendColour(TextWriter& text, Rgb555 colour)
 {
-    text += "C_RGB(";
+    text.append("C_RGB(");
     appendNumber(text, static_cast<std::uint32_t>(redOf(colour)), 2);
-    text += ',';
+    text.append(',');
     appendNumber(text, static_cast<std::uint32_t>(greenOf(colour)), 2);
-    text += ',';
+    text.append(',');
     appendNumber(text, static_cast<std::uint32_t>(blueOf(colour)), 2);
-    text += ')';
+    text.append(')');
 }
 
-void appendTableStart(std::string& text, std::string_view type, std::string_view prefix,
+void appendTableStart(TextWriter& text, std::string_view type, std::string_view prefix,
                       std::string_view name)
 {
-    text += type;
-    text += '\t';
-    text += prefix;
-    text += '_';
-    text += name;
-    text += "[] = {\r\n";
+    text.append(type);
+    text.append('\t');
+    text.append(prefix);
+    text.append('_');
+    text.append(name);
+    text.append("[] = {\r\n");
 }
 
-void appendTableEnd(std::string& text)
+void appendTableEnd(TextWriter& text)
 {
-    text += "};\r\n\r\n";
+    text.append("};\r\n\r\n");
 }
 
 std::string_view fileTitle(std::string_view path)

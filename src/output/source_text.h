@@ -1,9 +1,9 @@
 #pragma once
 
 #include "base/colour.h"
+#include "base/text_writer.h"
 
 #include <cstdint>
-#include <string>
 #include <string_view>
 
 namespace facetor {
@@ -14,26 +14,26 @@ namespace facetor {
 
 /// As printf("% 8.4f"): a blank before what is not negative, at least eight columns, four decimals,
 /// the exact value rounded half to even. What is not finite is written as zero, which compiles.
-void appendFixed(std::string& text, float value);
+void appendFixed(TextWriter& text, float value);
 
 /// Three of them, separated by commas.
-void appendFixed(std::string& text, float x, float y, float z);
+void appendFixed(TextWriter& text, float x, float y, float z);
 
 /// As printf("%*ld"): right-aligned in at least `columns`.
-void appendNumber(std::string& text, std::uint32_t value, std::size_t columns = 1);
+void appendNumber(TextWriter& text, std::uint32_t value, std::size_t columns = 1);
 
 /// As printf("0x%04x").
-void appendHex16(std::string& text, std::uint16_t value);
+void appendHex16(TextWriter& text, std::uint16_t value);
 
 /// "C_RGB(%2d,%2d,%2d)" with red, green and blue.
-void appendColour(std::string& text, Rgb555 colour);
+void appendColour(TextWriter& text, Rgb555 colour);
 
 /// The line that opens a table: type, tab, prefix_name[] = {
-void appendTableStart(std::string& text, std::string_view type, std::string_view prefix,
+void appendTableStart(TextWriter& text, std::string_view type, std::string_view prefix,
                       std::string_view name);
 
 /// The line that closes a table, and a blank one.
-void appendTableEnd(std::string& text);
+void appendTableEnd(TextWriter& text);
 
 /// The name of a file without its folder, at most 64 characters, as the header comment shows it.
 std::string_view fileTitle(std::string_view path);

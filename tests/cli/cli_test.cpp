@@ -276,7 +276,7 @@ TEST_F(Cli, ConvertWritesAModelAsTheEditorsSource)
     const std::string output = folder.file("cube.MDL");
     EXPECT_EQ(runProgram({"convert", cube, output}).status, 0);
     ASSERT_EQ(readModelFile(model, cube), Message::none); // with the face normals of its corners
-    EXPECT_TRUE(readFile(output) == bytesOf(formatModelSource(model, "cube.MDL")));
+    EXPECT_TRUE(readFile(output) == bytesOf(formatModelSource(model, "cube.MDL").view()));
 }
 
 TEST_F(Cli, ConvertKeepsTheSlotsOfATextureList)

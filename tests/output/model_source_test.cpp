@@ -13,7 +13,7 @@ struct Document {
 
     std::string source(std::string_view title = "cube.mdl") const
     {
-        return formatModelSource(model, title);
+        return std::string(formatModelSource(model, title).view());
     }
 };
 

@@ -15,9 +15,9 @@ namespace {
 
 std::string fixed(float value)
 {
-    std::string text;
+    TextWriter text;
     appendFixed(text, value);
-    return text;
+    return std::string(text.view());
 }
 
 } // namespace
@@ -55,14 +55,13 @@ TEST(SourceText, FixedNumbersEqualTheCLibrarysOverMillionsOfValues)
 {
     std::mt19937 random(1);
     std::array<char, 64> expected;
-    std::string text;
     const auto compare = [&](float value) {
         if (!std::isfinite(value)) return;
-        text.clear();
+        TextWriter text(64);
         appendFixed(text, value);
         const int size =
             std::snprintf(expected.data(), expected.size(), "% 8.4f", static_cast<double>(value));
-        ASSERT_EQ(text, std::string_view(expected.data(), static_cast<std::size_t>(size)));
+        ASSERT_EQ(text.view(), std::string_view(expected.data(), static_cast<std::size_t>(size)));
     };
     for (int i = 0; i < 1'000'000; ++i)
         compare(std::bit_cast<float>(static_cast<std::uint32_t>(random()))); // any bits
@@ -74,18 +73,19 @@ TEST(SourceText, FixedNumbersEqualTheCLibrarysOverMillionsOfValues)
 
 TEST(SourceText, IntegersAndColoursAreAligned)
 {
-    std::string text;
-    appendNumber(text, 7, 2);
-    appendNumber(text, 4095, 3);
-    appendNumber(text, 0);
-    EXPECT_EQ(text, " 740950");
-    text.clear();
-    appendHex16(text, 0x1C3B);
-    appendHex16(text, 0xA);
-    EXPECT_EQ(text, "0x1c3b0x000a");
-    text.clear();
-    appendColour(text, static_cast<Rgb555>(0x8000 | rgb555(1, 31, 0)));
-    EXPECT_EQ(text, "C_RGB( 1,31, 0)");
+    TextWriter numbers(1); // grows
+    appendNumber(numbers, 7, 2);
+    appendNumber(numbers, 4095, 3);
+    appendNumber(numbers, 0);
+    appendNumber(numbers, 4294967295u);
+    EXPECT_EQ(numbers.view(), " 7409504294967295");
+    TextWriter hexadecimal;
+    appendHex16(hexadecimal, 0x1C3B);
+    appendHex16(hexadecimal, 0xA);
+    EXPECT_EQ(hexadecimal.view(), "0x1c3b0x000a");
+    TextWriter colour;
+    appendColour(colour, static_cast<Rgb555>(0x8000 | rgb555(1, 31, 0)));
+    EXPECT_EQ(colour.view(), "C_RGB( 1,31, 0)");
 }
 
 TEST(SourceText, AFileTitleIsTheNameWithoutItsFolder)
