@@ -13,6 +13,9 @@ namespace {
 /// How far along z the model is held while its extents are taken.
 constexpr float fitDistance = 500.0f;
 
+/// How far before the model the camera stands at the start, at which a model is fitted.
+constexpr float startDistance = View{}.cameraPosition.z;
+
 /// Room around the fitted model, as a factor of its extents.
 constexpr float fitMargin = 1.2f;
 
@@ -49,7 +52,7 @@ template <typename Visit> void visitPoints(Engine& engine, const Model& model, V
     visitMeshes(engine.stack, model, 0, visitMesh);
 }
 
-/// How much smaller than the camera's distance shows them the extents are taken, which makes the
+/// How much smaller than the start distance shows them the extents are taken, which makes the
 /// model larger in the window: as large as the depth test allows, which drops what comes nearer
 /// than the focal length when a fixed view turns a long model's nose to the camera.
 constexpr float sizeAcross = 0.8f;
@@ -58,7 +61,7 @@ constexpr float sizeDown = 0.9f;
 /// The model's extents in screen units around the screen's centre. Each point enters by the circles
 /// that it sweeps when the fixed views turn the model, so the model stays in view whichever way it
 /// is turned, and the middle of the extents is the model's own.
-Extents sweptExtents(Engine& engine, const Model& model, float cameraDistance)
+Extents sweptExtents(Engine& engine, const Model& model)
 {
     Extents box;
     visitPoints(engine, model, [&](const Vector3& point) { box.widen(point); });
@@ -74,7 +77,7 @@ Extents sweptExtents(Engine& engine, const Model& model, float cameraDistance)
 
     const EngineSettings& settings = engine.settings;
     float size = 1.0f;
-    if ((settings.drawFlags & drawParallel) == 0) size = settings.focalLength / cameraDistance;
+    if ((settings.drawFlags & drawParallel) == 0) size = settings.focalLength / startDistance;
     if (!(size > 0.0f) || !std::isfinite(size)) size = 1.0f;
     acrossX *= size * sizeAcross;
     acrossY *= size * sizeDown;
@@ -154,7 +157,7 @@ void fitModel(View& view, Engine& engine, const Model& model, ClientSize client)
     applySettings(view, engine);
     engine.stack.current() = identityMatrix;
     translateZ(engine.stack, fitDistance);
-    Extents extents = sweptExtents(engine, model, view.cameraPosition.z);
+    Extents extents = sweptExtents(engine, model);
     view.modelRotation = {};
     if (!extents.isEmpty()) {
         const auto halfWidth = static_cast<float>(client.width / 2);

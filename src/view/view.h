@@ -59,9 +59,9 @@ void startView(View& view, Engine& engine);
 /// Turns the view to one of the fixed directions.
 void applyFixedView(View& view, Engine& engine, FixedView direction);
 
-/// Moves and scales the view so that the model appears centred, as large as it can whichever way the
-/// fixed views turn it, with the model rotation reset. A model without points keeps centre
-/// and scale. Changes the current matrix and the engine's clip window.
+/// Moves and scales the view so that the model appears centred, as large as it can whichever way
+/// the fixed views turn it, with the model rotation reset. A model without points keeps centre and
+/// scale. Changes the current matrix and the engine's clip window.
 void fitModel(View& view, Engine& engine, const Model& model, ClientSize client);
 
 /// Makes the frame's polygon list anew: sets the surface's size, the clip window, the centre, the
