@@ -19,7 +19,7 @@ namespace {
 constexpr std::uint32_t wideIndicesAbove = 100;
 
 /// Room for a polygon's share of the text, in bytes, so that the text seldom moves while it grows.
-constexpr std::size_t textPerPolygon = 320;
+constexpr std::size_t textPerPolygon = 400;
 
 void appendPoints(TextWriter& text, const Vector3* points, std::uint32_t count)
 {

@@ -67,6 +67,17 @@ void appendFixed(TextWriter& text, float value)
     const auto scaled = static_cast<std::uint64_t>(std::llrint(std::fabs(double{value}) * 10000.0));
     const auto whole = static_cast<std::uint32_t>(scaled / 10000); // below scaledLimit
     const auto fraction = static_cast<std::uint32_t>(scaled % 10000);
+    if (whole < 100) { // what most models hold: exactly eight columns, written in place
+        char* const to = text.room(fixedColumns);
+        to[0] = whole < 10 ? ' ' : sign;
+        to[1] = whole < 10 ? sign : digitPairs[whole * 2];
+        to[2] = digitPairs[whole * 2 + 1];
+        to[3] = '.';
+        std::memcpy(to + 4, &digitPairs[fraction / 100 * 2], 2);
+        std::memcpy(to + 6, &digitPairs[fraction % 100 * 2], 2);
+        text.advance(fixedColumns);
+        return;
+    }
     std::memcpy(end - 2, &digitPairs[fraction % 100 * 2], 2);
     std::memcpy(end - 4, &digitPairs[fraction / 100 * 2], 2);
     end[-5] = '.';
@@ -86,6 +97,13 @@ void appendFixed(TextWriter& text, float x, float y, float z)
 
 void appendNumber(TextWriter& text, std::uint32_t value, std::size_t columns)
 {
+    if (value < 100 && columns == 2) { // most indices and every colour component, in place
+        char* const to = text.room(2);
+        std::memcpy(to, &digitPairs[value * 2], 2);
+        if (value < 10) to[0] = ' ';
+        text.advance(2);
+        return;
+    }
     std::array<char, 16> buffer;
     char* const end = buffer.data() + buffer.size();
     appendAligned(text, writeDigits(end, value), end, columns);
