@@ -17,7 +17,7 @@ int runCheck(const std::vector<std::string>& paths)
             std::printf("%s: ok\n", path.c_str());
         std::fflush(stdout); // the two streams in the order of the files, where both are one
     }
-    return status;
+    return finishOutput(status);
 }
 
 } // namespace facetor

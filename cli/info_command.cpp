@@ -149,12 +149,12 @@ int runInfo(const std::string& path, InfoFormat format)
                                                             : describe(file.blocks);
         // Names are bytes; what is no UTF-8 in them is shown by the replacement character.
         print(json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
-        return exitDone;
+        return finishOutput(exitDone);
     }
     if (file.kind == FileKind::model) printModel(file.model, file.modelVersion);
     if (file.kind == FileKind::textures) printTextures(file.textures);
     if (file.kind == FileKind::image) printImage(file.blocks);
-    return exitDone;
+    return finishOutput(exitDone);
 }
 
 } // namespace facetor

@@ -20,6 +20,12 @@ int reportWrongCommandLine(const std::string& text)
     return exitWrongCommandLine;
 }
 
+int finishOutput(int status)
+{
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
+    return reportFailure("standard output", Message::cannotCreateFile);
+}
+
 void reportWritten(const std::string& path, Progress progress)
 {
     if (progress == Progress::shown) std::printf("wrote %s\n", path.c_str());

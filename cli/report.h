@@ -21,6 +21,10 @@ int reportFailure(const std::string& path, Message message, const std::string& r
 /// Writes "facetor-cli: TEXT" to the error stream. Returns exitWrongCommandLine.
 int reportWrongCommandLine(const std::string& text);
 
+/// For commands whose result is what they print: `status`, or exitFailed after a line on the error
+/// stream when the standard output did not take all of it.
+int finishOutput(int status);
+
 /// Says that a file was written.
 void reportWritten(const std::string& path, Progress progress);
 

@@ -256,6 +256,16 @@ TEST_F(Cli, CheckReadsEveryFileAndFailsWhenOneDoes)
     EXPECT_EQ(runProgram({"check", "-q", cube}).output, cube + ": ok\n") << "no mere progress";
 }
 
+TEST_F(Cli, AnOutputThatTakesNothingIsAFailure)
+{
+    for (const std::vector<std::string>& words :
+         {std::vector<std::string>{"info", cube}, {"info", "--json", cube}, {"check", cube}}) {
+        const ProgramRun run = runProgram(words, "/dev/full");
+        EXPECT_EQ(run.status, 1);
+        EXPECT_EQ(run.errors, "facetor-cli: standard output: Cannot create File.\n");
+    }
+}
+
 TEST_F(Cli, ConvertWritesTheCurrentLayout)
 {
     const Bytes current = writeModel(model);

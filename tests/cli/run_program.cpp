@@ -23,14 +23,15 @@ std::string contentsOf(const std::string& path)
 
 } // namespace
 
-ProgramRun runProgram(const std::vector<std::string>& arguments)
+ProgramRun runProgram(const std::vector<std::string>& arguments, const std::string& output)
 {
     const TemporaryFolder folder;
-    const std::string output = folder.file("output"), errors = folder.file("errors");
+    const std::string kept = folder.file("output"), errors = folder.file("errors");
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     const int flags = O_WRONLY | O_CREAT | O_TRUNC;
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output.c_str(), flags, 0600);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO,
+                                     (output.empty() ? kept : output).c_str(), flags, 0600);
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errors.c_str(), flags, 0600);
     std::vector<std::string> words{FACETOR_CLI};
     words.insert(words.end(), arguments.begin(), arguments.end());
@@ -44,7 +45,7 @@ ProgramRun runProgram(const std::vector<std::string>& arguments)
     EXPECT_EQ(spawned, 0) << FACETOR_CLI;
     int status = 0;
     if (spawned == 0) waitpid(process, &status, 0);
-    return {spawned == 0 && WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentsOf(output),
+    return {spawned == 0 && WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentsOf(kept),
             contentsOf(errors)};
 }
 

@@ -12,7 +12,8 @@ struct ProgramRun {
     std::string errors;
 };
 
-/// Runs the built facetor-cli with these arguments and waits for its end.
-ProgramRun runProgram(const std::vector<std::string>& arguments);
+/// Runs the built facetor-cli with these arguments and waits for its end. Its output goes to the
+/// file `output`, where one is named, and is none then.
+ProgramRun runProgram(const std::vector<std::string>& arguments, const std::string& output = {});
 
 } // namespace facetor
