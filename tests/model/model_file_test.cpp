@@ -106,7 +106,7 @@ FileModel fullFile()
         object.translation = {1.5f, -2, 3};
         object.degrees = {0, 45, -90};
         object.scaling = {2, 2, 0.5f};
-        object.name = "part " + std::to_string(i);
+        object.name = "wing " + std::to_string(i);
         object.attributes = {
             {1, 2, 4095, 0x1234, textureMap | meshMode | 0x40000000u, 0}
         };
@@ -177,7 +177,7 @@ TEST_F(ModelFile, ReadsEveryFieldOfTheCurrentLayout)
     EXPECT_EQ(mesh.polygonTable, 2u);
     EXPECT_EQ(mesh.attributeTable, 2u);
     EXPECT_EQ(mesh.polygonCount, 2u);
-    EXPECT_EQ(model.names[2], "part 2");
+    EXPECT_EQ(model.names[2], "wing 2");
     EXPECT_EQ(model.attributes[2].texture, 4095);
     EXPECT_EQ(model.attributes[2].flags, textureMap | meshMode | 0x40000000u);
     EXPECT_EQ(model.attributes[3].color, 7);
@@ -454,7 +454,7 @@ TEST_F(ModelFile, AFailureLaterKeepsTheObjectsReadSoFar)
     file.objects[2].corners = {9, 9, 9, 9};
     ASSERT_EQ(read(file), Message::formatNotSupported);
     EXPECT_EQ(model.objectCount, 3u);
-    EXPECT_EQ(model.names[1], "part 1");
+    EXPECT_EQ(model.names[1], "wing 1");
     EXPECT_EQ(model.meshes[1].polygonCount, 1u);
     EXPECT_EQ(model.meshes[2].polygonCount, 0u);
     EXPECT_EQ(model.names[2], "Model02");
