@@ -74,14 +74,17 @@ void TextureList::set(std::uint32_t number, std::uint16_t width, std::uint16_t h
 
 void TextureList::clearAll()
 {
-    for (std::uint32_t number = 0; number < slots_.size(); ++number) clear(number);
+    const std::uint32_t used = usedCount();
+    for (std::uint32_t number = 0; number < used; ++number) clear(number);
 }
 
 std::uint32_t TextureList::usedCount() const
 {
-    auto count = static_cast<std::uint32_t>(slots_.size());
-    while (count > 0 && isEmpty(count - 1)) --count;
-    return count;
+    const Rgb555* blank = blankTexture();
+    const TextureSlot* const first = slots_.data();
+    const TextureSlot* end = first + slots_.size();
+    while (end != first && end[-1].pixels == blank) --end;
+    return static_cast<std::uint32_t>(end - first);
 }
 
 } // namespace facetor
