@@ -1,9 +1,13 @@
 #include "app/commands_win.h"
 
 #include "app/editor_win.h"
+#include "app/main_tool_bar_win.h"
 #include "app/main_window.h"
+#include "app/menu_state.h"
 #include "app/model_commands_win.h"
 #include "app/model_view_window.h"
+#include "app/recent_menu_win.h"
+#include "app/view_commands_win.h"
 #include "resources/resource_ids.h"
 
 #include <algorithm>
@@ -30,6 +34,27 @@ struct Command {
     ChangedFlag changed;
 };
 
+CommandOutcome onOpen(Editor& editor, int, LPARAM)
+{
+    return openModelWithDialog(editor);
+}
+
+CommandOutcome onUndo(Editor& editor, int, LPARAM)
+{
+    undoLastEdit(editor);
+    return CommandOutcome::done;
+}
+
+CommandOutcome onSave(Editor& editor, int, LPARAM)
+{
+    return saveModel(editor);
+}
+
+CommandOutcome onSaveAs(Editor& editor, int, LPARAM)
+{
+    return saveModelAs(editor);
+}
+
 CommandOutcome onExit(Editor& editor, int, LPARAM)
 {
     SendMessageA(editor.mainWindow, WM_CLOSE, 0, 0);
@@ -48,10 +73,56 @@ CommandOutcome onFixedView(Editor& editor, int number, LPARAM)
     return CommandOutcome::done;
 }
 
+CommandOutcome onRecallCamera(Editor& editor, int number, LPARAM)
+{
+    recallStoredCamera(editor, static_cast<std::size_t>(number - IDM_CAMERA_RECALL_1));
+    return CommandOutcome::done;
+}
+
+CommandOutcome onStoreCamera(Editor& editor, int number, LPARAM)
+{
+    storeCurrentCamera(editor, static_cast<std::size_t>(number - IDM_CAMERA_STORE_1));
+    return CommandOutcome::done;
+}
+
+CommandOutcome onSelect(Editor& editor, int number, LPARAM)
+{
+    return changeSelection(editor, number);
+}
+
+CommandOutcome onTool(Editor& editor, int number, LPARAM)
+{
+    chooseToolFromMenu(editor, toolOf(number));
+    return CommandOutcome::done;
+}
+
+CommandOutcome onRecentModel(Editor& editor, int number, LPARAM)
+{
+    openRecentModel(editor, number);
+    return CommandOutcome::done;
+}
+
+CommandOutcome onToolBox(Editor& editor, int, LPARAM)
+{
+    toggleToolBox(editor);
+    return CommandOutcome::done;
+}
+
 constexpr Command mainCommands[] = {
+    {IDM_FILE_OPEN, IDM_FILE_OPEN, onOpen, ChangedFlag::clearOnSuccess},
     {IDM_FILE_EXIT, IDM_FILE_EXIT, onExit, ChangedFlag::keep},
     {IDM_FILE_OPEN_PATH, IDM_FILE_OPEN_PATH, onOpenPath, ChangedFlag::clearOnSuccess},
+    {IDM_EDIT_UNDO, IDM_EDIT_UNDO, onUndo, ChangedFlag::set},
+    {IDM_FILE_SAVE, IDM_FILE_SAVE, onSave, ChangedFlag::clearOnSuccess},
+    {IDM_FILE_SAVE_AS, IDM_FILE_SAVE_AS, onSaveAs, ChangedFlag::clearOnSuccess},
     {IDM_CAMERA_FORWARD, IDM_CAMERA_BOTTOM, onFixedView, ChangedFlag::keep},
+    {IDM_CAMERA_RECALL_1, IDM_CAMERA_RECALL_4, onRecallCamera, ChangedFlag::keep},
+    {IDM_CAMERA_STORE_1, IDM_CAMERA_STORE_4, onStoreCamera, ChangedFlag::keep},
+    {IDM_SELECT_MODEL, IDM_SELECT_MATERIAL, onSelect, ChangedFlag::keep},
+    {IDM_TOOL_ROTATE, IDM_TOOL_SCALE, onTool, ChangedFlag::keep},
+    {IDM_TOOL_SELECT, IDM_TOOL_MOVE_SLICE, onTool, ChangedFlag::keep},
+    {IDM_RECENT_MODEL_1, IDM_RECENT_MODEL_4, onRecentModel, ChangedFlag::keep},
+    {IDM_VIEW_TOOL_BOX, IDM_VIEW_TOOL_BOX, onToolBox, ChangedFlag::keep},
 };
 
 constexpr bool ascending(std::span<const Command> commands)
@@ -82,6 +153,7 @@ bool runCommand(Editor& editor, int number, LPARAM argument)
     if (command->changed == ChangedFlag::clearOnSuccess && outcome == CommandOutcome::done)
         editor.document.modelChanged = false;
     refreshStatus(editor);
+    refreshMenuState(editor);
     return true;
 }
 

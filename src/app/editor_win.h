@@ -1,14 +1,22 @@
 #pragma once
 
+#include "app/recent_files.h"
+#include "app/settings_text.h"
+#include "app/tool_box_window.h"
 #include "engine/engine.h"
 #include "model/model.h"
+#include "model/undo.h"
 #include "texture/texture_list.h"
 #include "ui/alert_win.h"
+#include "ui/file_dialog_win.h"
+#include "view/selection.h"
 #include "view/view.h"
+#include "view/view_settings.h"
 
 #include <windows.h>
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace facetor {
@@ -17,6 +25,7 @@ namespace facetor {
 struct Document {
     Model model;
     TextureList textures;
+    bool modelUntitled = true; ///< until the first model file is opened or saved
     bool modelChanged = false;
     bool texturesChanged = false;
 };
@@ -43,6 +52,18 @@ enum class Platform : std::uint32_t {
     nt = 2,
 };
 
+/// What the light dialog remembers from one time to the next.
+struct LightChoice {
+    ScreenPoint point{}; ///< in the dialog's client pixels; (0, 0) until it is first shown
+    LightSide side = LightSide::fore;
+};
+
+/// The file dialogs, each with the filter that was set in it last.
+struct FileDialogs {
+    FileDialog openModel{"MX3 Files(*.MX3)\0*.mx3\0"};
+    FileDialog saveModel{"MX3 Files(*.MX3)\0*.mx3\0MDL Files(*.MDL)\0*.mdl\0"};
+};
+
 /// All there is, once in the process.
 struct Editor {
     HINSTANCE instance = nullptr;
@@ -52,10 +73,20 @@ struct Editor {
     Engine engine;
     View view;
     DragState drag;
+    RubberBand band;
+    UndoSlot undo;
+    LightChoice light;
     AlertState alerts;
+    FileDialogs fileDialogs;
+
+    std::string settingsPath; ///< empty when no settings are kept
+    SettingsRecord settings;  ///< as read; what belongs to no window of this run is written again
+    RecentFiles recentModels;
 
     HWND mainWindow = nullptr; ///< from its creation message to its destroy message
+    HWND toolBar = nullptr;
     HWND statusBar = nullptr;
+    ToolBox toolBox;
     HACCEL accelerators = nullptr; ///< of the program's resources, which own it
     /// Open modeless dialogs that take the keyboard's dialog navigation, in the order in which the
     /// main loop offers them a message.

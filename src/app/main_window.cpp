@@ -2,15 +2,22 @@
 
 #include "app/commands_win.h"
 #include "app/editor_win.h"
+#include "app/main_tool_bar_win.h"
 #include "app/model_commands_win.h"
 #include "app/model_view_window.h"
+#include "app/recent_menu_win.h"
+#include "app/settings_win.h"
+#include "app/tool_box_window.h"
+#include "app/window_place.h"
 #include "resources/resource_ids.h"
 #include "ui/status_bar_win.h"
+#include "ui/tool_bar_win.h"
 #include "ui/window_data_win.h"
 
 #include <windows.h>
 #include <windowsx.h>
 
+#include <commctrl.h>
 #include <shellapi.h>
 
 #include <string>
@@ -42,25 +49,37 @@ bool createContents(Editor& editor)
     }
     editor.engine.settings.textures = editor.document.textures.slots();
     startView(editor.view, editor.engine);
+    editor.toolBar = createMainToolBar(editor.mainWindow);
+    if (!editor.toolBar) return false;
     editor.statusBar = createStatusBar(editor.mainWindow, statusPartEdges);
     if (!editor.statusBar) return false;
     refreshStatus(editor);
+    applySettings(editor);
+    if (!createToolBox(editor,
+                       restoredPlace(editor.settings.toolBox, virtualScreen(), toolBoxStartPlace)))
+        return false;
+    rebuildRecentModelMenu(editor);
+    refreshMenuState(editor);
     return true;
 }
 
 void releaseContents(Editor& editor)
 {
+    releaseToolBarImages(editor.toolBar);
     releaseModelStore(editor.document.model);
     editor.engine.settings.textures = {};
     stopEngine(editor.engine);
     if (!editor.document.textures.slots().empty()) editor.document.textures.clearAll();
+    editor.toolBar = nullptr;
     editor.statusBar = nullptr;
+    editor.toolBox = ToolBox{};
     editor.mainWindow = nullptr;
 }
 
 void onSize(Editor& editor, WPARAM kind, LPARAM size)
 {
     SendMessageA(editor.statusBar, WM_SIZE, kind, size);
+    SendMessageA(editor.toolBar, TB_AUTOSIZE, 0, 0);
     requestRedraw(editor);
 }
 
@@ -82,6 +101,8 @@ void onClose(Editor& editor)
 {
     // While an alert or a dialog is up the window is disabled: the question comes after it.
     if (!IsWindowEnabled(editor.mainWindow)) return;
+    showToolBox(editor, false);
+    writeSettings(editor);
     if (askSaveModel(editor, Word::ending) == Decision::stay) return;
     if (askSaveTextures(editor, Word::ending) == Decision::stay) return;
     DestroyWindow(editor.mainWindow);
@@ -111,18 +132,21 @@ LRESULT CALLBACK mainWindowProcedure(HWND window, UINT message, WPARAM wParam, L
     case WM_CLOSE: onClose(editor); return 0;
     case WM_MOUSEMOVE: onMouseMove(editor, mousePosition(lParam)); return 0;
     case WM_NCMOUSEMOVE: onCursorLeft(editor); break; // the frame's own buttons need it as well
-    case WM_LBUTTONDOWN: onLeftButtonDown(editor); return 0;
+    case WM_LBUTTONDOWN: onLeftButtonDown(editor, mousePosition(lParam)); return 0;
     case WM_LBUTTONUP: onLeftButtonUp(editor); return 0;
-    case WM_RBUTTONDOWN: onRightButtonDown(editor, mousePosition(lParam)); return 0;
+    case WM_RBUTTONDOWN: onRightButtonDown(editor, mousePosition(lParam), wParam); return 0;
     case WM_RBUTTONUP: onRightButtonUp(editor); return 0;
     case WM_COMMAND:
         if (runCommand(editor, LOWORD(wParam), lParam)) return 0;
         break;
     case WM_DROPFILES: onDropFiles(editor, reinterpret_cast<HDROP>(wParam)); return 0;
-    case messageRedraw:
-        editor.view.frameNeedsDrawing = true;
-        InvalidateRect(window, nullptr, FALSE);
+    case WM_NOTIFY:
+        if (onMainToolBarNotify(editor, lParam)) return 0;
+        break;
+    case WM_ENABLE: // an alert or a dialog of this window keeps the tool box from acting as well
+        EnableWindow(editor.toolBox.window, wParam != FALSE);
         return 0;
+    case messageRedraw: renewModelView(editor); return 0;
     case messageOpenPath: SendMessageA(window, WM_COMMAND, IDM_FILE_OPEN_PATH, lParam); return 0;
     default: break;
     }

@@ -1,10 +1,14 @@
 #include "app/model_commands_win.h"
 
 #include "app/editor_win.h"
+#include "app/file_names.h"
 #include "app/main_window.h"
 #include "app/model_view_window.h"
+#include "app/recent_menu_win.h"
 #include "app/title_win.h"
+#include "base/text.h"
 #include "model/model_file.h"
+#include "output/model_source.h"
 #include "resources/resource_ids.h"
 #include "texture/texture_file.h"
 #include "ui/handles_win.h"
@@ -38,9 +42,33 @@ CommandOutcome loadModel(Editor& editor, const std::string& path)
         requestRedraw(editor); // the reader may have replaced a part of the model
         return CommandOutcome::abandoned;
     }
-    setTitleFile(editor, fullPath(path).c_str());
+    const std::string full = fullPath(path);
+    addRecentModel(editor, full);
+    editor.document.modelUntitled = false;
+    undoClear(editor.undo);
+    setTitleFile(editor, full.c_str());
     fitModel(editor.view, editor.engine, editor.document.model, clientSize(editor.mainWindow));
     requestRedraw(editor);
+    return CommandOutcome::done;
+}
+
+/// Numbers of the filters of the Save as dialog.
+enum SaveFilter : DWORD { saveAsModel = 1, saveAsSource = 2 };
+
+/// Writes the model, in the form that a filter stands for, and shows the message of a failure.
+CommandOutcome writeModelAs(Editor& editor, const std::string& path, DWORD filter)
+{
+    Message message;
+    {
+        const WaitCursor waiting;
+        message = filter == saveAsSource ? writeModelSource(editor.document.model, path)
+                                         : writeModelFile(editor.document.model, path);
+    }
+    if (message != Message::none) {
+        alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation);
+        return CommandOutcome::abandoned;
+    }
+    if (filter != saveAsSource) addRecentModel(editor, path);
     return CommandOutcome::done;
 }
 
@@ -68,6 +96,38 @@ CommandOutcome openModelPath(Editor& editor, const std::string& path)
         return CommandOutcome::abandoned;
     }
     return loadModel(editor, path);
+}
+
+CommandOutcome openModelWithDialog(Editor& editor)
+{
+    if (askSaveModel(editor, Word::openingNewFile) == Decision::stay)
+        return CommandOutcome::abandoned;
+    const auto chosen = askOpenFile(editor.mainWindow, editor.fileDialogs.openModel);
+    if (!chosen) return CommandOutcome::abandoned;
+    return loadModel(editor, chosen->path);
+}
+
+CommandOutcome saveModel(Editor& editor)
+{
+    if (editor.document.modelUntitled) return saveModelAs(editor);
+    return writeModelAs(editor, modelSavePath(titleFile(editor)), saveAsModel);
+}
+
+CommandOutcome saveModelAs(Editor& editor)
+{
+    const auto chosen = askSaveFile(editor.mainWindow, editor.fileDialogs.saveModel,
+                                    std::string(cutExtension(titleFile(editor))));
+    if (!chosen) return CommandOutcome::abandoned;
+    if (writeModelAs(editor, chosen->path, chosen->filter) != CommandOutcome::done)
+        return CommandOutcome::abandoned;
+    setTitleFile(editor, modelSavePath(chosen->path).c_str());
+    editor.document.modelUntitled = false;
+    return CommandOutcome::done;
+}
+
+void undoLastEdit(Editor& editor)
+{
+    requestRedraw(editor);
 }
 
 void openTexturePath(Editor& editor, const std::string& path)

@@ -25,6 +25,19 @@ Decision askSaveTextures(Editor& editor, Word reason);
 /// inside leaves what could be read, under the old title.
 CommandOutcome openModelPath(Editor& editor, const std::string& path);
 
+/// The same with a model that the user chooses in a file dialog.
+CommandOutcome openModelWithDialog(Editor& editor);
+
+/// Saves the model under its name with the extension ".mx3"; one without a file as Save as does.
+CommandOutcome saveModel(Editor& editor);
+
+/// Saves the model under a name that the user chooses, as a model file or as C source. Either way
+/// the model then goes by that name with ".mx3".
+CommandOutcome saveModelAs(Editor& editor);
+
+/// Undoes the last edit, or redoes one that was undone.
+void undoLastEdit(Editor& editor);
+
 /// Asks about a changed texture list, then reads the file into it: slots that the file does not
 /// name keep what they hold. A failed read is not reported.
 void openTexturePath(Editor& editor, const std::string& path);

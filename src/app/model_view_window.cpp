@@ -1,11 +1,13 @@
 #include "app/model_view_window.h"
 
 #include "app/editor_win.h"
+#include "app/main_tool_bar_win.h"
 #include "engine/frame_surface.h"
 #include "resources/resource_ids.h"
 #include "ui/handles_win.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace facetor {
 
@@ -52,6 +54,45 @@ void setLeftButton(Editor& editor, ButtonState state)
     editor.view.dragging = state == ButtonState::down;
 }
 
+bool isKeyDown(int key)
+{
+    return GetAsyncKeyState(key) < 0;
+}
+
+void moveModel(Editor& editor)
+{
+    const POINT delta = std::exchange(editor.drag.delta, POINT{0, 0});
+    const POINT cursor = editor.drag.last;
+    applyViewTool(editor.view, editor.engine, editor.toolBox.tool,
+                  {delta.x, delta.y, {cursor.x, cursor.y}, isKeyDown(VK_SHIFT)});
+}
+
+void pickAtCursor(Editor& editor)
+{
+    const bool held = editor.drag.left == ButtonState::down;
+    if (!held && !editor.band.open) return;
+    listFrame(editor.view, editor.engine, editor.document.model, clientSize(editor.mainWindow));
+    sortPolygons(editor.engine);
+    const POINT cursor = editor.drag.last;
+    (void)pickPolygons(editor.document.model, editor.engine, editor.band,
+                       {{cursor.x, cursor.y},
+                        held,
+                        isKeyDown(VK_SHIFT),
+                        isKeyDown(VK_CONTROL),
+                        isKeyDown(VK_TAB)});
+}
+
+/// Outlines the rubber band in dashes of black and white, which show on every background.
+void paintRubberBand(HDC dc, const ScreenRectangle& band)
+{
+    // Diagonal stripes of four pixels: along any side they are dashes.
+    constexpr WORD stripes[8] = {0xF0, 0xE1, 0xC3, 0x87, 0x0F, 0x1E, 0x3C, 0x78};
+    const UniqueHandle<HBITMAP, DeleteObject> pattern(CreateBitmap(8, 8, 1, 1, stripes));
+    const UniqueHandle<HBRUSH, DeleteObject> brush(CreatePatternBrush(pattern.get()));
+    const RECT outline{band.left, band.top, band.right + 1, band.bottom + 1};
+    FrameRect(dc, &outline, brush.get());
+}
+
 } // namespace
 
 ClientSize clientSize(HWND window)
@@ -64,6 +105,18 @@ ClientSize clientSize(HWND window)
 void requestRedraw(Editor& editor)
 {
     SendMessageA(editor.mainWindow, WM_USER, 0, 0);
+}
+
+void renewModelView(Editor& editor)
+{
+    if (editor.toolBox.tool == ViewTool::selectPolygons)
+        pickAtCursor(editor);
+    else
+        editor.band = RubberBand{}; // the tool may have been changed while one was open
+    moveModel(editor);
+    refreshMenuState(editor);
+    editor.view.frameNeedsDrawing = true;
+    InvalidateRect(editor.mainWindow, nullptr, FALSE);
 }
 
 void showFixedView(Editor& editor, FixedView direction)
@@ -79,19 +132,32 @@ void paintModelView(Editor& editor)
     if (client.width == 0 || client.height == 0) return;
     paintFrame(editor.view, editor.engine, editor.document.model, client);
     presentSurface(paint.dc(), editor.engine.surface, client);
+    if (editor.band.open) paintRubberBand(paint.dc(), editor.band.rectangle);
 }
 
 void eraseAroundModelView(Editor& editor, HDC dc)
 {
     RECT client{};
     GetClientRect(editor.mainWindow, &client);
+    if (WindowFromDC(dc) != editor.mainWindow) { // the tool bar has its background from here
+        FillRect(dc, &client, GetSysColorBrush(COLOR_BTNFACE));
+        return;
+    }
     ExcludeClipRect(dc, 0, 0, surfaceMaxWidth, surfaceMaxHeight);
     FillRect(dc, &client,
              reinterpret_cast<HBRUSH>(GetClassLongPtrA(editor.mainWindow, GCLP_HBRBACKGROUND)));
 }
 
-void onLeftButtonDown(Editor& editor)
+void showMenuAt(Editor& editor, UINT command, POINT cursor)
 {
+    const HMENU menu = findMenuWith(GetMenu(editor.mainWindow), command);
+    TrackPopupMenu(menu, TPM_RIGHTBUTTON, cursor.x + contextMenuOffset.x,
+                   cursor.y + contextMenuOffset.y, 0, editor.mainWindow, nullptr);
+}
+
+void onLeftButtonDown(Editor& editor, POINT position)
+{
+    editor.drag.last = position;
     setLeftButton(editor, ButtonState::down);
     requestRedraw(editor);
 }
@@ -103,13 +169,14 @@ void onLeftButtonUp(Editor& editor)
     requestRedraw(editor);
 }
 
-void onRightButtonDown(Editor& editor, POINT position)
+void onRightButtonDown(Editor& editor, POINT position, WPARAM keys)
 {
     editor.drag.right = ButtonState::down;
-    const HMENU cameraMenu = findMenuWith(GetMenu(editor.mainWindow), IDM_CAMERA_FORWARD);
     ClientToScreen(editor.mainWindow, &position);
-    TrackPopupMenu(cameraMenu, TPM_RIGHTBUTTON, position.x + contextMenuOffset.x,
-                   position.y + contextMenuOffset.y, 0, editor.mainWindow, nullptr);
+    const UINT command = keys & MK_CONTROL ? IDM_CAMERA_FORWARD
+                         : keys & MK_SHIFT ? IDM_TOOL_ROTATE
+                                           : IDM_EDIT_UNDO;
+    showMenuAt(editor, command, position);
 }
 
 void onRightButtonUp(Editor& editor)
@@ -132,6 +199,7 @@ void onCursorLeft(Editor& editor)
 {
     setLeftButton(editor, ButtonState::outside);
     editor.drag.right = ButtonState::outside;
+    if (editor.band.open) requestRedraw(editor); // what it holds now is picked
 }
 
 } // namespace facetor

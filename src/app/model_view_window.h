@@ -17,6 +17,10 @@ ClientSize clientSize(HWND window);
 /// when the window paints itself.
 void requestRedraw(Editor& editor);
 
+/// Handles the request: lets the current tool do what the mouse's last move asks for, brings the
+/// menu up to date and marks the frame.
+void renewModelView(Editor& editor);
+
 /// Turns the view to one of the directions of the Camera menu.
 void showFixedView(Editor& editor, FixedView direction);
 
@@ -28,13 +32,18 @@ void paintModelView(Editor& editor);
 /// flickers.
 void eraseAroundModelView(Editor& editor, HDC dc);
 
+/// Shows the submenu of the main menu that holds a command, with its corner where the cursor,
+/// given in screen pixels, is on the first items; returns when it is closed.
+void showMenuAt(Editor& editor, UINT command, POINT cursor);
+
 // The mouse over the model view, positions in client pixels. What a drag does is the view tool's
 // business; here it is only followed.
 
-void onLeftButtonDown(Editor& editor);
+void onLeftButtonDown(Editor& editor, POINT position);
 void onLeftButtonUp(Editor& editor);
-/// Shows the Camera menu at the cursor, and returns when it is closed.
-void onRightButtonDown(Editor& editor, POINT position);
+/// Shows a menu at the cursor, and returns when it is closed: Edit, with Shift among `keys` (MK_
+/// flags) the tools, with Ctrl the cameras.
+void onRightButtonDown(Editor& editor, POINT position, WPARAM keys);
 void onRightButtonUp(Editor& editor);
 void onMouseMove(Editor& editor, POINT position);
 void onCursorLeft(Editor& editor);

@@ -38,13 +38,14 @@ std::string toCodePage(const wchar_t* wide)
     return text;
 }
 
-/// Ends the registration of the main window's class and what the windows know of the editor.
+/// Ends the registration of the window classes and what the windows know of the editor.
 class EditorScope {
 public:
     explicit EditorScope(Editor& editor) : editor_(editor) { setTheEditor(&editor_); }
     ~EditorScope()
     {
         UnregisterClassA(mainWindowClass, editor_.instance);
+        UnregisterClassA(toolBoxClass, editor_.instance);
         setTheEditor(nullptr);
     }
     EditorScope(const EditorScope&) = delete;
@@ -99,11 +100,16 @@ int runProgram(const Start& start)
     editor->instance = start.instance;
     editor->platform = start.platform;
     editor->accelerators = LoadAcceleratorsA(start.instance, "IDR_ACCEL");
+    editor->settingsPath = start.settingsPath;
     if (!registerMainWindow(*editor)) return 0;
     const EditorScope scope(*editor);
+    if (!registerToolBox(*editor)) return 0;
     if (!createMainWindow(*editor)) return 0;
     setTitleFile(*editor, nullptr);
     ShowWindow(editor->mainWindow, start.showCommand);
+    // Created before its owner was shown, the tool box may stand behind it.
+    SetWindowPos(editor->toolBox.window, HWND_TOP, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     UpdateWindow(editor->mainWindow);
     const std::size_t opened = std::min<std::size_t>(start.arguments.size(), 2);
     for (std::size_t i = 0; i < opened; ++i) openAnyPath(*editor, start.arguments[i]);

@@ -15,6 +15,7 @@ struct Start {
     Platform platform;
     int showCommand;                    ///< how the main window is to appear first
     std::vector<std::string> arguments; ///< without the program's name
+    std::string settingsPath;           ///< empty: no settings are read or written
 };
 
 /// The platform identifier that the operating system reports.

@@ -27,6 +27,16 @@ std::string loadCatalogueText(HWND window, Word word)
     return {buffer.data(), static_cast<std::size_t>(length)};
 }
 
+std::string programFolder(HWND window)
+{
+    std::array<char, MAX_PATH> path{};
+    const DWORD length =
+        GetModuleFileNameA(instanceOf(window), path.data(), static_cast<DWORD>(path.size()));
+    if (length == 0 || length >= path.size()) return {};
+    const std::string file(path.data(), length);
+    return file.substr(0, file.find_last_of('\\'));
+}
+
 std::string fullPath(const std::string& path)
 {
     const DWORD size = GetFullPathNameA(path.c_str(), 0, nullptr, nullptr);

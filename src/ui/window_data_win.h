@@ -18,6 +18,10 @@ std::string windowText(HWND window);
 /// the module's catalogue does not hold it.
 std::string loadCatalogueText(HWND window, Word word);
 
+/// The folder of the module that owns a window, without a separator at its end; the program's for
+/// no window. Empty when its name is longer than any that the system takes here.
+std::string programFolder(HWND window);
+
 /// The absolute form of a path, by the current folder; the path as it is when there is none.
 std::string fullPath(const std::string& path);
 

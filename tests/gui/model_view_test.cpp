@@ -1,5 +1,6 @@
 #include "app/main_window.h"
 #include "gui/running_editor.h"
+#include "resources/resource_ids.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +8,7 @@
 
 #include <commctrl.h>
 
-#include <array>
+#include <cstring>
 #include <set>
 
 namespace facetor {
@@ -23,6 +24,14 @@ int statusBarHeight(const RunningEditor& editor)
     RECT bar{};
     GetClientRect(FindWindowExA(editor.window(), nullptr, STATUSCLASSNAMEA, nullptr), &bar);
     return bar.bottom;
+}
+
+/// Where the model view begins to show, under the tool bar.
+int toolBarHeight(const RunningEditor& editor)
+{
+    RECT bar{};
+    GetWindowRect(FindWindowExA(editor.window(), nullptr, TOOLBARCLASSNAMEA, nullptr), &bar);
+    return bar.bottom - bar.top;
 }
 
 std::uint32_t centreOf(const Picture& picture)
@@ -44,12 +53,13 @@ TEST(ModelView, ShowsTheFrameSurfacePixelByPixel)
     const Picture shown = editor.picture();
     ASSERT_EQ(shown.width, 400);
     ASSERT_EQ(shown.height, 320);
+    const int top = toolBarHeight(editor);
     const int rows = shown.height - statusBarHeight(editor);
     int wrong = 0;
     std::set<Rgb555> colours;
     editor.call([&](Editor& e) {
         ASSERT_EQ(e.engine.surface.width, 400);
-        for (int y = 0; y < rows; ++y)
+        for (int y = top; y < rows; ++y)
             for (int x = 0; x < shown.width; ++x) {
                 const Rgb555 pixel = e.engine.surface.at(x, y);
                 const std::uint32_t rgb = shown.at(x, y);
@@ -74,7 +84,7 @@ TEST(ModelView, FixedViewsShowTheSixSidesOfTheCube)
         const Picture picture = editor.picture();
         savePicture(picture, "fixed-view-" + std::to_string(command));
         sides.insert(centreOf(picture));
-        EXPECT_NE(centreOf(picture), picture.at(2, 2)) << command;
+        EXPECT_NE(centreOf(picture), picture.at(2, 40)) << command;
     }
     EXPECT_EQ(sides.size(), 6u);
     EXPECT_FALSE(editor.ask([](Editor& e) { return e.document.modelChanged; }));
@@ -91,7 +101,7 @@ TEST(ModelView, FollowsTheSizeOfTheWindow)
         ASSERT_EQ(picture.width, width);
         ASSERT_EQ(picture.height, height);
         if (cube == 0) cube = centreOf(picture);
-        EXPECT_NE(centreOf(picture), picture.at(1, 1));
+        EXPECT_NE(centreOf(picture), picture.at(1, 40));
         EXPECT_EQ(centreOf(picture), cube) << "the model stays in the middle";
     }
 }
@@ -104,9 +114,9 @@ TEST(ModelView, ReachesTheEdgeOfAWidthThatIsNoMultipleOfFour)
         editor.resizeClient(width, 300);
         const Picture picture = editor.picture();
         ASSERT_EQ(picture.width, width);
-        for (const int y : {0, 150, 260})
+        for (const int y : {40, 150, 260})
             EXPECT_EQ(picture.at(width - 1, y), picture.at(width / 4 * 4 - 1, y)) << y;
-        EXPECT_NE(picture.at(width - 1, 0), grey);
+        EXPECT_NE(picture.at(width - 1, 40), grey);
     }
 }
 
@@ -118,16 +128,16 @@ TEST(ModelView, LeavesAWindowBeyondTheSurfaceGrey)
     ASSERT_EQ(picture.width, 720);
     ASSERT_EQ(picture.height, 600);
     savePicture(picture, "large-window");
-    const std::uint32_t background = picture.at(0, 0);
+    const std::uint32_t background = picture.at(0, 40);
     EXPECT_NE(background, grey);
-    for (const auto& [x, y, expected] : {std::tuple{639, 0, background},
+    for (const auto& [x, y, expected] : {std::tuple{639, 40, background},
                                          {0, 488, background},
                                          {639, 488, background},
-                                         {640, 0, grey},
+                                         {640, 40, grey},
                                          {640, 488, grey},
                                          {0, 489, grey},
                                          {639, 489, grey},
-                                         {719, 0, grey},
+                                         {719, 40, grey},
                                          {719, 489, grey}})
         EXPECT_EQ(picture.at(x, y), expected) << x << ", " << y;
     EXPECT_NE(picture.at(320, 244), background) << "the centre is the middle of 640 x 489";
@@ -141,12 +151,12 @@ TEST(ModelView, ErasingLeavesTheShownPictureAlone)
     editor.call([&](Editor& e) {
         UpdateWindow(e.mainWindow);
         const HDC dc = GetDC(e.mainWindow);
-        for (const int x : {10, 639, 640}) SetPixel(dc, x, 10, marked);
+        for (const int x : {10, 639, 640}) SetPixel(dc, x, 50, marked);
         EXPECT_EQ(SendMessageA(e.mainWindow, WM_ERASEBKGND, reinterpret_cast<WPARAM>(dc), 0), 1);
         SelectClipRgn(dc, nullptr);
-        EXPECT_EQ(GetPixel(dc, 10, 10), marked);
-        EXPECT_EQ(GetPixel(dc, 639, 10), marked);
-        EXPECT_EQ(GetPixel(dc, 640, 10), grey);
+        EXPECT_EQ(GetPixel(dc, 10, 50), marked);
+        EXPECT_EQ(GetPixel(dc, 639, 50), marked);
+        EXPECT_EQ(GetPixel(dc, 640, 50), grey);
         ReleaseDC(e.mainWindow, dc);
     });
 }
@@ -169,7 +179,7 @@ TEST(ModelView, SurvivesTinyAndMinimisedWindows)
     });
     editor.resizeClient(400, 320);
     const Picture picture = editor.picture();
-    EXPECT_NE(centreOf(picture), picture.at(1, 1));
+    EXPECT_NE(centreOf(picture), picture.at(1, 40));
     EXPECT_EQ(editor.statusText(1), "Polygons = 6");
 }
 
@@ -193,34 +203,37 @@ TEST(ModelView, FollowsTheMouse)
         UINT message;
         int x, y;
         ButtonState left, right;
-        POINT delta, last;
+        bool turns; ///< the model, since Rotate Model is the tool
+        POINT last;
         const char* reason;
     };
     constexpr auto up = ButtonState::up, down = ButtonState::down, outside = ButtonState::outside;
     const Step steps[] = {
-        {WM_MOUSEMOVE, 10, 20, up, up, {0, 0}, {10, 20}, "moving alone is remembered"},
-        {WM_LBUTTONDOWN, 10, 20, down, up, {0, 0}, {10, 20}, "a press begins a drag"},
-        {WM_MOUSEMOVE, 15, 18, down, up, {5, -2}, {15, 18}, "a drag has a delta"},
-        {WM_MOUSEMOVE, -4, 18, down, up, {-19, 0}, {-4, 18}, "coordinates are signed"},
-        {WM_LBUTTONUP, 15, 18, up, up, {0, 0}, {-4, 18}, "release ends it"},
-        {WM_MOUSEMOVE, 30, 30, up, up, {0, 0}, {30, 30}, "no delta without a button"},
-        {WM_LBUTTONDBLCLK, 30, 30, up, up, {0, 0}, {30, 30}, "a double click is nothing"},
-        {WM_LBUTTONDOWN, 30, 30, down, up, {0, 0}, {30, 30}, "a second drag"},
-        {WM_NCMOUSEMOVE, 99, 99, outside, outside, {0, 0}, {30, 30}, "the frame ends both buttons"},
-        {WM_MOUSEMOVE, 40, 40, outside, outside, {0, 0}, {40, 40}, "coming back is no drag"},
-        {WM_LBUTTONUP, 40, 40, up, outside, {0, 0}, {40, 40}, "a late release"},
-        {WM_RBUTTONUP, 40, 40, up, up, {0, 0}, {40, 40}, "the right one likewise"},
+        {WM_MOUSEMOVE, 10, 20, up, up, false, {10, 20}, "moving alone is remembered"},
+        {WM_LBUTTONDOWN, 12, 20, down, up, false, {12, 20}, "a press begins a drag where it is"},
+        {WM_MOUSEMOVE, 15, 18, down, up, true, {15, 18}, "a drag turns the model"},
+        {messageRedraw, 0, 0, down, up, false, {15, 18}, "each move acts once"},
+        {WM_MOUSEMOVE, 15, 18, down, up, false, {15, 18}, "a move by nothing does nothing"},
+        {WM_MOUSEMOVE, -4, 18, down, up, true, {-4, 18}, "coordinates are signed"},
+        {WM_LBUTTONUP, 15, 18, up, up, false, {-4, 18}, "release ends it"},
+        {WM_MOUSEMOVE, 30, 30, up, up, false, {30, 30}, "nothing turns without a button"},
+        {WM_LBUTTONDBLCLK, 30, 30, up, up, false, {30, 30}, "a double click is nothing"},
+        {WM_LBUTTONDOWN, 30, 30, down, up, false, {30, 30}, "a second drag"},
+        {WM_NCMOUSEMOVE, 99, 99, outside, outside, false, {30, 30}, "the frame ends both buttons"},
+        {WM_MOUSEMOVE, 40, 40, outside, outside, false, {40, 40}, "coming back is no drag"},
+        {WM_LBUTTONUP, 40, 40, up, outside, false, {40, 40}, "a late release"},
+        {WM_RBUTTONUP, 40, 40, up, up, false, {40, 40}, "the right one likewise"},
     };
     const RunningEditor editor;
     // In one go on the editor's thread: the real mouse could come between otherwise.
     editor.call([&](Editor& e) {
         for (const Step& step : steps) {
             SCOPED_TRACE(step.reason);
+            const Matrix before = e.view.viewMatrix;
             SendMessageA(e.mainWindow, step.message, 0, MAKELPARAM(step.x, step.y));
             EXPECT_EQ(e.drag.left, step.left);
             EXPECT_EQ(e.drag.right, step.right);
-            EXPECT_EQ(e.drag.delta.x, step.delta.x);
-            EXPECT_EQ(e.drag.delta.y, step.delta.y);
+            EXPECT_EQ(std::memcmp(&before, &e.view.viewMatrix, sizeof before) != 0, step.turns);
             EXPECT_EQ(e.drag.last.x, step.last.x);
             EXPECT_EQ(e.drag.last.y, step.last.y);
             EXPECT_EQ(e.view.dragging, step.left == down);
@@ -228,26 +241,37 @@ TEST(ModelView, FollowsTheMouse)
     });
 }
 
-TEST(ModelView, RightButtonShowsTheCameraMenuAtTheCursor)
+TEST(ModelView, RightButtonShowsAMenuAtTheCursor)
 {
+    struct Case {
+        WPARAM keys;
+        int items;
+        UINT first;
+    };
     const RunningEditor editor;
     editor.resizeClient(400, 320);
     POINT cursor{300, 200};
     ClientToScreen(editor.window(), &cursor);
-    editor.post(WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(300, 200));
-    HWND popup = nullptr;
-    ASSERT_TRUE(waitUntil([&] { return (popup = editor.findWindow(popupMenuClass)) != nullptr; }));
-    const auto menu = reinterpret_cast<HMENU>(SendMessageA(popup, menuHandleMessage, 0, 0));
-    EXPECT_EQ(GetMenuItemCount(menu), 6);
-    EXPECT_EQ(GetMenuItemID(menu, 0), 40044u);
-    savePicture(editor.pictureOf(popup), "context-menu");
-    RECT place{};
-    GetWindowRect(popup, &place);
-    EXPECT_EQ(place.left, cursor.x - 32);
-    EXPECT_EQ(place.top, cursor.y - 16);
-    EXPECT_EQ(editor.ask([](Editor& e) { return e.drag.right; }), ButtonState::down);
-    editor.call([](Editor&) { EndMenu(); });
-    EXPECT_TRUE(waitUntil([&] { return !editor.findWindow(popupMenuClass); }));
+    for (const Case& current : {Case{MK_RBUTTON, 15, IDM_EDIT_UNDO},
+                                {MK_RBUTTON | MK_SHIFT, 5, IDM_TOOL_ROTATE},
+                                {MK_RBUTTON | MK_CONTROL, 11, IDM_CAMERA_FORWARD}}) {
+        SCOPED_TRACE(current.first);
+        editor.post(WM_RBUTTONDOWN, current.keys, MAKELPARAM(300, 200));
+        HWND popup = nullptr;
+        ASSERT_TRUE(
+            waitUntil([&] { return (popup = editor.findWindow(popupMenuClass)) != nullptr; }));
+        const auto menu = reinterpret_cast<HMENU>(SendMessageA(popup, menuHandleMessage, 0, 0));
+        EXPECT_EQ(GetMenuItemCount(menu), current.items);
+        EXPECT_EQ(GetMenuItemID(menu, 0), current.first);
+        savePicture(editor.pictureOf(popup), "context-menu-" + std::to_string(current.first));
+        RECT place{};
+        GetWindowRect(popup, &place);
+        EXPECT_EQ(place.left, cursor.x - 32);
+        EXPECT_EQ(place.top, cursor.y - 16);
+        EXPECT_EQ(editor.ask([](Editor& e) { return e.drag.right; }), ButtonState::down);
+        editor.call([](Editor&) { EndMenu(); });
+        EXPECT_TRUE(waitUntil([&] { return !editor.findWindow(popupMenuClass); }));
+    }
 }
 
 } // namespace

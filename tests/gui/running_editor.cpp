@@ -52,6 +52,8 @@ std::string className(HWND window)
 
 constexpr char dialogClass[] = "#32770";
 constexpr int alertTextId = 0xFFFF;
+constexpr int fileNameId = 0x47C;   // the file dialog's field for the name
+constexpr int fileFilterId = 0x470; // and its list of filters
 
 // The main window is subclassed, so that a test can run code on the editor's thread: a message that
 // no other program and no control uses carries the function.
@@ -110,13 +112,14 @@ bool waitUntil(const std::function<bool()>& condition)
 }
 
 RunningEditor::RunningEditor(std::vector<std::string> arguments, Platform platform,
-                             std::function<void()> prepare)
+                             std::function<void()> prepare, std::string settingsPath)
 {
     {
         const std::lock_guard lock(commandsMutex);
         commands.clear();
     }
-    Start start{GetModuleHandleA(nullptr), platform, SW_SHOWNORMAL, std::move(arguments)};
+    Start start{GetModuleHandleA(nullptr), platform, SW_SHOWNORMAL, std::move(arguments),
+                std::move(settingsPath)};
     thread_ = std::thread([this, start = std::move(start), prepare = std::move(prepare)] {
         threadId_ = GetCurrentThreadId();
         if (prepare) prepare();
@@ -283,6 +286,39 @@ ShownAlert RunningEditor::waitForAlert() const
         return shown.window && !shown.buttons.empty();
     });
     return shown;
+}
+
+HWND RunningEditor::waitForFileDialog() const
+{
+    HWND dialog = nullptr;
+    waitUntil([&] {
+        dialog = findWindow(dialogClass);
+        return dialog && GetDlgItem(dialog, fileNameId) &&
+               IsWindowVisible(GetDlgItem(dialog, fileNameId));
+    });
+    return dialog && GetDlgItem(dialog, fileNameId) ? dialog : nullptr;
+}
+
+bool RunningEditor::fillFileDialog(const std::string& path, int filter) const
+{
+    const HWND dialog = waitForFileDialog();
+    if (!dialog) return false;
+    if (filter != 0) {
+        const HWND filters = GetDlgItem(dialog, fileFilterId);
+        SendMessageA(filters, CB_SETCURSEL, static_cast<WPARAM>(filter - 1), 0);
+        SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(fileFilterId, CBN_SELCHANGE),
+                     reinterpret_cast<LPARAM>(filters));
+    }
+    SetDlgItemTextA(dialog, fileNameId, path.c_str());
+    PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+    return waitUntil([&] { return !IsWindow(dialog); });
+}
+
+bool RunningEditor::cancelFileDialog() const
+{
+    const HWND dialog = waitForFileDialog();
+    PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
+    return dialog && waitUntil([&] { return !IsWindow(dialog); });
 }
 
 bool RunningEditor::press(const ShownAlert& alert, int button) const

@@ -37,9 +37,11 @@ struct ShownAlert {
 class RunningEditor {
 public:
     /// Returns once the main window is on the screen and has its title. Arguments that bring an
-    /// alert up leave the editor waiting there. `prepare` runs on the editor's thread first.
+    /// alert up leave the editor waiting there. `prepare` runs on the editor's thread first. No
+    /// settings are read or written without a path for them.
     explicit RunningEditor(std::vector<std::string> arguments = {},
-                           Platform platform = Platform::nt, std::function<void()> prepare = {});
+                           Platform platform = Platform::nt, std::function<void()> prepare = {},
+                           std::string settingsPath = {});
     ~RunningEditor();
     RunningEditor(const RunningEditor&) = delete;
     RunningEditor& operator=(const RunningEditor&) = delete;
@@ -81,6 +83,13 @@ public:
     ShownAlert waitForAlert() const;
     /// Presses a button of an alert, by its id, and waits until the alert is gone.
     bool press(const ShownAlert& alert, int button) const;
+
+    /// Waits for a file dialog of the system and types a path and Enter; chooses filter `filter`
+    /// first, from 1, unless that is 0. False when there is no dialog or it does not go away.
+    bool fillFileDialog(const std::string& path, int filter = 0) const;
+    bool cancelFileDialog() const;
+    /// Waits for a file dialog. nullptr for none.
+    HWND waitForFileDialog() const;
 
     /// The first visible window of a class that belongs to the editor's thread; nullptr for none.
     HWND findWindow(const std::string& className) const;

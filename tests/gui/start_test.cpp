@@ -17,19 +17,26 @@ namespace facetor {
 
 namespace {
 
-/// A menu's items as text, submenus in braces: "A {B, C}, -, D=number".
+/// A menu's items as text, submenus in braces: "A {B, C}, -, D=number". What is grey stands in
+/// parentheses.
 std::string menuOutline(HMENU menu)
 {
     std::string outline;
     for (int position = 0; position < GetMenuItemCount(menu); ++position) {
         std::array<char, 128> text{};
-        GetMenuStringA(menu, static_cast<UINT>(position), text.data(),
-                       static_cast<int>(text.size()), MF_BYPOSITION);
-        outline += (position == 0 ? "" : ", ") + std::string(text.data());
+        const auto index = static_cast<UINT>(position);
+        GetMenuStringA(menu, index, text.data(), static_cast<int>(text.size()), MF_BYPOSITION);
+        outline += position == 0 ? "" : ", ";
+        std::string item = text.data();
+        const UINT state = GetMenuState(menu, index, MF_BYPOSITION);
         if (const HMENU submenu = GetSubMenu(menu, position))
-            outline += " {" + menuOutline(submenu) + "}";
-        else
-            outline += "=" + std::to_string(GetMenuItemID(menu, position));
+            outline += item + " {" + menuOutline(submenu) + "}";
+        else if (state & MF_SEPARATOR)
+            outline += "-";
+        else {
+            item += "=" + std::to_string(GetMenuItemID(menu, position));
+            outline += state & MF_GRAYED ? "(" + item + ")" : item;
+        }
     }
     return outline;
 }
@@ -54,10 +61,112 @@ TEST(Start, MainWindowHasItsClassStyleTitleAndMenu)
     EXPECT_EQ(GetWindowLongPtrA(editor.window(), GWL_STYLE), given | WS_VISIBLE | WS_CLIPSIBLINGS);
     EXPECT_TRUE(GetWindowLongPtrA(editor.window(), GWL_EXSTYLE) & WS_EX_ACCEPTFILES);
     EXPECT_EQ(menuOutline(GetMenu(editor.window())),
-              "&File {E&xit=40003}, "
-              "&Options {&Camera {&Foward=40044, &Back=40045, &Left=40046, &Right=40047, "
-              "&Top=40048, B&ottom=40049}}");
+              "&File {&Open...\tCtrl+O=40001, -, &Save\tCtrl+S=40015, Save &as...=40016, -, "
+              "E&xit=40003}, "
+              "&Edit {(&Undo\tCtrl+Z=40014), -, (Cu&t\tCtrl+X=40017), (&Copy\tCtrl+C=40018), "
+              "(&Paste\tCtrl+V=40019), (&Delete\tDel=40020), -, "
+              "Tool&s {&Rotate Model=40103, &Translate Model=40104, Scale Model=40105, "
+              "Select &Polygons=40107, (&Move Sliced Texture=40108)}, -, "
+              "(Select &Model=40090), (Select M&aterial=40093), Select A&ll\tCtrl+A=40091, "
+              "(Select Clea&r\tCtrl+D=40092), -, (Pr&operty...\tAlt+Enter=40021)}, "
+              "&View {Tool &Box=40125, (&Attribute=40008), (&Hierarchy=40009), "
+              "(&Texture List=40030), -, "
+              "Send &Target {(&Model=40100), (&Texture=40101), (&Scene=40102)}}, "
+              "&Options {&Light...=40042, &Screen...=40043, -, "
+              "&Camera {&Foward=40044, &Back=40045, &Left=40046, &Right=40047, &Top=40048, "
+              "B&ottom=40049, -, (Camera #&1=40050), (Camera #&2=40051), (Camera #&3=40052), "
+              "(Camera #&4=40053)}, "
+              "&New Camera {Camera #&1=40054, Camera #&2=40055, Camera #&3=40056, "
+              "Camera #&4=40057}, -, "
+              "&Rotate Vertices {(&Clockwise=40067), (Coun&ter CW=40068), (1&80 deg.=40069)}, "
+              "(Invert Sur&face=40070), -, Plug-Ins {(&Gouraud Table=40084)}}, "
+              "&Help {&Contents=40023, -, &Version Information...=40025}");
     savePicture(editor.pictureOf(editor.window()), "start");
+}
+
+TEST(Start, AcceleratorsAreTheTablesInItsOrder)
+{
+    constexpr BYTE control = FVIRTKEY | FCONTROL, shifted = FVIRTKEY | FCONTROL | FSHIFT;
+    struct Row {
+        BYTE keys;
+        WORD key, command;
+    };
+    const Row rows[] = {
+        {control, 'A', 40091},        {control, 'C', 40037},
+        {control, 'D', 40092},        {control, 'O', 40001},
+        {shifted, 'O', 40026},        {control, 'S', 40015},
+        {shifted, 'S', 40027},        {control, 'V', 40038},
+        {control, VK_BACK, 40041},    {shifted, VK_BACK, 40041},
+        {FVIRTKEY, VK_DELETE, 40039}, {control, VK_INSERT, 40040},
+        {shifted, VK_INSERT, 40040},  {FVIRTKEY | FALT, VK_RETURN, 40021},
+        {control, 'X', 40036},        {control, 'Z', 40014},
+        {control, 'Z', 40035},
+    };
+    const RunningEditor editor;
+    std::array<ACCEL, 32> table{};
+    const int count = editor.ask([&](Editor& e) {
+        return CopyAcceleratorTableA(e.accelerators, table.data(), static_cast<int>(table.size()));
+    });
+    ASSERT_EQ(count, static_cast<int>(std::size(rows)));
+    for (std::size_t i = 0; i < std::size(rows); ++i) {
+        EXPECT_EQ(table[i].fVirt & 0x1D, rows[i].keys) << i; // without the marks of the resource
+        EXPECT_EQ(table[i].key, rows[i].key) << i;
+        EXPECT_EQ(table[i].cmd, rows[i].command) << i;
+    }
+}
+
+TEST(Start, ToolBarHasItsEntriesAndToolTips)
+{
+    struct Entry {
+        int image, command; ///< command 0: a separator
+        bool enabled, check;
+        const char* tip;
+    };
+    constexpr Entry separator{0, 0, true, false, nullptr};
+    const Entry entries[] = {
+        {0, 40001, true, false, "Open(Ctrl+O)"},
+        {1, 40015, true, false, "Save(Ctrl+S)"},
+        separator,
+        {2, 40014, false, false, "Undo(Ctrl+Z)"},
+        {3, 40017, false, false, "Cut(Ctrl+X)"},
+        {4, 40018, false, false, "Copy(Ctrl+C)"},
+        {5, 40019, false, false, "Paste(Ctrl+V)"},
+        {6, 40020, false, false, "Delete(Del)"},
+        separator,
+        {7, 40042, true, false, "Light"},
+        {8, 40043, true, false, "Screen"},
+        separator,
+        {9, 40125, true, true, "Tool Box"},
+        {10, 40008, false, true, "Attribute Window"},
+    };
+    const RunningEditor editor;
+    const auto tipOf = [](HWND window, int command) {
+        NMTTDISPINFOA tip{};
+        tip.hdr.code = TTN_GETDISPINFOA;
+        tip.hdr.idFrom = static_cast<UINT_PTR>(command);
+        SendMessageA(window, WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&tip));
+        return std::string(tip.lpszText ? tip.lpszText : "");
+    };
+    editor.call([&](Editor& e) {
+        ASSERT_EQ(SendMessageA(e.toolBar, TB_BUTTONCOUNT, 0, 0), 14);
+        for (std::size_t i = 0; i < std::size(entries); ++i) {
+            SCOPED_TRACE(i);
+            TBBUTTON button{};
+            SendMessageA(e.toolBar, TB_GETBUTTON, i, reinterpret_cast<LPARAM>(&button));
+            EXPECT_EQ((button.fsStyle & TBSTYLE_SEP) != 0, entries[i].command == 0);
+            if (entries[i].command == 0) continue;
+            EXPECT_EQ(button.idCommand, entries[i].command);
+            EXPECT_EQ(button.iBitmap, entries[i].image);
+            EXPECT_EQ((button.fsState & TBSTATE_ENABLED) != 0, entries[i].enabled);
+            EXPECT_EQ((button.fsStyle & TBSTYLE_CHECK) != 0, entries[i].check);
+            EXPECT_EQ((button.fsState & TBSTATE_CHECKED) != 0, entries[i].command == 40125);
+            EXPECT_EQ(tipOf(e.mainWindow, entries[i].command), entries[i].tip);
+        }
+        EXPECT_EQ(tipOf(e.mainWindow, 40009), "Hierarcy Window");
+        EXPECT_EQ(tipOf(e.mainWindow, 40025), "Version Information");
+        EXPECT_EQ(tipOf(e.mainWindow, 40030), "Texture List");
+        EXPECT_EQ(tipOf(e.mainWindow, 40044), "");
+    });
 }
 
 TEST(Start, ConsumerPlatformHasItsOwnTitle)
@@ -103,7 +212,7 @@ LRESULT CALLBACK refuseClass(int code, WPARAM wParam, LPARAM lParam)
 
 TEST(Start, AWindowThatCannotBeCreatedEndsTheProgramWithoutAMessage)
 {
-    for (const char* name : {mainWindowClass, STATUSCLASSNAMEA}) {
+    for (const char* name : {mainWindowClass, TOOLBARCLASSNAMEA, STATUSCLASSNAMEA, toolBoxClass}) {
         SCOPED_TRACE(name);
         refusedClass = name;
         RunningEditor editor({"C:\\no such file.mx3"}, Platform::nt, [] {

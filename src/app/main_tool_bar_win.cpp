@@ -1,0 +1,69 @@
+#include "app/main_tool_bar_win.h"
+
+#include "app/editor_win.h"
+#include "app/menu_state.h"
+#include "resources/resource_ids.h"
+#include "ui/tool_bar_win.h"
+#include "view/selection.h"
+
+namespace facetor {
+
+namespace {
+
+constexpr ToolBarImages images{IDB_TOOLBAR, 16};
+
+constexpr ToolBarEntry separator{0, 0, TBSTATE_ENABLED, TBSTYLE_SEP};
+constexpr ToolBarEntry entries[] = {
+    {0, IDM_FILE_OPEN, TBSTATE_ENABLED, TBSTYLE_BUTTON},
+    {1, IDM_FILE_SAVE, TBSTATE_ENABLED, TBSTYLE_BUTTON},
+    separator,
+    {2, IDM_EDIT_UNDO, 0, TBSTYLE_BUTTON},
+    {3, IDM_EDIT_CUT, 0, TBSTYLE_BUTTON},
+    {4, IDM_EDIT_COPY, 0, TBSTYLE_BUTTON},
+    {5, IDM_EDIT_PASTE, 0, TBSTYLE_BUTTON},
+    {6, IDM_EDIT_DELETE, 0, TBSTYLE_BUTTON},
+    separator,
+    {7, IDM_OPTIONS_LIGHT, TBSTATE_ENABLED, TBSTYLE_BUTTON},
+    {8, IDM_OPTIONS_SCREEN, TBSTATE_ENABLED, TBSTYLE_BUTTON},
+    separator,
+    {9, IDM_VIEW_TOOL_BOX, TBSTATE_ENABLED | TBSTATE_CHECKED, TBSTYLE_CHECK},
+    {10, IDM_VIEW_ATTRIBUTES, 0, TBSTYLE_CHECK}, // grey as its menu item is
+};
+
+constexpr ToolTip tips[] = {
+    {IDM_FILE_OPEN, Word::tipOpen},           {IDM_FILE_SAVE, Word::tipSave},
+    {IDM_EDIT_UNDO, Word::tipUndo},           {IDM_EDIT_CUT, Word::tipCut},
+    {IDM_EDIT_COPY, Word::tipCopy},           {IDM_EDIT_PASTE, Word::tipPaste},
+    {IDM_EDIT_DELETE, Word::tipDelete},       {IDM_VIEW_ATTRIBUTES, Word::tipAttributes},
+    {IDM_VIEW_HIERARCHY, Word::tipHierarchy}, {IDM_HELP_ABOUT, Word::tipAbout},
+    {IDM_VIEW_TEXTURES, Word::tipTextures},   {IDM_OPTIONS_LIGHT, Word::tipLight},
+    {IDM_OPTIONS_SCREEN, Word::tipScreen},    {IDM_VIEW_TOOL_BOX, Word::tipToolBox},
+};
+
+} // namespace
+
+HWND createMainToolBar(HWND mainWindow)
+{
+    return createToolBar(mainWindow, entries, images, 0);
+}
+
+bool onMainToolBarNotify(const Editor& editor, LPARAM notification)
+{
+    return answerToolTip(editor.mainWindow, notification, tips);
+}
+
+void refreshMenuState(Editor& editor)
+{
+    const MenuFacts facts{!editor.undo.isEmpty(), isAnyPicked(editor.document.model),
+                          editor.toolBox.window && IsWindowVisible(editor.toolBox.window) != FALSE,
+                          editor.toolBox.menuTool, editor.view.cameraStored};
+    const HMENU menu = GetMenu(editor.mainWindow);
+    for (const CommandState& state : menuState(facts)) {
+        const auto item = static_cast<UINT>(state.command);
+        EnableMenuItem(menu, item, state.enabled ? MF_ENABLED : MF_GRAYED);
+        CheckMenuItem(menu, item, state.checked ? MF_CHECKED : MF_UNCHECKED);
+        setButtonState(editor.toolBar, state.command, state.enabled, state.checked);
+    }
+}
+
+} // namespace facetor

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <windows.h>
+
+namespace facetor {
+
+struct Editor;
+
+/// Creates the main window's tool bar, at the top of its client area. nullptr when the system
+/// refuses.
+HWND createMainToolBar(HWND mainWindow);
+
+/// Handles a notification to the main window; false when it is not for the tool bar.
+bool onMainToolBarNotify(const Editor& editor, LPARAM notification);
+
+/// Makes the menu's items and the tool bar's buttons look as the editor's state asks for.
+void refreshMenuState(Editor& editor);
+
+} // namespace facetor

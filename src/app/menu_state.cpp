@@ -1,0 +1,49 @@
+#include "app/menu_state.h"
+
+#include "resources/resource_ids.h"
+
+#include <algorithm>
+#include <cassert>
+#include <iterator>
+
+namespace facetor {
+
+namespace {
+
+/// In the order of ViewTool.
+constexpr int toolCommands[] = {IDM_TOOL_ROTATE, IDM_TOOL_TRANSLATE, IDM_TOOL_SCALE,
+                                IDM_TOOL_SELECT, IDM_TOOL_MOVE_SLICE};
+static_assert(std::size(toolCommands) == static_cast<std::size_t>(ViewTool::moveSlicedTexture) + 1);
+
+} // namespace
+
+std::vector<CommandState> menuState(const MenuFacts& facts)
+{
+    std::vector<CommandState> states{{IDM_EDIT_UNDO, facts.undoAvailable, false}};
+    for (int i = 0; const bool stored : facts.cameraStored)
+        states.push_back({IDM_CAMERA_RECALL_1 + i++, stored, false});
+    states.insert(states.end(), {{IDM_SELECT_MODEL, facts.anyPicked, false},
+                                 {IDM_SELECT_ALL, true, false},
+                                 {IDM_SELECT_CLEAR, facts.anyPicked, false},
+                                 {IDM_SELECT_MATERIAL, facts.anyPicked, false}});
+    // A sliced texture is moved only while one is being cut, which is not asked for here.
+    for (const int command : toolCommands)
+        states.push_back(
+            {command, command != IDM_TOOL_MOVE_SLICE, command == commandOf(facts.menuTool)});
+    states.push_back({IDM_VIEW_TOOL_BOX, true, facts.toolBoxShown});
+    return states;
+}
+
+int commandOf(ViewTool tool)
+{
+    return toolCommands[static_cast<std::size_t>(tool)];
+}
+
+ViewTool toolOf(int command)
+{
+    const auto* found = std::ranges::find(toolCommands, command);
+    assert(found != std::end(toolCommands));
+    return static_cast<ViewTool>(found - toolCommands);
+}
+
+} // namespace facetor

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "app/settings_text.h"
+
+#include <string>
+
+namespace facetor {
+
+struct Editor;
+
+// The settings file, for which the windows keep their places, colours and recent files.
+
+/// Where this installation keeps its settings.
+std::string findSettingsPath();
+
+/// Reads the settings into editor.settings and applies those of the main window, the view and the
+/// recent files. False, with everything as it is, when there are none or they cannot be read.
+bool applySettings(Editor& editor);
+
+/// Writes what a later run needs. When that fails no settings are left: a later run then starts
+/// from its own.
+void writeSettings(Editor& editor);
+
+/// The rectangle of the whole screen, of all monitors, in pixels.
+WindowRectangle virtualScreen();
+
+} // namespace facetor

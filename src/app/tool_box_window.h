@@ -1,0 +1,39 @@
+#pragma once
+
+#include "app/settings_text.h"
+#include "view/view_tools.h"
+
+#include <windows.h>
+
+namespace facetor {
+
+struct Editor;
+
+/// The tool box's class name.
+inline constexpr char toolBoxClass[] = "szToolClass";
+
+/// The tool box: a small window with a button for each view tool.
+struct ToolBox {
+    HWND window = nullptr;
+    HWND toolBar = nullptr;
+    ViewTool tool = ViewTool::rotateModel;     ///< what a drag in the model view does
+    ViewTool menuTool = ViewTool::rotateModel; ///< chosen last from the menu, which checks it
+};
+
+bool registerToolBox(const Editor& editor);
+
+/// Creates the tool box, visible, with its top-left corner at that of `place`. False when the
+/// system refuses.
+bool createToolBox(Editor& editor, const WindowRectangle& place);
+
+/// Where the tool box goes when no place is remembered.
+inline constexpr WindowRectangle toolBoxStartPlace{64, 64, 132, 178};
+
+/// Makes a tool current that was chosen from the menu.
+void chooseToolFromMenu(Editor& editor, ViewTool tool);
+
+void showToolBox(Editor& editor, bool shown);
+/// Shows the tool box, or hides it if it is visible.
+void toggleToolBox(Editor& editor);
+
+} // namespace facetor

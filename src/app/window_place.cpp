@@ -1,0 +1,35 @@
+#include "app/window_place.h"
+
+#include <algorithm>
+
+namespace facetor {
+
+namespace {
+
+struct Side {
+    std::int32_t least, most;
+};
+
+/// Moves a side into [least, most), keeping its length unless that is too long.
+Side moveInto(Side side, Side limits)
+{
+    const std::int64_t room = std::int64_t{limits.most} - limits.least;
+    const std::int64_t length = std::min(std::int64_t{side.most} - side.least, room);
+    const std::int64_t start =
+        std::clamp<std::int64_t>(side.least, limits.least, limits.least + room - length);
+    return {static_cast<std::int32_t>(start), static_cast<std::int32_t>(start + length)};
+}
+
+} // namespace
+
+WindowRectangle restoredPlace(const WindowRectangle& remembered, const WindowRectangle& screen,
+                              const WindowRectangle& otherwise)
+{
+    if (remembered.right <= remembered.left || remembered.bottom <= remembered.top)
+        return otherwise;
+    const Side x = moveInto({remembered.left, remembered.right}, {screen.left, screen.right});
+    const Side y = moveInto({remembered.top, remembered.bottom}, {screen.top, screen.bottom});
+    return {x.least, y.least, x.most, y.most};
+}
+
+} // namespace facetor

@@ -1,0 +1,68 @@
+#include "app/menu_state.h"
+
+#include "resources/resource_ids.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace facetor {
+
+namespace {
+
+CommandState stateOf(const MenuFacts& facts, int command)
+{
+    const std::vector<CommandState> states = menuState(facts);
+    const auto found = std::ranges::find(states, command, &CommandState::command);
+    return found == states.end() ? CommandState{} : *found;
+}
+
+TEST(MenuState, EachFactTurnsItsOwnCommandsAndNoOther)
+{
+    struct Case {
+        const char* name;
+        MenuFacts facts;
+        std::vector<CommandState> changed; ///< against the start
+    };
+    const Case cases[] = {
+        {"an edit to undo", {.undoAvailable = true}, {{40014, true, false}}},
+        {"marked polygons",
+         {.anyPicked = true},
+         {{40090, true, false}, {40092, true, false}, {40093, true, false}}},
+        {"the tool box", {.toolBoxShown = true}, {{40125, true, true}}},
+        {"a stored camera", {.cameraStored = {false, false, true, false}}, {{40052, true, false}}},
+        {"a tool", {.menuTool = ViewTool::scaleModel}, {{40103, true, false}, {40105, true, true}}},
+        {"the tool that is never enabled",
+         {.menuTool = ViewTool::moveSlicedTexture},
+         {{40103, true, false}, {40108, false, true}}},
+    };
+    const std::vector<CommandState> start = menuState({});
+    for (const Case& current : cases) {
+        SCOPED_TRACE(current.name);
+        const std::vector<CommandState> now = menuState(current.facts);
+        ASSERT_EQ(now.size(), start.size());
+        std::vector<CommandState> changed;
+        for (std::size_t i = 0; i < now.size(); ++i)
+            if (now[i] != start[i]) changed.push_back(now[i]);
+        EXPECT_EQ(changed, current.changed);
+    }
+}
+
+TEST(MenuState, AtTheStartOnlyTheRotateToolIsCheckedAndSelectAllEnabled)
+{
+    EXPECT_EQ(stateOf({}, IDM_TOOL_ROTATE), (CommandState{IDM_TOOL_ROTATE, true, true}));
+    EXPECT_EQ(stateOf({}, IDM_SELECT_ALL), (CommandState{IDM_SELECT_ALL, true, false}));
+    for (const int command : {40014, 40050, 40051, 40052, 40053, 40090, 40092, 40093, 40108})
+        EXPECT_EQ(stateOf({}, command), (CommandState{command, false, false}));
+}
+
+TEST(MenuState, ToolsAndCommandsAreEachOthers)
+{
+    for (const int command : {40103, 40104, 40105, 40107, 40108})
+        EXPECT_EQ(commandOf(toolOf(command)), command);
+    EXPECT_EQ(toolOf(40107), ViewTool::selectPolygons);
+}
+
+} // namespace
+
+} // namespace facetor
