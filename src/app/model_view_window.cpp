@@ -188,11 +188,10 @@ void onRightButtonUp(Editor& editor)
 void onMouseMove(Editor& editor, POINT position)
 {
     DragState& drag = editor.drag;
-    if (drag.left == ButtonState::down) {
-        drag.delta = {position.x - drag.last.x, position.y - drag.last.y};
-        requestRedraw(editor);
-    }
-    drag.last = position;
+    const POINT before = std::exchange(drag.last, position);
+    if (drag.left != ButtonState::down) return;
+    drag.delta = {position.x - before.x, position.y - before.y};
+    requestRedraw(editor);
 }
 
 void onCursorLeft(Editor& editor)

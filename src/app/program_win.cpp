@@ -107,9 +107,7 @@ int runProgram(const Start& start)
     if (!createMainWindow(*editor)) return 0;
     setTitleFile(*editor, nullptr);
     ShowWindow(editor->mainWindow, start.showCommand);
-    // Created before its owner was shown, the tool box may stand behind it.
-    SetWindowPos(editor->toolBox.window, HWND_TOP, 0, 0, 0, 0,
-                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    showToolBox(*editor, true); // not earlier: it would stand behind its owner
     UpdateWindow(editor->mainWindow);
     const std::size_t opened = std::min<std::size_t>(start.arguments.size(), 2);
     for (std::size_t i = 0; i < opened; ++i) openAnyPath(*editor, start.arguments[i]);

@@ -129,10 +129,10 @@ bool registerToolBox(const Editor& editor)
 
 bool createToolBox(Editor& editor, const WindowRectangle& place)
 {
-    return CreateWindowExA(WS_EX_TOOLWINDOW, toolBoxClass, "",
-                           WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_VISIBLE, place.left, place.top,
-                           place.right - place.left, place.bottom - place.top, editor.mainWindow,
-                           nullptr, editor.instance, nullptr) != nullptr;
+    return CreateWindowExA(WS_EX_TOOLWINDOW, toolBoxClass, "", WS_POPUP | WS_CAPTION | WS_SYSMENU,
+                           place.left, place.top, place.right - place.left,
+                           place.bottom - place.top, editor.mainWindow, nullptr, editor.instance,
+                           nullptr) != nullptr;
 }
 
 void chooseToolFromMenu(Editor& editor, ViewTool tool)

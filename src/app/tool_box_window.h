@@ -22,7 +22,7 @@ struct ToolBox {
 
 bool registerToolBox(const Editor& editor);
 
-/// Creates the tool box, visible, with its top-left corner at that of `place`. False when the
+/// Creates the tool box, not yet shown, with its top-left corner at that of `place`. False when the
 /// system refuses.
 bool createToolBox(Editor& editor, const WindowRectangle& place);
 

@@ -135,9 +135,11 @@ RunningEditor::RunningEditor(std::vector<std::string> arguments, Platform platfo
         });
         return window_ != nullptr;
     });
-    if (window_)
+    if (window_) {
         subclassed = reinterpret_cast<WNDPROC>(
             SetWindowLongPtrA(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(callingProcedure)));
+        SendMessageA(window_, WM_NULL, 0, 0); // answered from the main loop: it has started
+    }
 }
 
 RunningEditor::~RunningEditor()
@@ -306,8 +308,9 @@ bool RunningEditor::fillFileDialog(const std::string& path, int filter) const
     if (filter != 0) {
         const HWND filters = GetDlgItem(dialog, fileFilterId);
         SendMessageA(filters, CB_SETCURSEL, static_cast<WPARAM>(filter - 1), 0);
-        SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(fileFilterId, CBN_SELCHANGE),
-                     reinterpret_cast<LPARAM>(filters));
+        for (const int notification : {CBN_SELENDOK, CBN_SELCHANGE}) // as choosing by hand sends
+            SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(fileFilterId, notification),
+                         reinterpret_cast<LPARAM>(filters));
     }
     SetDlgItemTextA(dialog, fileNameId, path.c_str());
     PostMessageA(dialog, WM_COMMAND, IDOK, 0);

@@ -1,0 +1,203 @@
+#include "base/file.h"
+#include "base/temporary_folder.h"
+#include "gui/model_files.h"
+#include "gui/running_editor.h"
+#include "model/model_file.h"
+#include "resources/resource_ids.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <filesystem>
+
+namespace facetor {
+
+namespace {
+
+constexpr char programTitle[] = "Facetor for NT - ";
+
+std::string text(const std::string& path)
+{
+    const auto bytes = readFile(path);
+    if (!bytes) return {};
+    return {reinterpret_cast<const char*>(bytes->data()), bytes->size()};
+}
+
+bool isChanged(const RunningEditor& editor)
+{
+    return editor.ask([](Editor& e) { return e.document.modelChanged; });
+}
+
+void setChanged(const RunningEditor& editor)
+{
+    editor.call([](Editor& e) { e.document.modelChanged = true; });
+}
+
+/// The items of the File menu that stand between Save as and Exit.
+std::vector<std::string> recentItems(const RunningEditor& editor)
+{
+    const HMENU menu = GetSubMenu(GetMenu(editor.window()), 0);
+    std::vector<std::string> items;
+    for (int i = 5; GetMenuItemID(menu, i) != IDM_FILE_EXIT; ++i) {
+        std::string item(300, '\0');
+        item.resize(
+            static_cast<std::size_t>(GetMenuStringA(menu, static_cast<UINT>(i), item.data(),
+                                                    static_cast<int>(item.size()), MF_BYPOSITION)));
+        items.push_back(item);
+    }
+    return items;
+}
+
+TEST(Save, AnUntitledModelIsAskedForItsName)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.file("new.mx3");
+    const RunningEditor editor;
+    setChanged(editor);
+    editor.post(WM_COMMAND, IDM_FILE_SAVE);
+    savePicture(editor.pictureOf(editor.waitForFileDialog()), "save-as");
+    ASSERT_TRUE(editor.fillFileDialog(path));
+    ASSERT_TRUE(waitUntil([&] { return editor.title() == programTitle + path; }));
+    EXPECT_TRUE(probeModelFile(path));
+    EXPECT_FALSE(isChanged(editor));
+    EXPECT_EQ(recentItems(editor), (std::vector<std::string>{"&1 " + path, ""}));
+    // From now on it is saved without a question.
+    std::filesystem::remove(path);
+    setChanged(editor);
+    editor.sendCommand(IDM_FILE_SAVE);
+    EXPECT_TRUE(probeModelFile(path));
+    EXPECT_FALSE(isChanged(editor));
+}
+
+TEST(Save, TheExtensionIsRewritten)
+{
+    const TemporaryFolder folder;
+    writeCubeFile(folder.file("a.old"), 4);
+    const RunningEditor editor({folder.file("a.old")});
+    ASSERT_TRUE(waitUntil([&] { return editor.title() == programTitle + folder.file("a.old"); }));
+    editor.sendCommand(IDM_FILE_SAVE);
+    EXPECT_TRUE(probeModelFile(folder.file("a.mx3")));
+    EXPECT_EQ(editor.title(), programTitle + folder.file("a.old"));
+    EXPECT_EQ(folder.entryCount(), 2u);
+}
+
+TEST(Save, SaveAsWritesTheChosenFormAndNamesTheModelAfterIt)
+{
+    struct Case {
+        const char* name;
+        int filter;
+        bool isModel;
+        const char* title;
+        std::size_t recents;
+    };
+    const TemporaryFolder folder;
+    const RunningEditor editor;
+    std::size_t shown = 0;
+    for (const Case& current :
+         {Case{"x.123", 1, true, "x.mx3", 2}, Case{"y.mdl", 2, false, "y.mx3", 2},
+          Case{"z.mx3", 1, true, "z.mx3", 3}}) {
+        SCOPED_TRACE(current.name);
+        setChanged(editor);
+        editor.post(WM_COMMAND, IDM_FILE_SAVE_AS);
+        ASSERT_TRUE(editor.fillFileDialog(folder.file(current.name), current.filter));
+        ASSERT_TRUE(waitUntil([&] {
+            return editor.title() == programTitle + folder.file(current.title);
+        })) << editor.title();
+        EXPECT_EQ(probeModelFile(folder.file(current.name)), current.isModel);
+        EXPECT_EQ(text(folder.file(current.name)).find("POLYGON") != std::string::npos,
+                  !current.isModel);
+        EXPECT_EQ(folder.entryCount(), ++shown);
+        EXPECT_FALSE(isChanged(editor));
+        EXPECT_EQ(recentItems(editor).size(), current.recents);
+    }
+}
+
+TEST(Save, CancellingSavesNothingAndKeepsTheChangedFlag)
+{
+    const RunningEditor editor;
+    setChanged(editor);
+    editor.post(WM_COMMAND, IDM_FILE_SAVE_AS);
+    ASSERT_TRUE(editor.cancelFileDialog());
+    EXPECT_EQ(editor.title(), std::string(programTitle) + "Untitled");
+    EXPECT_TRUE(isChanged(editor));
+}
+
+TEST(Save, AFileThatCannotBeWrittenIsReportedAndTheModelStaysChanged)
+{
+    const TemporaryFolder folder;
+    writeCubeFile(folder.file("a.mx3"), 4);
+    const RunningEditor editor({folder.file("a.mx3")});
+    ASSERT_TRUE(waitUntil([&] { return editor.title() == programTitle + folder.file("a.mx3"); }));
+    std::filesystem::remove(folder.file("a.mx3"));
+    std::filesystem::create_directories(folder.file("a.mx3") + "/in the way");
+    setChanged(editor);
+    editor.post(WM_COMMAND, IDM_FILE_SAVE);
+    const ShownAlert shown = editor.waitForAlert();
+    EXPECT_EQ(shown.text, "Cannot create File.");
+    EXPECT_TRUE(editor.press(shown, IDOK));
+    EXPECT_TRUE(isChanged(editor));
+}
+
+TEST(Save, OpenAsksForTheFile)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.file("five.mx3");
+    writeCubeFile(path, 5);
+    const RunningEditor editor;
+    editor.post(WM_COMMAND, IDM_FILE_OPEN);
+    const HWND dialog = editor.waitForFileDialog();
+    ASSERT_TRUE(dialog);
+    EXPECT_FALSE(IsWindowEnabled(editor.ask([](Editor& e) { return e.toolBox.window; })));
+    savePicture(editor.pictureOf(dialog), "open");
+    ASSERT_TRUE(editor.fillFileDialog(path));
+    ASSERT_TRUE(waitUntil([&] { return editor.title() == programTitle + path; }));
+    EXPECT_EQ(editor.statusText(1), "Polygons = 5");
+    EXPECT_TRUE(IsWindowEnabled(editor.ask([](Editor& e) { return e.toolBox.window; })));
+    editor.post(WM_COMMAND, IDM_FILE_OPEN);
+    ASSERT_TRUE(editor.cancelFileDialog());
+    EXPECT_EQ(editor.title(), programTitle + path);
+}
+
+TEST(Save, RecentFilesAreOpenedFromTheMenu)
+{
+    const TemporaryFolder folder;
+    std::vector<std::string> paths;
+    const RunningEditor editor;
+    EXPECT_TRUE(recentItems(editor).empty());
+    for (std::uint32_t count = 1; count <= 5; ++count) {
+        paths.push_back(folder.file(std::to_string(count) + ".mx3"));
+        writeCubeFile(paths.back(), count);
+        editor.sendCommand(IDM_FILE_OPEN_PATH, reinterpret_cast<LPARAM>(paths.back().c_str()));
+    }
+    const std::vector<std::string> items{"&1 " + paths[4], "&2 " + paths[3], "&3 " + paths[2],
+                                         "&4 " + paths[1], ""};
+    EXPECT_EQ(recentItems(editor), items);
+    editor.sendCommand(IDM_RECENT_MODEL_3);
+    EXPECT_EQ(editor.title(), programTitle + paths[2]);
+    EXPECT_EQ(editor.statusText(1), "Polygons = 3");
+    EXPECT_EQ(recentItems(editor), items) << "a file in the list keeps its place";
+}
+
+TEST(Save, OpeningEmptiesTheUndoSlotAndUndoMarksTheModelChanged)
+{
+    const TemporaryFolder folder;
+    writeCubeFile(folder.file("a.mx3"), 4);
+    const RunningEditor editor;
+    const auto undoIsOffered = [&] {
+        return (GetMenuState(GetMenu(editor.window()), IDM_EDIT_UNDO, MF_BYCOMMAND) & MF_GRAYED) ==
+               0;
+    };
+    editor.call([](Editor& e) { EXPECT_EQ(undoRemember(e.undo, tag("ATTR"), {}), Message::none); });
+    editor.send(WM_USER);
+    EXPECT_TRUE(undoIsOffered());
+    editor.sendCommand(IDM_FILE_OPEN_PATH, reinterpret_cast<LPARAM>(folder.file("a.mx3").c_str()));
+    EXPECT_FALSE(undoIsOffered());
+    EXPECT_FALSE(isChanged(editor));
+    editor.sendCommand(IDM_EDIT_UNDO);
+    EXPECT_TRUE(isChanged(editor));
+}
+
+} // namespace
+
+} // namespace facetor
