@@ -1,12 +1,15 @@
 #include "app/commands_win.h"
 
 #include "app/editor_win.h"
+#include "app/help_win.h"
+#include "app/light_dialog.h"
 #include "app/main_tool_bar_win.h"
 #include "app/main_window.h"
 #include "app/menu_state.h"
 #include "app/model_commands_win.h"
 #include "app/model_view_window.h"
 #include "app/recent_menu_win.h"
+#include "app/screen_dialog.h"
 #include "app/view_commands_win.h"
 #include "resources/resource_ids.h"
 
@@ -67,6 +70,30 @@ CommandOutcome onOpenPath(Editor& editor, int, LPARAM argument)
     return openModelPath(editor, reinterpret_cast<const char*>(argument));
 }
 
+CommandOutcome onHelp(Editor& editor, int, LPARAM)
+{
+    showHelp(editor);
+    return CommandOutcome::done;
+}
+
+CommandOutcome onAbout(Editor& editor, int, LPARAM)
+{
+    showAbout(editor);
+    return CommandOutcome::done;
+}
+
+CommandOutcome onLight(Editor& editor, int, LPARAM)
+{
+    showLightDialog(editor);
+    return CommandOutcome::done;
+}
+
+CommandOutcome onScreen(Editor& editor, int, LPARAM)
+{
+    showScreenDialog(editor);
+    return CommandOutcome::done;
+}
+
 CommandOutcome onFixedView(Editor& editor, int number, LPARAM)
 {
     showFixedView(editor, static_cast<FixedView>(number - IDM_CAMERA_FORWARD));
@@ -115,6 +142,10 @@ constexpr Command mainCommands[] = {
     {IDM_EDIT_UNDO, IDM_EDIT_UNDO, onUndo, ChangedFlag::set},
     {IDM_FILE_SAVE, IDM_FILE_SAVE, onSave, ChangedFlag::clearOnSuccess},
     {IDM_FILE_SAVE_AS, IDM_FILE_SAVE_AS, onSaveAs, ChangedFlag::clearOnSuccess},
+    {IDM_HELP_CONTENTS, IDM_HELP_CONTENTS, onHelp, ChangedFlag::keep},
+    {IDM_HELP_ABOUT, IDM_HELP_ABOUT, onAbout, ChangedFlag::keep},
+    {IDM_OPTIONS_LIGHT, IDM_OPTIONS_LIGHT, onLight, ChangedFlag::set},
+    {IDM_OPTIONS_SCREEN, IDM_OPTIONS_SCREEN, onScreen, ChangedFlag::set},
     {IDM_CAMERA_FORWARD, IDM_CAMERA_BOTTOM, onFixedView, ChangedFlag::keep},
     {IDM_CAMERA_RECALL_1, IDM_CAMERA_RECALL_4, onRecallCamera, ChangedFlag::keep},
     {IDM_CAMERA_STORE_1, IDM_CAMERA_STORE_4, onStoreCamera, ChangedFlag::keep},

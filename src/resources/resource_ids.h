@@ -7,6 +7,21 @@
 #define IDB_TOOLBAR 101
 #define IDB_TOOLBOX 102
 
+// Controls of dialogs, which count for each dialog alone.
+#define IDC_LIGHT_FORE 1053
+#define IDC_LIGHT_BACK 1054
+#define IDC_LIGHT_COLOUR 1055
+#define IDC_LIGHT_PICKER 1056
+#define IDC_LIGHT_AMBIENT 1057
+#define IDC_SCREEN_PARALLEL 1057
+#define IDC_SCREEN_PERSPECTIVE 1058
+#define IDC_SCREEN_ANGLE 1059
+#define IDC_SCREEN_LABEL 1061
+#define IDC_ABOUT_DESCRIPTION 1090
+#define IDC_ABOUT_FILE_VERSION 1091
+#define IDC_ABOUT_PRODUCT_VERSION 1092
+#define IDC_ABOUT_COPYRIGHT 1093
+
 // Commands of the main window.
 #define IDM_FILE_OPEN 40001
 #define IDM_FILE_EXIT 40003

@@ -1,0 +1,220 @@
+#include "gui/running_editor.h"
+#include "resources/resource_ids.h"
+#include "ui/colour_button_win.h"
+#include "ui/window_data_win.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+namespace facetor {
+
+namespace {
+
+/// Starts a command and waits for its dialog.
+ShownAlert openDialog(const RunningEditor& editor, int command)
+{
+    editor.post(WM_COMMAND, static_cast<WPARAM>(command));
+    return editor.waitForAlert();
+}
+
+/// Presses a button of a dialog and waits until its command has come to its end.
+void close(const RunningEditor& editor, const ShownAlert& dialog, int button)
+{
+    EXPECT_TRUE(editor.press(dialog, button));
+    EXPECT_TRUE(waitUntil([&] { return IsWindowEnabled(editor.window()) != FALSE; }));
+    editor.call([](Editor&) {});
+}
+
+std::string itemText(const ShownAlert& dialog, int control)
+{
+    return windowText(GetDlgItem(dialog.window, control));
+}
+
+bool isChecked(const ShownAlert& dialog, int control)
+{
+    return IsDlgButtonChecked(dialog.window, control) == BST_CHECKED;
+}
+
+void moveSlider(const ShownAlert& dialog, int position)
+{
+    const HWND slider = GetDlgItem(dialog.window, IDC_SCREEN_ANGLE);
+    SendMessageA(slider, TBM_SETPOS, TRUE, position);
+    SendMessageA(dialog.window, WM_HSCROLL, TB_ENDTRACK, reinterpret_cast<LPARAM>(slider));
+}
+
+TEST(ScreenDialog, ShowsAndChangesProjectionAndViewAngle)
+{
+    const RunningEditor editor;
+    ShownAlert dialog = openDialog(editor, IDM_OPTIONS_SCREEN);
+    savePicture(editor.pictureOf(dialog.window), "screen-dialog");
+    EXPECT_TRUE(isChecked(dialog, IDC_SCREEN_PERSPECTIVE));
+    EXPECT_FALSE(isChecked(dialog, IDC_SCREEN_PARALLEL));
+    const HWND slider = GetDlgItem(dialog.window, IDC_SCREEN_ANGLE);
+    EXPECT_EQ(SendMessageA(slider, TBM_GETRANGEMIN, 0, 0), 3);
+    EXPECT_EQ(SendMessageA(slider, TBM_GETRANGEMAX, 0, 0), 12);
+    EXPECT_EQ(SendMessageA(slider, TBM_GETPAGESIZE, 0, 0), 3);
+    EXPECT_EQ(SendMessageA(slider, TBM_GETLINESIZE, 0, 0), 1);
+    EXPECT_EQ(SendMessageA(slider, TBM_GETPOS, 0, 0), 9);
+    EXPECT_TRUE(itemText(dialog, IDC_SCREEN_LABEL).ends_with(" = 90"));
+    moveSlider(dialog, 4);
+    EXPECT_TRUE(itemText(dialog, IDC_SCREEN_LABEL).ends_with(" = 40"));
+    CheckRadioButton(dialog.window, IDC_SCREEN_PARALLEL, IDC_SCREEN_PERSPECTIVE,
+                     IDC_SCREEN_PARALLEL);
+    close(editor, dialog, IDCANCEL);
+    editor.call([](Editor& e) {
+        EXPECT_EQ(e.view.viewAngle, 16383);
+        EXPECT_TRUE(e.view.perspective);
+        EXPECT_TRUE(e.document.modelChanged) << "also when it was cancelled";
+    });
+
+    const Picture before = editor.picture();
+    dialog = openDialog(editor, IDM_OPTIONS_SCREEN);
+    moveSlider(dialog, 4);
+    CheckRadioButton(dialog.window, IDC_SCREEN_PARALLEL, IDC_SCREEN_PERSPECTIVE,
+                     IDC_SCREEN_PARALLEL);
+    close(editor, dialog, IDOK);
+    editor.call([](Editor& e) {
+        EXPECT_EQ(e.view.viewAngle, 7281); // trunc(40 x 182.0444)
+        EXPECT_FALSE(e.view.perspective);
+    });
+    EXPECT_NE(editor.picture(), before);
+    dialog = openDialog(editor, IDM_OPTIONS_SCREEN);
+    EXPECT_TRUE(itemText(dialog, IDC_SCREEN_LABEL).ends_with(" = 40"));
+    EXPECT_TRUE(isChecked(dialog, IDC_SCREEN_PARALLEL));
+    close(editor, dialog, IDCANCEL);
+    editor.call([](Editor& e) { e.document.modelChanged = false; });
+}
+
+/// A point of the light dialog's picker, as shares of its frame, in the dialog's client pixels.
+POINT inPicker(const ShownAlert& dialog, double x, double y)
+{
+    RECT frame{};
+    const HWND picker = GetDlgItem(dialog.window, IDC_LIGHT_PICKER);
+    GetClientRect(picker, &frame);
+    MapWindowPoints(picker, dialog.window, reinterpret_cast<POINT*>(&frame), 2);
+    return {frame.left + static_cast<LONG>(x * (frame.right - frame.left)),
+            frame.top + static_cast<LONG>(y * (frame.bottom - frame.top))};
+}
+
+void pressAt(const ShownAlert& dialog, POINT point)
+{
+    SendMessageA(dialog.window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(point.x, point.y));
+    SendMessageA(dialog.window, WM_LBUTTONUP, 0, MAKELPARAM(point.x, point.y));
+}
+
+Vector3 lightOf(const RunningEditor& editor)
+{
+    return editor.ask([](Editor& e) { return e.view.lightDirection; });
+}
+
+TEST(LightDialog, APointOfTheGlobeIsADirection)
+{
+    const RunningEditor editor;
+    ShownAlert dialog = openDialog(editor, IDM_OPTIONS_LIGHT);
+    savePicture(editor.pictureOf(dialog.window), "light-dialog");
+    EXPECT_TRUE(isChecked(dialog, IDC_LIGHT_FORE));
+    pressAt(dialog, inPicker(dialog, 0.5, 0.5));
+    pressAt(dialog, inPicker(dialog, 0.02, 0.02)); // outside the globe
+    close(editor, dialog, IDOK);
+    Vector3 light = lightOf(editor);
+    EXPECT_NEAR(light.x, 0, 0.03);
+    EXPECT_NEAR(light.y, 0, 0.03);
+    EXPECT_NEAR(light.z, 1, 0.01);
+
+    dialog = openDialog(editor, IDM_OPTIONS_LIGHT);
+    pressAt(dialog, inPicker(dialog, 0.9, 0.5));
+    CheckRadioButton(dialog.window, IDC_LIGHT_FORE, IDC_LIGHT_BACK, IDC_LIGHT_BACK);
+    close(editor, dialog, IDOK);
+    light = lightOf(editor);
+    EXPECT_LT(light.x, -0.8f) << "what is picked on the right comes from the right";
+    EXPECT_LT(light.z, 0) << "from behind";
+
+    dialog = openDialog(editor, IDM_OPTIONS_LIGHT);
+    EXPECT_TRUE(isChecked(dialog, IDC_LIGHT_BACK));
+    const POINT marker = inPicker(dialog, 0.9, 0.5);
+    editor.call([&](Editor& e) {
+        EXPECT_EQ(e.light.point.x, marker.x);
+        EXPECT_EQ(e.light.point.y, marker.y);
+    });
+    pressAt(dialog, inPicker(dialog, 0.3, 0.3));
+    close(editor, dialog, IDCANCEL);
+    EXPECT_EQ(lightOf(editor).x, light.x);
+    editor.call([&](Editor& e) {
+        EXPECT_EQ(e.light.point.x, marker.x);
+        EXPECT_TRUE(e.document.modelChanged);
+        e.document.modelChanged = false;
+    });
+}
+
+/// Answers the system's colour dialog over the light dialog: types the three numbers and OK.
+void chooseColour(const RunningEditor& editor, const ShownAlert& dialog, int button, int red,
+                  int green, int blue)
+{
+    PostMessageA(dialog.window, WM_COMMAND, static_cast<WPARAM>(button), 0);
+    constexpr int redField = 706, greenField = 707, blueField = 708; // of every colour dialog
+    HWND colours = nullptr;
+    ASSERT_TRUE(waitUntil([&] {
+        colours = editor.findWindow("#32770");
+        return colours && colours != dialog.window && GetDlgItem(colours, redField);
+    }));
+    SetDlgItemInt(colours, redField, static_cast<UINT>(red), FALSE);
+    SetDlgItemInt(colours, greenField, static_cast<UINT>(green), FALSE);
+    SetDlgItemInt(colours, blueField, static_cast<UINT>(blue), FALSE);
+    PostMessageA(colours, WM_COMMAND, IDOK, 0);
+    ASSERT_TRUE(waitUntil([&] { return !IsWindow(colours); }));
+}
+
+TEST(LightDialog, ColoursAreChosenInTheSystemsDialogAndTakenWithOk)
+{
+    const RunningEditor editor;
+    ShownAlert dialog = openDialog(editor, IDM_OPTIONS_LIGHT);
+    chooseColour(editor, dialog, IDC_LIGHT_COLOUR, 255, 128, 64);
+    chooseColour(editor, dialog, IDC_LIGHT_AMBIENT, 8, 16, 0);
+    savePicture(editor.pictureOf(dialog.window), "light-dialog-colours");
+    EXPECT_EQ(editor.ask([](Editor& e) { return e.view.lightColour; }), 0xFFFF);
+    close(editor, dialog, IDOK);
+    editor.call([](Editor& e) {
+        EXPECT_EQ(e.view.lightColour, fromPickedColour(RGB(255, 128, 64)));
+        EXPECT_EQ(e.view.ambientColour, fromPickedColour(RGB(8, 16, 0)));
+        e.document.modelChanged = false;
+    });
+}
+
+TEST(LightDialog, TheSystemsColoursAreCutToFifteenBitsAndBlueToSix)
+{
+    EXPECT_EQ(fromPickedColour(RGB(0, 0, 0)), 0);
+    EXPECT_EQ(fromPickedColour(RGB(255, 0, 0)), 0x7C00);
+    EXPECT_EQ(fromPickedColour(RGB(0, 255, 0)), 0x03E0);
+    EXPECT_EQ(fromPickedColour(RGB(0, 0, 255)), 0x003E);
+    EXPECT_EQ(fromPickedColour(RGB(7, 7, 3)), 0x0000);
+    EXPECT_EQ(fromPickedColour(RGB(0, 0, 64)), 16);
+}
+
+TEST(About, ShowsTheVersionResource)
+{
+    const RunningEditor editor;
+    const ShownAlert dialog = openDialog(editor, IDM_HELP_ABOUT);
+    savePicture(editor.pictureOf(dialog.window), "about");
+    EXPECT_EQ(itemText(dialog, IDC_ABOUT_DESCRIPTION),
+              "Facetor, editor for polygon models and texture lists");
+    EXPECT_EQ(itemText(dialog, IDC_ABOUT_FILE_VERSION), FACETOR_VERSION);
+    EXPECT_EQ(itemText(dialog, IDC_ABOUT_PRODUCT_VERSION), FACETOR_VERSION);
+    EXPECT_TRUE(itemText(dialog, IDC_ABOUT_COPYRIGHT).starts_with("Copyright (c) "));
+    close(editor, dialog, IDOK);
+    EXPECT_FALSE(editor.ask([](Editor& e) { return e.document.modelChanged; }));
+}
+
+TEST(Help, SaysSoWhenThereIsNone)
+{
+    const RunningEditor editor; // the tests' folder holds no help
+    const ShownAlert shown = openDialog(editor, IDM_HELP_CONTENTS);
+    EXPECT_EQ(shown.text, "Cannot find Help on this computer.");
+    EXPECT_TRUE(editor.press(shown, IDOK));
+}
+
+} // namespace
+
+} // namespace facetor
