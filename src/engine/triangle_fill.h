@@ -16,7 +16,7 @@ namespace facetor {
 //
 //   static constexpr std::size_t coordinates;   2 or 4
 //   std::array<float, coordinates> limit;       each coordinate is clamped to 0 .. limit - 1
-//   bool pixel<mode>(std::array<std::int32_t, coordinates> at, Rgb555& d) const;
+//   void pixel<mode>(std::array<std::int32_t, coordinates> at, Rgb555& d) const;
 //                                               writes the surface pixel, or leaves it
 //
 // Source::pixel is inlined; mode and mesh are fixed at compile time.
