@@ -1,6 +1,7 @@
 #include "engine/rasteriser.h"
 
 #include "engine/reference_fill.h"
+#include "engine/triangle_fill.h"
 
 #include <gtest/gtest.h>
 
@@ -88,6 +89,19 @@ Light randomLight(std::minstd_rand& random)
 }
 
 } // namespace
+
+/// Counts the pixels whose coordinates lie outside the limits that the filler keeps to.
+struct CountingSource {
+    static constexpr std::size_t coordinates = 2;
+    std::array<float, 2> limit;
+    int* beyond;
+
+    template <PixelMode mode> void pixel(const std::array<std::int32_t, 2>& at, Rgb555&) const
+    {
+        for (std::size_t c = 0; c < 2; ++c)
+            if (at[c] < 0 || static_cast<float>(at[c]) >= limit[c]) ++*beyond;
+    }
+};
 
 /// Every filler on thousands of random polygons, in every mode, against the plain version.
 class FillersAgree : public testing::TestWithParam<const char*> {};
@@ -207,6 +221,44 @@ TEST(Rasteriser, FlipsShowTheTexelsOfTheirCorners)
         EXPECT_EQ(engine->surface.at(58, 2), texel(15 - u, v)) << flip;
         EXPECT_EQ(engine->surface.at(58, 44), texel(15 - u, 7 - v)) << flip;
         EXPECT_EQ(engine->surface.at(2, 44), texel(u, 7 - v)) << flip;
+    }
+}
+
+TEST(Rasteriser, LargeTexturesSqueezedIntoAFewPixelsAreNeverReadBeyondTheirEnd)
+{
+    // Triangles whose spans begin thousands of texels outside, where a coordinate is rounded most.
+    struct Case {
+        std::array<float, 2> size;
+        std::array<TriangleCorner<2>, 3> corner;
+    };
+    constexpr float b = coordinateBias;
+    const Case cases[] = {
+        {{16383, 257},
+         {{{{602, 282}, {1 - b, 128 + b}},
+           {{607, 274}, {8192 - b, 193 - b}},
+           {{606, 279}, {16383 - b, 193 - b}}}}},
+        {{16383, 16384},
+         {{{{490, 107}, {16383 - b, 16384 - b}},
+           {{483, 108}, {4095 + b, 1 - b}},
+           {{491, 105}, {4095 + b, 1 - b}}}}},
+        {{1000, 8192},
+         {{{{285, 396}, {750 - b, 1 - b}},
+           {{287, 375}, {750 - b, 2048 + b}},
+           {{289, 378}, {500 + b, 8192 - b}}}}},
+        {{16384, 1},
+         {{{{550, 242}, {1 - b, 1 - b}},
+           {{552, 251}, {4096 + b, b}},
+           {{555, 246}, {16384 - b, 1 - b}}}}},
+    };
+    const auto engine = makeEngine();
+    setSurfaceSize(engine->surface, 640, 489);
+    for (const Case& c : cases) {
+        int beyond = 0;
+        const CountingSource source{c.size, &beyond};
+        const SpanEnds ends = spanEndsOf(*engine);
+        fillTriangle<PixelMode::replace, false>(engine->surface, ends, c.corner, source);
+        fillTriangle<PixelMode::replace, true>(engine->surface, ends, c.corner, source);
+        EXPECT_EQ(beyond, 0) << c.size[0] << " x " << c.size[1];
     }
 }
 
