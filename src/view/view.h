@@ -41,7 +41,7 @@ struct View {
     Rgb555 lightColour = 0xFFFF;
     Rgb555 ambientColour = 0x8000;
     Rgb555 backgroundColour = rgb555(0, 0, 16);
-    DragDrawMode dragDrawMode = DragDrawMode::full;
+    DragDrawMode dragDrawMode = DragDrawMode::wire;
     bool dragging = false;
     bool frameNeedsDrawing = true;
 };
