@@ -21,9 +21,11 @@ CLI::Option* addValue(CLI::App& command, const std::string& name, Value& value, 
     return command
         .add_option_function<std::string>(
             name,
-            [&value, parse, name, form](const std::string& text) {
+            [&value, parse, name, form, help](const std::string& text) {
                 const auto parsed = parse(text);
-                if (!parsed) throw CLI::ValidationError(name, "\"" + text + "\" is no " + form);
+                if (!parsed)
+                    throw CLI::ValidationError(name, "\"" + text + "\" is no " + form + " (" +
+                                                         help + ")");
                 value = *parsed;
             },
             help)
@@ -109,7 +111,7 @@ void addRender(CLI::App& app, Progress& progress, Action& action)
     command->add_option("--textures", options->textures,
                         "The texture list (.mxt) that the polygons refer to");
     addValue(*command, "--size", options->size, parseSize, "WxH",
-             "Client area, at most 640x489; default 640x480");
+             "Client area, 4x1 to 640x489; default 640x480");
     CLI::Option* noFit = command->add_flag_callback(
         "--no-fit", [options] { options->fit = false; },
         "Do not fit the model to the window: model centre 0, view scale 1");
@@ -174,6 +176,12 @@ int run(int argumentCount, const char* const* arguments)
         app.parse(argumentCount, arguments);
     } catch (const CLI::Success& answer) { // help or the version
         return app.exit(answer);
+    } catch (const CLI::RequiredError& error) {
+        const std::vector<std::string> words = app.remaining();
+        if (!app.get_subcommands().empty() || words.empty())
+            return reportWrongCommandLine(error.what());
+        return reportWrongCommandLine("\"" + words.front() +
+                                      "\" is no command; see facetor-cli --help");
     } catch (const CLI::ParseError& error) {
         return reportWrongCommandLine(error.what());
     }

@@ -94,10 +94,13 @@ int runRender(const RenderOptions& options, Progress progress)
 
     View view;
     placeView(view, engine, model, options);
-    if (options.repeat > 0)
+    if (options.repeat > 0) {
         drawRepeatedly(view, engine, model, options);
-    else
+        // Before the picture is written: a failed command writes none.
+        if (const int status = finishOutput(exitDone); status != exitDone) return status;
+    } else {
         paintFrame(view, engine, model, options.size);
+    }
 
     const Bytes png = encodePng(engine.surface);
     if (png.empty()) return reportFailure(options.output, Message::outOfMemory);

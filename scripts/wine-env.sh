@@ -3,7 +3,8 @@
 #
 #   wine_env_find            sets WINE_LOADER to the installed wine; fails when there is none
 #   wine_env_prefix [DIR]    makes the prefix once (DIR, else build/wine-prefix) and exports what
-#                            its programs need; later calls only check that it is complete
+#                            its programs need; later calls only check that it is complete, and
+#                            set up anew one of another Wine or of an older wine_env_settings
 #   wine_env_display         starts Xvfb on a free display number, or keeps the DISPLAY that is
 #                            set when called with "keep"
 #   wine_env_run SECONDS PROOF PROGRAM [ARGUMENT...]
@@ -16,6 +17,8 @@
 
 wine_env_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 wine_env_xvfb=
+# What wine_env_prefix sets up; goes up by one with each change of it.
+wine_env_settings=2
 
 wine_env_find() {
     local candidate
@@ -44,7 +47,9 @@ wine_env_prefix() {
     export WINEPREFIX=${1:-$wine_env_root/build/wine-prefix}
     export WINEDLLOVERRIDES="mscoree,mshtml=" WINEDEBUG=-all
     export LC_ALL=C.UTF-8 # with C, names outside ASCII cannot be opened
-    [ -e "$WINEPREFIX/facetor-ready" ] && return 0
+    local ready
+    ready="settings $wine_env_settings, $("$WINE_LOADER" --version 2>/dev/null)"
+    [ "$(cat "$WINEPREFIX/facetor-ready" 2>/dev/null)" = "$ready" ] && return 0
     echo "Making the Wine prefix $WINEPREFIX (once, about 15 s)" >&2
     mkdir -p "$WINEPREFIX/drive_c/windows/Fonts"
     # Debian's wine64 does not look where fonts-wine puts the fonts; without them the caption
@@ -63,7 +68,7 @@ wine_env_prefix() {
         'HKCU\Software\Wine\AppDefaults\facetor_gui_tests.exe\X11 Driver' /v Managed /d N /f \
         >/dev/null 2>&1 || return 1
     "$WINE_SERVER" -w
-    touch "$WINEPREFIX/facetor-ready"
+    echo "$ready" >"$WINEPREFIX/facetor-ready"
 }
 
 wine_env_display() {

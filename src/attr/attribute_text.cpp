@@ -3,6 +3,7 @@
 #include "base/colour.h"
 
 #include <charconv>
+#include <cstring>
 #include <string_view>
 
 namespace facetor {
@@ -21,24 +22,6 @@ void appendNumber(TextWriter& text, std::uint32_t value)
     constexpr std::size_t longest = 10; // digits of 32 bits
     char* const room = text.room(longest);
     text.advance(static_cast<std::size_t>(std::to_chars(room, room + longest, value).ptr - room));
-}
-
-/// A colour component, right-aligned in two columns.
-void appendComponent(TextWriter& text, int component)
-{
-    text.append(component < 10 ? ' ' : static_cast<char>('0' + component / 10));
-    text.append(static_cast<char>('0' + component % 10));
-}
-
-void appendColour(TextWriter& text, Rgb555 colour)
-{
-    text.append("C_RGB(");
-    appendComponent(text, redOf(colour));
-    text.append(',');
-    appendComponent(text, greenOf(colour));
-    text.append(',');
-    appendComponent(text, blueOf(colour));
-    text.append(')');
 }
 
 void appendGouraud(TextWriter& text, const PolygonAttribute& attribute, std::uint32_t& lightIndex,
@@ -80,6 +63,21 @@ std::string_view optionText(std::uint32_t flags)
 }
 
 } // namespace
+
+void appendColour(TextWriter& text, Rgb555 colour)
+{
+    constexpr std::string_view form = "C_RGB(  ,  ,  )";
+    char* const to = text.room(form.size());
+    std::memcpy(to, form.data(), form.size());
+    const auto put = [to](std::size_t column, int component) {
+        if (component >= 10) to[column] = static_cast<char>('0' + component / 10);
+        to[column + 1] = static_cast<char>('0' + component % 10);
+    };
+    put(6, redOf(colour));
+    put(9, greenOf(colour));
+    put(12, blueOf(colour));
+    text.advance(form.size());
+}
 
 void appendAttribute(TextWriter& text, const PolygonAttribute& attribute, std::uint32_t& lightIndex,
                      std::uint32_t& tableIndex)

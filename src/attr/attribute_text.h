@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/colour.h"
 #include "base/text_writer.h"
 #include "model/polygon_attribute.h"
 
@@ -7,6 +8,9 @@
 #include <string>
 
 namespace facetor {
+
+/// "C_RGB(%2d,%2d,%2d)" with red, green and blue.
+void appendColour(TextWriter& text, Rgb555 colour);
 
 /// The eight arguments of an attribute's C source entry, separated by ", ": plane, sort, texture,
 /// colour, Gouraud, mode, direction, option. A Gouraud polygon takes the next index of its sort,

@@ -84,15 +84,21 @@ bool replace(const std::string& from, const std::string& to)
     return !error;
 }
 
-/// The file that a symbolic link leads to, so that saving through a link keeps the link.
+/// The file that a symbolic link leads to, so that saving through a link keeps the link. It need
+/// not be there yet.
 std::string resolvedTarget(const std::string& path)
 {
+    constexpr int mostLinks = 40; // as the system follows; more run in a circle
     const auto native = toPath(path);
     if (!native) return path;
+    std::filesystem::path target = *native;
     std::error_code error;
-    if (!std::filesystem::is_symlink(*native, error)) return path;
-    const auto resolved = std::filesystem::weakly_canonical(*native, error);
-    return error ? path : toBytes(resolved);
+    for (int link = 0; link < mostLinks && std::filesystem::is_symlink(target, error); ++link) {
+        const auto next = std::filesystem::read_symlink(target, error);
+        if (error) return path;
+        target = target.parent_path() / next; // all of it is `next` where that is absolute
+    }
+    return toBytes(target);
 }
 
 } // namespace

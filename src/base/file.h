@@ -23,7 +23,8 @@ std::optional<Bytes> readFileStart(const std::string& path, std::size_t count);
 
 /// Puts a file in its place, complete or not at all: writes beside the target under a name of its
 /// own, then renames it over the target. cannotCreateFile when any step fails; what stood there
-/// before then still stands, and nothing is left beside it.
+/// before then still stands, and nothing is left beside it. Through a symbolic link the file that
+/// it leads to is written. A device or a pipe is not replaced but written to.
 Message writeFile(const std::string& path, std::span<const std::byte> bytes);
 
 } // namespace facetor

@@ -97,6 +97,7 @@ inline constexpr float backFaceEpsilon = 0.001f;
 /// Creates the frame surface (640 x 489), the frame's buffers and the matrix stack, and gives the
 /// settings their start values. outOfMemory, with nothing held, when an allocation fails.
 Message startEngine(Engine& engine);
+/// Frees everything; the engine is then as before its first start.
 void stopEngine(Engine& engine);
 
 /// Sets the focal length: 640 / (2 tangent(angle / 2)), the half angle by an arithmetic shift.
@@ -110,8 +111,8 @@ void resetFrame(Engine& engine);
 
 /// Puts the polygons of one mesh into the frame, seen through the current matrix: transforms its
 /// vertices, drops polygons that face away, lie too near or far, or have all corners outside the
-/// clip window, and lists the others. What would not fit into the frame's buffers is dropped; that
-/// needs a model whose objects show one mesh more than once.
+/// clip window, and lists the others. A mesh whose vertices, and polygons that, would not fit into
+/// the frame's buffers are left out; that needs a model whose objects show one mesh more than once.
 void putMesh(Engine& engine, const Model& model, std::uint32_t meshIndex);
 
 /// Puts object `first`, its siblings and all their children into the frame. Needs a model that

@@ -47,6 +47,7 @@ void fillFlat(Engine& engine, const ScreenQuad& quad, Rgb555 colour, int level, 
     FrameSurface& surface = engine.surface;
     const SpanEnds ends = spanEndsOf(engine);
     const RowRange rows = findQuadSpans(ends, toSurfaceRows(quad, surface.height), surface.height);
+    if (rows.first > rows.last) return;
     dispatchPixelMode(
         flatPixelMode(flags), (flags & meshMode) != 0,
         [&]<PixelMode mode, bool mesh>() { fillRows<mode, mesh>(surface, ends, rows, colour); });

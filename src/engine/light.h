@@ -8,7 +8,7 @@
 
 namespace facetor {
 
-/// Light levels run from -16 (light) ... 16; a level is added to each 5-bit component.
+/// Light levels run from -16, the darkest, to 16; a level is added to each 5-bit component.
 inline constexpr int maxLightLevel = 16;
 
 /// What the colour-with-light rule adds to a component before it looks the result up: 40 for the
@@ -24,7 +24,9 @@ struct Light {
     std::array<std::int16_t, 3> minimum{}; ///< red, green, blue: the ambient colour's component
 };
 
+/// Sets the offsets to 31 - the colour's components: white leaves every colour as it is.
 void setLightColour(Light& light, Rgb555 colour);
+/// Sets the minima to the colour's components.
 void setAmbientColour(Light& light, Rgb555 colour);
 
 enum class Facing { front, back };
@@ -38,8 +40,9 @@ int lightLevel(const Light& light, const Vector3& normal, Facing facing);
 /// `channel` is 0 red, 1 green, 2 blue.
 int colouredComponent(const Light& light, std::size_t channel, int component);
 
-/// The colour-with-light rule: each component through colouredComponent(), then plus `level`,
-/// clamped to 0-31. `index` is colourLightIndex or texelLightIndex. Bit 15 of the result is clear.
+/// The colour-with-light rule: each component through colouredComponent(), then plus `level` and
+/// `index` - 40, clamped to 0-31. `index` is colourLightIndex or texelLightIndex. Bit 15 of the
+/// result is clear.
 Rgb555 litColour(const Light& light, Rgb555 colour, int level, int index);
 
 /// The colour-with-light rule for texels at one level, as a look-up for each component.

@@ -1,15 +1,12 @@
 #include "engine/rasteriser.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 
 namespace facetor {
 
 namespace {
-
-/// A line that leaves the surface is followed no further than this beyond it. Corners can lie
-/// millions of pixels away; stepping there would take seconds for nothing.
-constexpr std::int32_t farBeyond = 8192;
 
 void drawHorizontal(FrameSurface& surface, std::int32_t x0, std::int32_t x1, std::int32_t y,
                     Rgb555 colour)
@@ -32,22 +29,38 @@ void drawVertical(FrameSurface& surface, std::int32_t x, std::int32_t y0, std::i
     for (std::int32_t y = top; y <= bottom; ++y) plot(surface, {x, y}, colour);
 }
 
-/// Moves `from` along the line to within farBeyond of the origin, keeping its slope. False when the
-/// line does not come that near.
-bool pullNear(ScreenPoint& from, const ScreenPoint& to)
+/// A line in one of the two directions of the screen.
+struct Axis {
+    std::int32_t start, step, length; ///< step is 1 or -1
+};
+
+/// Bresenham with a doubled error term, stepping along the longer axis; where the line lies
+/// half-way between two pixels it has already moved across. Calls `plot(along, across)` for the
+/// steps whose position along lies in 0 to size - 1. The steps before the first of these are not
+/// walked, as a corner can lie millions of pixels away, but computed: the pixels are those of the
+/// whole line.
+template <typename Plot>
+void drawSloped(const Axis& along, const Axis& across, std::int32_t size, Plot plot)
 {
-    const auto pull = [](std::int32_t& along, std::int32_t& across, std::int32_t alongTo,
-                         std::int32_t acrossTo) {
-        if (std::abs(along) <= farBeyond) return true;
-        const std::int32_t edge = along < 0 ? -farBeyond : farBeyond;
-        if (along < 0 ? alongTo < edge : alongTo > edge) return false;
-        across += static_cast<std::int32_t>((std::int64_t{acrossTo} - across) *
-                                            (std::int64_t{edge} - along) /
-                                            (std::int64_t{alongTo} - along));
-        along = edge;
-        return true;
-    };
-    return pull(from.x, from.y, to.x, to.y) && pull(from.y, from.x, to.y, to.x);
+    const bool forward = along.step > 0;
+    const std::int32_t first = std::max(0, forward ? -along.start : along.start - (size - 1));
+    const std::int32_t last =
+        std::min(along.length, forward ? size - 1 - along.start : along.start);
+    if (first > last) return;
+    const std::int64_t rise = 2 * std::int64_t{across.length};
+    const std::int64_t run = 2 * std::int64_t{along.length};
+    const std::int64_t moved = (rise * first + along.length) / run;
+    auto error = static_cast<std::int32_t>(rise * (first + 1) - along.length - run * moved);
+    std::int32_t a = along.start + along.step * first;
+    std::int32_t b = across.start + across.step * static_cast<std::int32_t>(moved);
+    for (std::int32_t i = first; i <= last; ++i, a += along.step) {
+        plot(a, b);
+        if (error >= 0) {
+            b += across.step;
+            error -= 2 * along.length;
+        }
+        error += 2 * across.length;
+    }
 }
 
 } // namespace
@@ -64,33 +77,16 @@ void drawLine(FrameSurface& surface, ScreenPoint from, ScreenPoint to, Rgb555 co
 {
     if (from.y == to.y) return drawHorizontal(surface, from.x, to.x, from.y, colour);
     if (from.x == to.x) return drawVertical(surface, from.x, from.y, to.y, colour);
-    if (!pullNear(from, to) || !pullNear(to, from)) return;
-
-    // Bresenham with a doubled error term, stepping along the longer axis.
-    const std::int32_t dx = std::abs(to.x - from.x), dy = std::abs(to.y - from.y);
-    const std::int32_t stepX = to.x < from.x ? -1 : 1, stepY = to.y < from.y ? -1 : 1;
-    ScreenPoint at = from;
-    if (dx >= dy) {
-        std::int32_t error = 2 * dy - dx;
-        for (std::int32_t i = 0; i <= dx; ++i, at.x += stepX) {
-            plot(surface, at, colour);
-            if (error >= 0) {
-                at.y += stepY;
-                error -= 2 * dx;
-            }
-            error += 2 * dy;
-        }
-    } else {
-        std::int32_t error = 2 * dx - dy;
-        for (std::int32_t i = 0; i <= dy; ++i, at.y += stepY) {
-            plot(surface, at, colour);
-            if (error >= 0) {
-                at.x += stepX;
-                error -= 2 * dy;
-            }
-            error += 2 * dx;
-        }
-    }
+    const Axis x{from.x, to.x < from.x ? -1 : 1, std::abs(to.x - from.x)};
+    const Axis y{from.y, to.y < from.y ? -1 : 1, std::abs(to.y - from.y)};
+    if (x.length >= y.length)
+        drawSloped(x, y, surface.width, [&](std::int32_t along, std::int32_t across) {
+            plot(surface, {along, across}, colour);
+        });
+    else
+        drawSloped(y, x, surface.height, [&](std::int32_t along, std::int32_t across) {
+            plot(surface, {across, along}, colour);
+        });
 }
 
 void drawOutline(FrameSurface& surface, const ScreenQuad& quad, Rgb555 colour)

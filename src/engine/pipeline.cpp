@@ -106,9 +106,7 @@ ScreenPoint projectPoint(const EngineSettings& settings, const Vector3& point)
 void putMesh(Engine& engine, const Model& model, std::uint32_t meshIndex)
 {
     const Mesh& mesh = model.meshes[meshIndex];
-    if (mesh.vertexCount > vertexCapacity - engine.vertexCount ||
-        mesh.polygonCount > polygonCapacity - engine.polygonCount)
-        return;
+    if (mesh.vertexCount > vertexCapacity - engine.vertexCount) return;
     transformVertices(engine, model, mesh);
 
     const EngineSettings& settings = engine.settings;
@@ -137,6 +135,7 @@ void putMesh(Engine& engine, const Model& model, std::uint32_t meshIndex)
         if (isOutside(settings.window, point[0]) && isOutside(settings.window, point[1]) &&
             isOutside(settings.window, point[2]) && isOutside(settings.window, point[3]))
             continue;
+        if (engine.entryCount == polygonCapacity) break;
 
         PolygonEntry& entry = engine.entries[engine.entryCount];
         entry.depth = depth;

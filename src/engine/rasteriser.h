@@ -13,9 +13,9 @@ namespace facetor {
 /// What happens to a pixel: the blend modes of the console, and lit texels.
 enum class PixelMode : std::uint8_t { replace, shadow, half, translucent, lit };
 
-/// From the attribute's flags: shadow wins over half, half over translucent. PixelMode::lit is for
-/// textured fills of polygons with useLight and none of the blend modes.
+/// The blend mode in an attribute's flags: shadow wins over half, half over translucent.
 PixelMode flatPixelMode(std::uint32_t flags);
+/// The same for textured fills: lit with useLight and none of the blend modes.
 PixelMode texturePixelMode(std::uint32_t flags);
 
 /// Texture flip of an attribute: 0 none, 1 horizontal, 2 vertical, 3 both.
@@ -41,6 +41,9 @@ void fillTexturedGouraud(Engine& engine, const ScreenQuad& quad, const TextureSl
 
 /// The edges 0-1, 0-3, 2-1 and 2-3 as lines of one pixel's width.
 void drawOutline(FrameSurface& surface, const ScreenQuad& quad, Rgb555 colour);
+/// A line with both of its ends, one pixel for each step of the longer axis. A pixel half-way
+/// between two is the one further on, so the pixels depend on the line's direction. The ends may
+/// lie off the surface, apart by at most 2^29 pixels on each axis.
 void drawLine(FrameSurface& surface, ScreenPoint from, ScreenPoint to, Rgb555 colour);
 /// Sets one pixel; outside the surface it does nothing.
 void plot(FrameSurface& surface, ScreenPoint at, Rgb555 colour);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 
@@ -16,7 +17,7 @@ namespace facetor {
 //
 //   static constexpr std::size_t coordinates;   2 or 4
 //   std::array<float, coordinates> limit;       each coordinate is clamped to 0 .. limit - 1
-//   bool pixel<mode>(std::array<std::int32_t, coordinates> at, Rgb555& d) const;
+//   void pixel<mode>(std::array<std::int32_t, coordinates> at, Rgb555& d) const;
 //                                               writes the surface pixel, or leaves it
 //
 // Source::pixel is inlined; mode and mesh are fixed at compile time.
@@ -84,15 +85,23 @@ void putInsidePixels(Rgb555* start, const SpanCoordinates<Source::coordinates>& 
 }
 
 /// A span some of whose coordinates may lie outside the limits. They are monotone along the span,
-/// so between its first and last pixel inside none needs clamping.
+/// so between its first and last pixel inside none needs clamping. Inside by more than what the
+/// steps' truncation and the rounding of at() can add up to: a coordinate begins anew at the first
+/// pixel inside, and may have been rounded where it lay far outside.
 template <PixelMode mode, std::int32_t columnStep, typename Source>
 void fillEdgeSpan(Rgb555* start, const SpanCoordinates<Source::coordinates>& span,
                   const Source& source, bool fixedFits)
 {
-    const float slack = static_cast<float>(span.count) / (1 << coordinateBits);
+    const auto count = static_cast<float>(span.count);
+    std::array<float, Source::coordinates> slack;
+    for (std::size_t c = 0; c < slack.size(); ++c)
+        slack[c] =
+            count * (1.0f / (1 << coordinateBits)) +
+            (std::fabs(span.first[c]) + std::fabs(span.step[c]) * count) * (1.0f / (1 << 21));
     const auto isInside = [&](std::int32_t i) {
-        for (std::size_t c = 0; c < Source::coordinates; ++c)
-            if (!(span.at(c, i) >= slack && span.at(c, i) < source.limit[c] - slack)) return false;
+        for (std::size_t c = 0; c < slack.size(); ++c)
+            if (!(span.at(c, i) >= slack[c] && span.at(c, i) < source.limit[c] - slack[c]))
+                return false;
         return true;
     };
     std::int32_t i = 0;

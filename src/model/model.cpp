@@ -6,25 +6,21 @@ namespace facetor {
 
 namespace {
 
-constexpr std::array<Vertex, 8> cubeVertices{
-    {{-50, -50, -50},
-     {50, -50, -50},
-     {50, 50, -50},
-     {-50, 50, -50},
-     {-50, -50, 50},
-     {50, -50, 50},
-     {50, 50, 50},
-     {-50, 50, 50}}
-};
+constexpr std::array<Vertex, 8> cubeVertices{{{-50, -50, -50},
+                                              {50, -50, -50},
+                                              {50, 50, -50},
+                                              {-50, 50, -50},
+                                              {-50, -50, 50},
+                                              {50, -50, 50},
+                                              {50, 50, 50},
+                                              {-50, 50, 50}}};
 
-constexpr std::array<Polygon, 6> cubePolygons{
-    {{{0, 0, -1}, {0, 1, 2, 3}},
-     {{1, 0, 0}, {1, 5, 6, 2}},
-     {{0, 0, 1}, {5, 4, 7, 6}},
-     {{-1, 0, 0}, {4, 0, 3, 7}},
-     {{0, -1, 0}, {0, 4, 5, 1}},
-     {{0, 1, 0}, {2, 6, 7, 3}}}
-};
+constexpr std::array<Polygon, 6> cubePolygons{{{{0, 0, -1}, {0, 1, 2, 3}},
+                                               {{1, 0, 0}, {1, 5, 6, 2}},
+                                               {{0, 0, 1}, {5, 4, 7, 6}},
+                                               {{-1, 0, 0}, {4, 0, 3, 7}},
+                                               {{0, -1, 0}, {0, 4, 5, 1}},
+                                               {{0, 1, 0}, {2, 6, 7, 3}}}};
 
 /// White, red, green, blue, yellow, cyan.
 constexpr std::array<Rgb555, 6> cubeColours{0xFFFF, 0xFC00, 0x83E0, 0x801F, 0xFFE0, 0x83FF};
@@ -44,12 +40,8 @@ void fillWithCube(Model& model)
     }
     for (std::uint32_t i = 0; i < polygonCapacity; ++i) model.attributes[i].gouraud = i;
     model.meshes[0] = {0, cubeVertices.size(), 0, cubePolygons.size(), 0, 0};
-    model.objects[0] = {
-        0, noObject, noObject, {0, 0, 0},
-           {0, 0, 0},
-           {1, 1, 1},
-           identityMatrix, objectShown, 0
-    };
+    model.objects[0] = {0,         noObject,       noObject,    {0, 0, 0}, {0, 0, 0},
+                        {1, 1, 1}, identityMatrix, objectShown, 0};
     model.objectCount = 1;
     model.totalVertexCount = cubeVertices.size();
     model.totalPolygonCount = cubePolygons.size();

@@ -39,10 +39,11 @@ Vector3 readVector(ByteReader& in)
 /// Reads one file from its first byte to its last, object after object.
 class ModelReader {
 public:
-    ModelReader(Model& model, std::span<const std::byte> bytes) : model_(model), in_(bytes) {}
+    ModelReader(Model& model, std::span<const std::byte> bytes) : model_(model), chunks_(bytes) {}
 
     Message read();
-    const std::string& reason() const { return reason_; }
+    /// Where and why the file was refused; empty when it was not.
+    std::string reason() const;
 
 private:
     Message readHeader();
@@ -58,44 +59,18 @@ private:
     Message checkLinks();
     void makeSafe();
 
-    bool readRequired(std::uint32_t wanted, ChunkHeader& header);
-    Message fail(const std::string& what);
+    Message fail(const std::string& what) { return chunks_.fail(what); }
+    Message failObject(std::uint32_t index, const std::string& what);
 
     Model& model_;
-    ByteReader in_;
+    ChunkReader chunks_;
+    ByteReader& in_ = chunks_.in;
     std::uint32_t version_ = 0;
-    std::uint32_t object_ = 0; ///< the one being read
+    std::uint32_t object_ = 0;       ///< the one being read
+    std::uint32_t faultyObject_ = 0; ///< once all are read: the one that a fault is in
+    std::array<std::size_t, objectCapacity> objectOffsets_{}; ///< of their first chunks
     bool headerRead_ = false;
-    std::size_t chunkOffset_ = 0;
-    std::string chunk_ = "header";
-    std::string reason_;
 };
-
-Message ModelReader::fail(const std::string& what)
-{
-    reason_ = "chunk " + chunk_ + " at offset " + std::to_string(chunkOffset_) + ": " + what;
-    if (headerRead_) reason_ = "object " + std::to_string(object_) + ", " + reason_;
-    return Message::formatNotSupported;
-}
-
-/// Reads the next chunk header and holds it against the tag that has to stand there.
-bool ModelReader::readRequired(std::uint32_t wanted, ChunkHeader& header)
-{
-    std::array<char, 4> buffer;
-    chunk_ = tagText(wanted, buffer);
-    chunkOffset_ = in_.offset();
-    const std::optional<ChunkHeader> found = readChunkHeader(in_);
-    if (!found) {
-        (void)fail("the file ends before it");
-        return false;
-    }
-    if (found->tag != wanted) {
-        (void)fail("\"" + std::string(tagText(found->tag, buffer)) + "\" stands in its place");
-        return false;
-    }
-    header = *found;
-    return true;
-}
 
 Message ModelReader::read()
 {
@@ -115,14 +90,29 @@ Message ModelReader::read()
     return Message::none;
 }
 
+std::string ModelReader::reason() const
+{
+    if (chunks_.fault().empty() || !headerRead_) return chunks_.fault();
+    const std::uint32_t object = object_ < model_.objectCount ? object_ : faultyObject_;
+    return "object " + std::to_string(object) + ", " + chunks_.fault();
+}
+
+/// Notes a fault that shows only once all objects are read.
+Message ModelReader::failObject(std::uint32_t index, const std::string& what)
+{
+    chunks_.setChunk(objectTag, objectOffsets_[index]);
+    faultyObject_ = index;
+    return fail(what);
+}
+
 Message ModelReader::readHeader()
 {
     ChunkHeader header;
-    if (!readRequired(modelFileTag, header)) return Message::formatNotSupported;
-    if (header.size > fileHeaderSize || header.size < 8)
+    if (!chunks_.expect(modelFileTag, header)) return Message::formatNotSupported;
+    if (header.size > dataFileHeaderSize || header.size < 8)
         return fail("a header of " + std::to_string(header.size) + " bytes");
     ByteReader fields{in_.take(header.size)};
-    if (!in_.ok()) return fail("the file ends inside it");
+    if (!in_.ok()) return chunks_.failCut();
     version_ = fields.u32();
     const std::uint32_t count = fields.u32();
     if (count > objectCapacity) return fail(std::to_string(count) + " objects");
@@ -166,7 +156,8 @@ Message ModelReader::readObject(std::uint32_t index)
 Message ModelReader::readPlacement(std::uint32_t index)
 {
     ChunkHeader header;
-    if (!readRequired(objectTag, header)) return Message::formatNotSupported;
+    objectOffsets_[index] = in_.offset();
+    if (!chunks_.expect(objectTag, header)) return Message::formatNotSupported;
     Object object{};
     object.matrix = identityMatrix;
     if (version_ != olderModelFileVersion)
@@ -179,7 +170,7 @@ Message ModelReader::readPlacement(std::uint32_t index)
     object.mesh = in_.u32();
     object.child = in_.u32();
     object.next = in_.u32();
-    if (!in_.ok()) return fail("the file ends inside it");
+    if (!in_.ok()) return chunks_.failCut();
     for (std::size_t axis = 0; axis < 3; ++axis) {
         if (!isConvertibleDegrees(degrees[axis])) return fail("a rotation beyond 32768 turns");
         object.rotation[axis] = degreesToAngle(degrees[axis]);
@@ -197,12 +188,12 @@ Message ModelReader::readPlacement(std::uint32_t index)
 Message ModelReader::readVertices(Mesh& mesh)
 {
     ChunkHeader header;
-    if (!readRequired(verticesTag, header)) return Message::formatNotSupported;
+    if (!chunks_.expect(verticesTag, header)) return Message::formatNotSupported;
     const std::uint32_t count = header.size / vertexSize;
     if (count > vertexCapacity - mesh.vertexTable)
         return fail("more than " + std::to_string(vertexCapacity) + " vertices");
     ByteReader fields{in_.take(std::size_t{count} * vertexSize)};
-    if (!in_.ok()) return fail("the file ends inside it");
+    if (!in_.ok()) return chunks_.failCut();
     mesh.vertexCount = count;
     for (std::uint32_t i = 0; i < count; ++i)
         model_.vertices[mesh.vertexTable + i] = readVector(fields);
@@ -212,11 +203,11 @@ Message ModelReader::readVertices(Mesh& mesh)
 Message ModelReader::readNormals(const Mesh& mesh, bool& missing)
 {
     ChunkHeader header;
-    if (!readRequired(normalsTag, header)) return Message::formatNotSupported;
+    if (!chunks_.expect(normalsTag, header)) return Message::formatNotSupported;
     missing = header.size / vertexSize != mesh.vertexCount;
     const std::size_t size = missing ? header.size : std::size_t{mesh.vertexCount} * vertexSize;
     ByteReader fields{in_.take(size)};
-    if (!in_.ok()) return fail("the file ends inside it");
+    if (!in_.ok()) return chunks_.failCut();
     if (missing) return Message::none;
     for (std::uint32_t i = 0; i < mesh.vertexCount; ++i)
         model_.vertexNormals[mesh.vertexNormalTable + i] = readVector(fields);
@@ -226,12 +217,12 @@ Message ModelReader::readNormals(const Mesh& mesh, bool& missing)
 Message ModelReader::readPolygons(Mesh& mesh)
 {
     ChunkHeader header;
-    if (!readRequired(polygonsTag, header)) return Message::formatNotSupported;
+    if (!chunks_.expect(polygonsTag, header)) return Message::formatNotSupported;
     const std::uint32_t count = header.size / polygonSize;
     if (count > polygonCapacity - mesh.polygonTable)
         return fail("more than " + std::to_string(polygonCapacity) + " polygons");
     ByteReader fields{in_.take(std::size_t{count} * polygonSize)};
-    if (!in_.ok()) return fail("the file ends inside it");
+    if (!in_.ok()) return chunks_.failCut();
     mesh.polygonCount = count;
     for (std::uint32_t i = 0; i < count; ++i) {
         Polygon& polygon = model_.polygons[mesh.polygonTable + i];
@@ -254,13 +245,11 @@ Message ModelReader::readOptionalChunks(std::uint32_t index, const Mesh& mesh)
         ByteReader ahead = in_;
         const ChunkHeader header = *readChunkHeader(ahead);
         if (header.tag == objectTag) return Message::none;
-        std::array<char, 4> buffer;
-        chunk_ = tagText(header.tag, buffer);
-        chunkOffset_ = in_.offset();
+        chunks_.setChunk(header.tag, in_.offset());
         in_ = ahead;
         if (header.tag == nameTag) {
             const auto characters = in_.take(header.size);
-            if (!in_.ok()) return fail("the file ends inside it");
+            if (!in_.ok()) return chunks_.failCut();
             const auto end = std::find(characters.begin(), characters.end(), std::byte{0});
             std::string& name = model_.names[index];
             name.clear();
@@ -285,7 +274,7 @@ Message ModelReader::readAttributes(const Mesh& mesh, std::uint32_t size)
         return fail(std::to_string(count) + " attributes for " + std::to_string(mesh.polygonCount) +
                     " polygons");
     ByteReader fields{in_.take(std::size_t{count} * attributeSize)};
-    if (!in_.ok()) return fail("the file ends inside it");
+    if (!in_.ok()) return chunks_.failCut();
     for (std::uint32_t i = 0; i < count; ++i) {
         const std::uint32_t slot = mesh.attributeTable + i;
         const PolygonAttribute attribute{fields.u16(), fields.u16(), fields.u16(),
@@ -306,7 +295,7 @@ Message ModelReader::readGouraud(const Mesh& mesh, std::uint32_t size)
         return fail(std::to_string(count) + " Gouraud entries for " +
                     std::to_string(mesh.polygonCount) + " polygons");
     ByteReader fields{in_.take(std::size_t{count} * gouraudSize)};
-    if (!in_.ok()) return fail("the file ends inside it");
+    if (!in_.ok()) return chunks_.failCut();
     for (std::uint32_t i = 0; i < count; ++i)
         for (Rgb555& color : model_.gouraud[mesh.attributeTable + i].color) color = fields.u16();
     return Message::none;
@@ -324,9 +313,7 @@ Message ModelReader::checkMeshes()
         polygons += mesh.polygonCount;
         if (vertices <= vertexCapacity && polygons <= polygonCapacity) continue;
         for (std::uint32_t own = 0; own < model_.objectCount; ++own) model_.objects[own].mesh = own;
-        reason_ = "object " + std::to_string(i) +
-                  ", chunk OBJT: shares a mesh so that a frame would hold too many polygons";
-        return Message::formatNotSupported;
+        return failObject(i, "shares a mesh so that a frame would hold too many polygons");
     }
     return Message::none;
 }
@@ -335,8 +322,7 @@ Message ModelReader::checkLinks()
 {
     std::uint32_t culprit = 0;
     if (linksFormForest(model_, culprit)) return Message::none;
-    reason_ = "object " + std::to_string(culprit) + ", chunk OBJT: linked twice or in a circle";
-    return Message::formatNotSupported;
+    return failObject(culprit, "linked twice or in a circle");
 }
 
 /// After a failure: objects that were not read whole become empty ones, and links that do not form
@@ -344,12 +330,8 @@ Message ModelReader::checkLinks()
 void ModelReader::makeSafe()
 {
     for (std::uint32_t i = std::min(object_, model_.objectCount); i < model_.objectCount; ++i) {
-        model_.objects[i] = {
-            i, noObject, noObject, {0, 0, 0},
-               {0, 0, 0},
-               {1, 1, 1},
-               identityMatrix, objectShown, 0
-        };
+        model_.objects[i] = {i,         noObject,       noObject,    {0, 0, 0}, {0, 0, 0},
+                             {1, 1, 1}, identityMatrix, objectShown, 0};
         model_.meshes[i] = {};
         model_.names[i] = defaultObjectName(i);
     }
@@ -448,12 +430,7 @@ Message readModelFile(Model& model, const std::string& path, std::string* reason
 Bytes writeModel(const Model& model)
 {
     ByteWriter out;
-    const std::size_t payload = out.beginChunk(modelFileTag);
-    out.u32(modelFileVersion);
-    out.u32(model.objectCount);
-    out.text(fileBanner);
-    out.zeros(payload + fileHeaderSize - out.size());
-    out.endChunk(payload);
+    writeDataFileHeader(out, modelFileTag, model.objectCount);
     for (std::uint32_t k = 0; k < model.objectCount; ++k) {
         writePlacement(out, model, k);
         writeMesh(out, model, model.meshes[k]);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/bytes.h"
+#include "base/data_file.h"
 #include "base/message.h"
 #include "model/model.h"
 
@@ -12,13 +12,8 @@ namespace facetor {
 // The model file, described in docs/formats/mx3.md.
 
 inline constexpr std::uint32_t modelFileTag = tag("MX3D");
-/// The layout that is written, and the older one without the objects' matrices.
-inline constexpr std::uint32_t modelFileVersion = 0x00011000;
+/// The older layout, without the objects' matrices; dataFileVersion marks the one that is written.
 inline constexpr std::uint32_t olderModelFileVersion = 0x00010000;
-/// Size of the header chunk's payload in bytes: version, count, banner, zeros.
-inline constexpr std::uint32_t fileHeaderSize = 256;
-/// The banner of model and texture list files, followed by a NUL.
-inline constexpr std::string_view fileBanner = "FACETOR DATA FILE 1995-1996/GRAPHICS TOOLS";
 
 /// True when the file opens and starts with a model's header chunk.
 bool probeModelFile(const std::string& path);

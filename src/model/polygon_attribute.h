@@ -22,8 +22,9 @@ inline constexpr std::uint16_t sortCentre = 0;
 inline constexpr std::uint16_t sortNearest = 1;
 inline constexpr std::uint16_t sortFarthest = 2;
 
-/// Bits of PolygonAttribute::flags. Exactly one of the three materials is set; at most one of
-/// shadow, half and translucent is, and none of them means that the colour replaces the pixel.
+/// Bits of PolygonAttribute::flags. The editor sets exactly one of the three materials and at most
+/// one of shadow, half and translucent, none of which means that the colour replaces the pixel. A
+/// file may hold any combination.
 enum AttributeFlag : std::uint32_t {
     flipHorizontal = 0x00000001,
     flipVertical = 0x00000002,

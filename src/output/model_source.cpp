@@ -2,9 +2,9 @@
 
 #include "attr/attribute_text.h"
 #include "attr/gouraud_count.h"
+#include "base/data_file.h"
 #include "base/file.h"
 #include "base/text.h"
-#include "model/model_file.h"
 #include "output/source_text.h"
 
 #include <algorithm>
@@ -43,7 +43,7 @@ void appendHeader(TextWriter& text, const Model& model, std::string_view title,
 {
     const std::string stars(46, '*');
     text.append('/' + stars + "\r\n *\t");
-    text.append(fileBanner);
+    text.append(dataFileBanner);
     text.append("\r\n *\t");
     text.append(title);
     text.append("\r\n");

@@ -48,6 +48,19 @@ void appendAligned(TextWriter& text, const char* first, const char* last, std::s
     text.append(std::string_view(first, size));
 }
 
+/// What most models hold, below 100: exactly eight columns, written in place.
+void appendShortFixed(TextWriter& text, char sign, std::uint32_t whole, std::uint32_t fraction)
+{
+    char* const to = text.room(fixedColumns);
+    to[0] = whole < 10 ? ' ' : sign;
+    to[1] = whole < 10 ? sign : digitPairs[whole * 2];
+    to[2] = digitPairs[whole * 2 + 1];
+    to[3] = '.';
+    std::memcpy(to + 4, &digitPairs[fraction / 100 * 2], 2);
+    std::memcpy(to + 6, &digitPairs[fraction % 100 * 2], 2);
+    text.advance(fixedColumns);
+}
+
 } // namespace
 
 void appendFixed(TextWriter& text, float value)
@@ -67,17 +80,7 @@ void appendFixed(TextWriter& text, float value)
     const auto scaled = static_cast<std::uint64_t>(std::llrint(std::fabs(double{value}) * 10000.0));
     const auto whole = static_cast<std::uint32_t>(scaled / 10000); // below scaledLimit
     const auto fraction = static_cast<std::uint32_t>(scaled % 10000);
-    if (whole < 100) { // what most models hold: exactly eight columns, written in place
-        char* const to = text.room(fixedColumns);
-        to[0] = whole < 10 ? ' ' : sign;
-        to[1] = whole < 10 ? sign : digitPairs[whole * 2];
-        to[2] = digitPairs[whole * 2 + 1];
-        to[3] = '.';
-        std::memcpy(to + 4, &digitPairs[fraction / 100 * 2], 2);
-        std::memcpy(to + 6, &digitPairs[fraction % 100 * 2], 2);
-        text.advance(fixedColumns);
-        return;
-    }
+    if (whole < 100) return appendShortFixed(text, sign, whole, fraction);
     std::memcpy(end - 2, &digitPairs[fraction % 100 * 2], 2);
     std::memcpy(end - 4, &digitPairs[fraction / 100 * 2], 2);
     end[-5] = '.';
@@ -114,17 +117,6 @@ void appendHex16(TextWriter& text, std::uint16_t value)
     text.append("0x");
     for (int shift = 12; shift >= 0; shift -= 4)
         text.append("0123456789abcdef"[value >> shift & 15]);
-}
-
-void appendColour(TextWriter& text, Rgb555 colour)
-{
-    text.append("C_RGB(");
-    appendNumber(text, static_cast<std::uint32_t>(redOf(colour)), 2);
-    text.append(',');
-    appendNumber(text, static_cast<std::uint32_t>(greenOf(colour)), 2);
-    text.append(',');
-    appendNumber(text, static_cast<std::uint32_t>(blueOf(colour)), 2);
-    text.append(')');
 }
 
 void appendTableStart(TextWriter& text, std::string_view type, std::string_view prefix,

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "base/colour.h"
 #include "base/text_writer.h"
 
 #include <cstdint>
@@ -24,9 +23,6 @@ void appendNumber(TextWriter& text, std::uint32_t value, std::size_t columns = 1
 
 /// As printf("0x%04x").
 void appendHex16(TextWriter& text, std::uint16_t value);
-
-/// "C_RGB(%2d,%2d,%2d)" with red, green and blue.
-void appendColour(TextWriter& text, Rgb555 colour);
 
 /// The line that opens a table: type, tab, prefix_name[] = {
 void appendTableStart(TextWriter& text, std::string_view type, std::string_view prefix,

@@ -1,9 +1,7 @@
 #include "texture/texture_file.h"
 
 #include "base/file.h"
-#include "model/model_file.h"
 
-#include <array>
 #include <cassert>
 #include <utility>
 
@@ -22,50 +20,24 @@ constexpr std::size_t textureHeaderSize = 8;
 /// Reads one file from its first byte to its last texture.
 class TextureReader {
 public:
-    TextureReader(TextureList& list, std::span<const std::byte> bytes) : list_(list), in_(bytes) {}
+    TextureReader(TextureList& list, std::span<const std::byte> bytes) : list_(list), chunks_(bytes)
+    {
+    }
 
     Message read();
-    const std::string& reason() const { return reason_; }
+    const std::string& reason() const { return chunks_.fault(); }
 
 private:
     enum class Progress { goOn, outOfMemory };
 
     Message readHeader(std::uint32_t& count);
     Message readTexture(Progress& progress);
-    bool readTag(std::uint32_t wanted);
-    Message fail(const std::string& what);
+    Message fail(const std::string& what) { return chunks_.fail(what); }
 
     TextureList& list_;
-    ByteReader in_;
-    std::size_t chunkOffset_ = 0;
-    std::string chunk_;
-    std::string reason_;
+    ChunkReader chunks_;
+    ByteReader& in_ = chunks_.in;
 };
-
-Message TextureReader::fail(const std::string& what)
-{
-    reason_ = "chunk " + chunk_ + " at offset " + std::to_string(chunkOffset_) + ": " + what;
-    return Message::formatNotSupported;
-}
-
-/// Reads the next chunk header and holds its tag against the one that has to stand there. The size
-/// beside the tag is not looked at: what follows has a size of its own.
-bool TextureReader::readTag(std::uint32_t wanted)
-{
-    std::array<char, 4> buffer;
-    chunk_ = tagText(wanted, buffer);
-    chunkOffset_ = in_.offset();
-    const std::optional<ChunkHeader> found = readChunkHeader(in_);
-    if (!found) {
-        (void)fail("the file ends before it");
-        return false;
-    }
-    if (found->tag != wanted) {
-        (void)fail("\"" + std::string(tagText(found->tag, buffer)) + "\" stands in its place");
-        return false;
-    }
-    return true;
-}
 
 Message TextureReader::read()
 {
@@ -81,9 +53,10 @@ Message TextureReader::read()
 
 Message TextureReader::readHeader(std::uint32_t& count)
 {
-    if (!readTag(listTag)) return Message::formatNotSupported;
-    ByteReader fields{in_.take(fileHeaderSize)};
-    if (!in_.ok()) return fail("the file ends inside it");
+    ChunkHeader header; // whose size is not looked at: the block has one of its own
+    if (!chunks_.expect(listTag, header)) return Message::formatNotSupported;
+    ByteReader fields{in_.take(dataFileHeaderSize)};
+    if (!in_.ok()) return chunks_.failCut();
     (void)fields.u32(); // the version: there is one layout only
     count = fields.u32();
     return Message::none;
@@ -91,9 +64,10 @@ Message TextureReader::readHeader(std::uint32_t& count)
 
 Message TextureReader::readTexture(Progress& progress)
 {
-    if (!readTag(textureTag)) return Message::formatNotSupported;
+    ChunkHeader header; // whose size is not looked at: width and height give it
+    if (!chunks_.expect(textureTag, header)) return Message::formatNotSupported;
     ByteReader fields{in_.take(textureHeaderSize)};
-    if (!in_.ok()) return fail("the file ends inside it");
+    if (!in_.ok()) return chunks_.failCut();
     const std::uint32_t number = fields.u32();
     const std::uint16_t width = fields.u16();
     const std::uint16_t height = fields.u16();
@@ -157,14 +131,7 @@ Message readTextureFile(TextureList& list, const std::string& path, std::string*
 Bytes writeTextures(const TextureList& list)
 {
     ByteWriter out;
-    const std::size_t payload = out.beginChunk(listTag);
-    out.u32(modelFileVersion);
-    const std::size_t countOffset = out.size();
-    out.u32(0);
-    out.text(fileBanner);
-    out.zeros(payload + fileHeaderSize - out.size());
-    out.endChunk(payload);
-
+    const std::size_t countOffset = writeDataFileHeader(out, listTag, 0);
     std::uint32_t count = 0;
     const std::uint32_t used = list.usedCount();
     for (std::uint32_t number = 0; number < used; ++number) {

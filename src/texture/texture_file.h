@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/bytes.h"
+#include "base/data_file.h"
 #include "base/message.h"
 #include "texture/texture_list.h"
 

@@ -23,14 +23,9 @@ TEST(AngleConversion, TruncatesDegreesTowardZero)
         Angle angle;
     };
     const Row rows[] = {
-        {0.0f,   0     },
-        {0.005f, 0     },
-        {1.0f,   182   },
-        {90.0f,  16383 }, // a quarter turn less one
-        {-90.0f, -16383}, // toward zero, not down
-        {180.0f, 32767 },
-        {360.0f, 65535 },
-        {-0.01f, -1    },
+        {0.0f, 0},        {0.005f, 0},     {1.0f, 182},  {90.0f, 16383}, // a quarter turn less one
+        {-90.0f, -16383},                                                // toward zero, not down
+        {180.0f, 32767},  {360.0f, 65535}, {-0.01f, -1},
     };
     for (const Row& row : rows) EXPECT_EQ(degreesToAngle(row.degrees), row.angle) << row.degrees;
 }

@@ -122,6 +122,20 @@ TEST(File, SavingThroughALinkKeepsTheLink)
     EXPECT_EQ(readFile(folder.file("real")), bytesOf("new"));
 }
 
+TEST(File, ALinkMayLeadThroughOthersToAFileThatIsNotThereYet)
+{
+    const TemporaryFolder folder;
+    std::filesystem::create_symlink(folder.path() / "second", folder.file("first"));
+    std::filesystem::create_symlink("missing", folder.file("second"));
+    ASSERT_EQ(writeFile(folder.file("first"), bytesOf("new")), Message::none);
+    EXPECT_EQ(readFile(folder.file("missing")), bytesOf("new"));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder.file("second")));
+
+    std::filesystem::create_symlink("round", folder.file("round"));
+    EXPECT_EQ(writeFile(folder.file("round"), bytesOf("x")), Message::cannotCreateFile);
+    EXPECT_EQ(folder.entryCount(), 4u);
+}
+
 TEST(File, AccessRightsOutliveASave)
 {
     const TemporaryFolder folder;

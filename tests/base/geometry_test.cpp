@@ -55,9 +55,7 @@ TEST(Geometry, DotProductCarriesItsSumInDoublePrecision)
 
 TEST(Geometry, PointsTakeTheTranslationAndDirectionsDoNot)
 {
-    const Matrix matrix{
-        {0, 2, 0, 9, -3, 0, 0, 9, 0, 0, 4, 9, 10, 20, 30, 9}
-    };
+    const Matrix matrix{{0, 2, 0, 9, -3, 0, 0, 9, 0, 0, 4, 9, 10, 20, 30, 9}};
     expectEqual(transformPoint({1, 2, 3}, matrix), {4, 22, 42});
     expectEqual(rotateVector({1, 2, 3}, matrix), {-6, 2, 12});
 }

@@ -58,15 +58,15 @@ TEST(Placeholders, AreReplacedByTheTwoTexts)
         std::string_view message, text1, text2, expected;
     };
     const Row rows[] = {
-        {catalogueText(Message::fileTooBig),   "640",    "480",
-         "This file size is too big to open. (640x480)"                                                      },
-        {catalogueText(Message::outOf),        "unused", "Polygons", "Out of Polygons to edit!"              },
-        {catalogueText(Message::cannotFind),   "",       "",         "Cannot find ."                         },
-        {catalogueText(Message::notSupported), "a",      "b",        "Sorry, this function is not supported."},
-        {"^^1",                                "x",      "",         "^x"                                    },
-        {"a^3^",                               "x",      "y",        "a^3^"                                  },
-        {"^1^2",                               "^2",     "^1",       "^2^1"                                  },
-        {"",                                   "x",      "y",        ""                                      },
+        {catalogueText(Message::fileTooBig), "640", "480",
+         "This file size is too big to open. (640x480)"},
+        {catalogueText(Message::outOf), "unused", "Polygons", "Out of Polygons to edit!"},
+        {catalogueText(Message::cannotFind), "", "", "Cannot find ."},
+        {catalogueText(Message::notSupported), "a", "b", "Sorry, this function is not supported."},
+        {"^^1", "x", "", "^x"},
+        {"a^3^", "x", "y", "a^3^"},
+        {"^1^2", "^2", "^1", "^2^1"},
+        {"", "x", "y", ""},
     };
     for (const Row& row : rows)
         EXPECT_EQ(expandPlaceholders(row.message, row.text1, row.text2), row.expected);

@@ -13,13 +13,13 @@ TEST(PathText, IsCutAtItsLastPoint)
         std::string_view path, cut, extension;
     };
     const Row rows[] = {
-        {"ship.mx3",     "ship", "mx3"     },
-        {"a.b.MX3",      "a.b",  "MX3"     },
-        {"ship",         "ship", ""        },
-        {"ship.",        "ship", ""        },
-        {".mx3",         "",     "mx3"     },
-        {"old.dir/ship", "old",  "dir/ship"},
-        {"",             "",     ""        },
+        {"ship.mx3", "ship", "mx3"},
+        {"a.b.MX3", "a.b", "MX3"},
+        {"ship", "ship", ""},
+        {"ship.", "ship", ""},
+        {".mx3", "", "mx3"},
+        {"old.dir/ship", "old", "dir/ship"},
+        {"", "", ""},
     };
     for (const Row& row : rows) {
         EXPECT_EQ(cutExtension(row.path), row.cut) << row.path;

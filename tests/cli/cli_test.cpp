@@ -258,12 +258,29 @@ TEST_F(Cli, CheckReadsEveryFileAndFailsWhenOneDoes)
 
 TEST_F(Cli, AnOutputThatTakesNothingIsAFailure)
 {
+    const std::string picture = folder.file("picture.png");
     for (const std::vector<std::string>& words :
-         {std::vector<std::string>{"info", cube}, {"info", "--json", cube}, {"check", cube}}) {
+         {std::vector<std::string>{"info", cube},
+          {"info", "--json", cube},
+          {"check", cube},
+          {"render", cube, picture, "--size", "8x8", "--repeat", "1"}}) {
+        SCOPED_TRACE(words[0]);
         const ProgramRun run = runProgram(words, "/dev/full");
         EXPECT_EQ(run.status, 1);
         EXPECT_EQ(run.errors, "facetor-cli: standard output: Cannot create File.\n");
     }
+    EXPECT_FALSE(readFile(picture)) << "a failed command writes nothing";
+}
+
+TEST_F(Cli, AWrongWordIsNamedAndAWrongValueGetsItsRange)
+{
+    EXPECT_EQ(runProgram({"frobnicate", cube}).errors,
+              "facetor-cli: \"frobnicate\" is no command; see facetor-cli --help\n");
+    const std::string error =
+        runProgram({"render", cube, folder.file("a.png"), "--angle", "180"}).errors;
+    EXPECT_NE(error.find("--angle"), std::string::npos) << error;
+    EXPECT_NE(error.find("\"180\""), std::string::npos) << error;
+    EXPECT_NE(error.find("1 to 179 degrees"), std::string::npos) << error;
 }
 
 TEST_F(Cli, ConvertWritesTheCurrentLayout)

@@ -82,11 +82,7 @@ TEST_F(MatrixStackTest, RotationAboutAUnitAxisAgreesWithTheNamedAxes)
         Vector3 axis;
         void (*rotate)(MatrixStack&, Angle);
     };
-    const Row rows[] = {
-        {{1, 0, 0}, rotateX},
-        {{0, 1, 0}, rotateY},
-        {{0, 0, 1}, rotateZ}
-    };
+    const Row rows[] = {{{1, 0, 0}, rotateX}, {{0, 1, 0}, rotateY}, {{0, 0, 1}, rotateZ}};
     for (const Row& row : rows) {
         stack.current() = identityMatrix;
         row.rotate(stack, 7000);

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -285,6 +286,10 @@ TEST(Pipeline, EachKindOfPolygonIsDrawnByItsFiller)
         {"Gouraud by the table", polygonFace | gouraudShading, 0, -1, rgb555(11, 19, 7)},
         {"Gouraud by the light", polygonFace | gouraudShading | useLight, 0, -1,
          rgb555(16, 24, 12)},
+        {"Gouraud from behind turns the vertex normals about",
+         polygonFace | gouraudShading | useLight, 0, 1, rgb555(0, 8, 0)},
+        {"flat mode lights a back by its own normal", polygonFace | useLight, drawFlat, 1,
+         rgb555(0, 8, 0)},
         {"textured Gouraud is not lit twice", textureMap | gouraudShading | useLight, 0, -1,
          static_cast<Rgb555>(opaqueBit | rgb555(28, 18, 13))},
         {"a polyline leaves its middle", polyLine, 0, -1, 0},
@@ -308,6 +313,44 @@ TEST(Pipeline, EachKindOfPolygonIsDrawnByItsFiller)
         frame.draw();
         // Screen row 239 is surface row 240: even, as is column 320, so mesh fills write there.
         EXPECT_EQ(frame.engine.surface.at(320, 239), c.expected) << c.reason;
+    }
+}
+
+TEST(Pipeline, APolygonWhoseNormalPointsAwayIsListedByItsLineOfSightButNotFilled)
+{
+    struct Case {
+        const char* reason;
+        std::uint16_t plane;
+        std::uint32_t drawFlags;
+        bool drawn;
+    };
+    for (const Case& c :
+         {Case{"single-sided", 0, 0, false}, Case{"double-sided", dualPlaneBit, 0, true},
+          Case{"flat mode does not ask", 0, drawFlat, true}}) {
+        Frame frame;
+        frame.engine.settings.drawFlags = c.drawFlags;
+        frame
+            .add({{{-310, -10, 400}, {-290, -10, 400}, {-290, 10, 400}, {-310, 10, 400}}},
+                 {0.9f, 0, 0.43f})
+            .plane = c.plane;
+        frame.draw();
+        ASSERT_EQ(frame.engine.entryCount, 1u);
+        EXPECT_EQ(frame.engine.surface.at(80, 240) != 0, c.drawn) << c.reason;
+    }
+}
+
+TEST(Pipeline, APickedPolygonShowsACheckerboardInsideAWholeOutline)
+{
+    Frame frame;
+    PolygonAttribute& attribute = frame.addSquare(0, 0, 400, 20);
+    attribute.flags |= picked;
+    frame.draw();
+    const auto [left, right] =
+        std::minmax({frame.engine.entries[0].point[0].x, frame.engine.entries[0].point[1].x});
+    const Rgb555 pickedColour = frame.engine.settings.pickedColour;
+    for (std::int32_t x = left; x <= right; ++x) {
+        const bool shown = x == left || x == right || x % 2 == 0; // row 240 of the surface is even
+        EXPECT_EQ(frame.engine.surface.at(x, 239), shown ? pickedColour : attribute.color) << x;
     }
 }
 
@@ -352,6 +395,25 @@ TEST(Pipeline, AMeshThatWouldOverrunTheFrameIsLeftOut)
     putMesh(frame.engine, frame.model, 0);
     EXPECT_EQ(frame.engine.entryCount, 1000u);
     EXPECT_EQ(frame.engine.vertexCount, 4000u);
+}
+
+TEST(Pipeline, OnlyVisiblePolygonsCountAgainstTheLimitOfAFrame)
+{
+    Frame frame;
+    frame.addSquare(0, 0, 400, 5);
+    frame.polygonCount = 3000;
+    for (std::uint32_t i = 1; i < frame.polygonCount; ++i) {
+        frame.model.polygons[i] = frame.model.polygons[0];
+        frame.model.attributes[i] = frame.model.attributes[0];
+        if (i % 2 == 1) frame.model.polygons[i].normal.z = 1;
+    }
+    frame.list();
+    EXPECT_EQ(frame.engine.entryCount, 1500u);
+    putMesh(frame.engine, frame.model, 0);
+    EXPECT_EQ(frame.engine.entryCount, 3000u) << "6000 were seen";
+    putMesh(frame.engine, frame.model, 0);
+    EXPECT_EQ(frame.engine.entryCount, 4096u);
+    EXPECT_EQ(frame.engine.polygonCount, 9000u);
 }
 
 TEST(Pipeline, TreesDeeperThanTheStackLeaveItBalanced)

@@ -1,10 +1,11 @@
 #include "engine/rasteriser.h"
 
 #include "engine/reference_fill.h"
+#include "engine/triangle_fill.h"
 
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <algorithm>
 #include <memory>
 #include <random>
 #include <string>
@@ -88,6 +89,19 @@ Light randomLight(std::minstd_rand& random)
 }
 
 } // namespace
+
+/// Counts the pixels whose coordinates lie outside the limits that the filler keeps to.
+struct CountingSource {
+    static constexpr std::size_t coordinates = 2;
+    std::array<float, 2> limit;
+    int* beyond;
+
+    template <PixelMode mode> void pixel(const std::array<std::int32_t, 2>& at, Rgb555&) const
+    {
+        for (std::size_t c = 0; c < 2; ++c)
+            if (at[c] < 0 || static_cast<float>(at[c]) >= limit[c]) ++*beyond;
+    }
+};
 
 /// Every filler on thousands of random polygons, in every mode, against the plain version.
 class FillersAgree : public testing::TestWithParam<const char*> {};
@@ -210,42 +224,127 @@ TEST(Rasteriser, FlipsShowTheTexelsOfTheirCorners)
     }
 }
 
-TEST(Rasteriser, LinesReachBothEndsAndStayWithinOnePixelOfTheirSlope)
+TEST(Rasteriser, LargeTexturesSqueezedIntoAFewPixelsAreNeverReadBeyondTheirEnd)
+{
+    // Triangles whose spans begin thousands of texels outside, where a coordinate is rounded most.
+    struct Case {
+        std::array<float, 2> size;
+        std::array<TriangleCorner<2>, 3> corner;
+    };
+    constexpr float b = coordinateBias;
+    const Case cases[] = {
+        {{16383, 257},
+         {{{{602, 282}, {1 - b, 128 + b}},
+           {{607, 274}, {8192 - b, 193 - b}},
+           {{606, 279}, {16383 - b, 193 - b}}}}},
+        {{16383, 16384},
+         {{{{490, 107}, {16383 - b, 16384 - b}},
+           {{483, 108}, {4095 + b, 1 - b}},
+           {{491, 105}, {4095 + b, 1 - b}}}}},
+        {{1000, 8192},
+         {{{{285, 396}, {750 - b, 1 - b}},
+           {{287, 375}, {750 - b, 2048 + b}},
+           {{289, 378}, {500 + b, 8192 - b}}}}},
+        {{16384, 1},
+         {{{{550, 242}, {1 - b, 1 - b}},
+           {{552, 251}, {4096 + b, b}},
+           {{555, 246}, {16384 - b, 1 - b}}}}},
+    };
+    const auto engine = makeEngine();
+    setSurfaceSize(engine->surface, 640, 489);
+    for (const Case& c : cases) {
+        int beyond = 0;
+        const CountingSource source{c.size, &beyond};
+        const SpanEnds ends = spanEndsOf(*engine);
+        fillTriangle<PixelMode::replace, false>(engine->surface, ends, c.corner, source);
+        fillTriangle<PixelMode::replace, true>(engine->surface, ends, c.corner, source);
+        EXPECT_EQ(beyond, 0) << c.size[0] << " x " << c.size[1];
+    }
+}
+
+TEST(Rasteriser, LinesAreThePixelsNearestToTheirSlopeAlsoFromFarOff)
 {
     std::minstd_rand random(5);
-    for (int round = 0; round < 300; ++round) {
-        const auto engine = makeEngine();
-        const auto anywhere = [&] {
-            return ScreenPoint{static_cast<std::int32_t>(random() % 100) - 18,
-                               static_cast<std::int32_t>(random() % 80) - 16};
+    const auto engine = makeEngine();
+    for (int round = 0; round < 400; ++round) {
+        const auto within = [&](std::int32_t reach) {
+            const auto offset = [&] {
+                return static_cast<std::int32_t>(random() % static_cast<unsigned>(2 * reach)) -
+                       reach;
+            };
+            return ScreenPoint{width / 2 + offset(), height / 2 + offset()};
         };
-        const ScreenPoint a = anywhere(), b = anywhere();
-        drawLine(engine->surface, a, b, 0x7FFF);
-        const std::int32_t longer = std::max(std::abs(b.x - a.x), std::abs(b.y - a.y));
-        int drawn = 0, expected = 0;
-        for (std::int32_t y = 0; y < height; ++y)
-            for (std::int32_t x = 0; x < width; ++x) drawn += engine->surface.at(x, y) == 0x7FFF;
-        for (std::int32_t i = 0; i <= longer; ++i) {
-            const double t = longer == 0 ? 0 : double(i) / longer;
-            const double x = a.x + t * (b.x - a.x), y = a.y + t * (b.y - a.y);
-            bool found = false, inside = false;
-            for (const double dx : {-0.5, 0.5})
-                for (const double dy : {-0.5, 0.5}) {
-                    const auto px = static_cast<std::int32_t>(std::floor(x + dx + 0.5));
-                    const auto py = static_cast<std::int32_t>(std::floor(y + dy + 0.5));
-                    if (px < 0 || px >= width || py < 0 || py >= height) continue;
-                    inside = true;
-                    found = found || engine->surface.at(px, py) == 0x7FFF;
-                }
-            const bool wellInside = x > 1 && x < width - 2 && y > 1 && y < height - 2;
-            expected += wellInside;
-            if (inside && wellInside) {
-                ASSERT_TRUE(found) << "at step " << i;
-            }
+        ScreenPoint a = within(30), b = within(100);
+        if (round % 2 == 0) { // far beyond two sides, and through the surface
+            const ScreenPoint through = a;
+            a = within(40000);
+            b = {2 * through.x - a.x + round % 7, 2 * through.y - a.y};
         }
-        EXPECT_GE(drawn, expected);
-        EXPECT_LE(drawn, longer + 1);
+        clearSurface(engine->surface, background);
+        drawLine(engine->surface, a, b, 0x7FFF);
+        std::vector<Rgb555> expected(std::size_t{width} * height, background);
+        // Step i of the longer axis belongs to i shorter / longer across, a half being one more.
+        const std::int64_t dx = std::abs(b.x - a.x), dy = std::abs(b.y - a.y);
+        const std::int64_t longer = std::max<std::int64_t>({dx, dy, 1});
+        for (std::int64_t i = 0; i <= std::max(dx, dy); ++i) {
+            const std::int64_t x =
+                a.x + (b.x < a.x ? -1 : 1) * ((2 * i * dx + longer) / (2 * longer));
+            const std::int64_t y =
+                a.y + (b.y < a.y ? -1 : 1) * ((2 * i * dy + longer) / (2 * longer));
+            if (x >= 0 && x < width && y >= 0 && y < height)
+                expected[static_cast<std::size_t>((height - 1 - y) * width + x)] = 0x7FFF;
+        }
+        const Rgb555* drawn = engine->surface.pixels();
+        ASSERT_TRUE(std::equal(expected.begin(), expected.end(), drawn))
+            << a.x << "," << a.y << " to " << b.x << "," << b.y;
     }
+}
+
+TEST(Rasteriser, AnOutlinesEdgesRunFromTheCornersZeroAndTwo)
+{
+    // Each edge has a step half-way between two pixels, which shows where it was begun.
+    const auto engine = makeEngine();
+    drawOutline(engine->surface, {{{10, 10}, {12, 11}, {14, 12}, {13, 14}}}, 0x7FFF);
+    struct Case {
+        const char* edge;
+        ScreenPoint drawn, ifTurnedAbout;
+    };
+    for (const Case& c : {Case{"0-1", {11, 11}, {11, 10}}, Case{"0-3", {12, 12}, {11, 12}},
+                          Case{"2-1", {13, 11}, {13, 12}}, Case{"2-3", {13, 13}, {14, 13}}}) {
+        EXPECT_EQ(engine->surface.at(c.drawn.x, c.drawn.y), 0x7FFF) << c.edge;
+        EXPECT_EQ(engine->surface.at(c.ifTurnedAbout.x, c.ifTurnedAbout.y), background) << c.edge;
+    }
+}
+
+TEST(Rasteriser, ClearingFillsTheWholeSurfaceAndNothingBehindIt)
+{
+    const auto engine = makeEngine();
+    FrameSurface& surface = engine->surface;
+    for (const ScreenPoint size : {ScreenPoint{4, 1}, {12, 7}, {64, 47}}) {
+        setSurfaceSize(surface, width, height);
+        clearSurface(surface, background);
+        setSurfaceSize(surface, size.x, size.y);
+        clearSurface(surface, 0x1234);
+        const std::ptrdiff_t cleared = std::ptrdiff_t{size.x} * size.y;
+        EXPECT_EQ(std::count(surface.pixels(), surface.pixels() + width * height, 0x1234), cleared);
+        EXPECT_EQ(surface.pixels()[cleared - 1], 0x1234);
+    }
+}
+
+TEST(Rasteriser, TheSurfaceIsABitmapThatTheSystemTakes)
+{
+    const auto engine = makeEngine();
+    setSurfaceSize(engine->surface, 631, 200);
+    const BitmapHeader& header = engine->surface.header();
+    EXPECT_EQ(header.headerSize, 40u);
+    EXPECT_EQ(header.width, 628);
+    EXPECT_EQ(header.height, 200) << "positive: the rows are stored bottom-up";
+    EXPECT_EQ(header.planes, 1);
+    EXPECT_EQ(header.bitCount, 16);
+    EXPECT_EQ(header.compression, 0u);
+    EXPECT_EQ(header.imageSize, 628u * 200 * 2);
+    EXPECT_EQ(reinterpret_cast<const std::byte*>(engine->surface.pixels()),
+              engine->surface.block.data() + 40);
 }
 
 } // namespace facetor

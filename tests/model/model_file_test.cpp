@@ -107,9 +107,7 @@ FileModel fullFile()
         object.degrees = {0, 45, -90};
         object.scaling = {2, 2, 0.5f};
         object.name = "wing " + std::to_string(i);
-        object.attributes = {
-            {1, 2, 4095, 0x1234, textureMap | meshMode | 0x40000000u, 0}
-        };
+        object.attributes = {{1, 2, 4095, 0x1234, textureMap | meshMode | 0x40000000u, 0}};
         object.gouraud = {1, 2, 3, 0xFFFF};
     }
     file.objects[0].child = 1;
@@ -341,29 +339,29 @@ TEST_F(ModelFile, WhatDoesNotExistIsRefusedWithTheReason)
         void (*spoil)(FileModel&);
     };
     const Row rows[] = {
-        {"129 objects",                       [](FileModel& f) { f.count = 129; }                         },
-        {"4294967295 objects",                [](FileModel& f) { f.count = 0xFFFFFFFF; }                  },
-        {"object 3, chunk OBJT at offset",    [](FileModel& f) { f.count = 4; }                           },
-        {"mesh 3 does not exist",             [](FileModel& f) { f.objects[1].mesh = 3; }                 },
-        {"object 3 does not exist",           [](FileModel& f) { f.objects[1].child = 3; }                },
-        {"object 4294967294 does not exist",  [](FileModel& f) { f.objects[1].next = 0xFFFFFFFE; }        },
+        {"129 objects", [](FileModel& f) { f.count = 129; }},
+        {"4294967295 objects", [](FileModel& f) { f.count = 0xFFFFFFFF; }},
+        {"object 3, chunk OBJT at offset", [](FileModel& f) { f.count = 4; }},
+        {"mesh 3 does not exist", [](FileModel& f) { f.objects[1].mesh = 3; }},
+        {"object 3 does not exist", [](FileModel& f) { f.objects[1].child = 3; }},
+        {"object 4294967294 does not exist", [](FileModel& f) { f.objects[1].next = 0xFFFFFFFE; }},
         {"object 2, chunk POLY",
          [](FileModel& f) {
              f.objects[2].corners = {0, 1, 2, 4};
-         }                                                                                                },
+         }},
         {"polygon 1 names vertex 65535 of 4",
-         [](FileModel& f) { f.objects[2].corners = {0, 1, 2, 3, 65535, 0, 0, 0}; }                        },
-        {"names vertex 0 of 0",               [](FileModel& f) { f.objects[0].vertices.clear(); }         },
+         [](FileModel& f) { f.objects[2].corners = {0, 1, 2, 3, 65535, 0, 0, 0}; }},
+        {"names vertex 0 of 0", [](FileModel& f) { f.objects[0].vertices.clear(); }},
         {"polygon 0 names texture 4096",
-         [](FileModel& f) { f.objects[1].attributes[0].texture = 4096; }                                  },
-        {"2 attributes for 1 polygons",       [](FileModel& f) { f.objects[1].attributes.resize(2); }     },
-        {"3 Gouraud entries for 2 polygons",  [](FileModel& f) { f.objects[2].gouraud.resize(12); }       },
-        {"more than 4096 vertices",           [](FileModel& f) { f.objects[2].vertices.resize(4089 * 3); }},
-        {"more than 4096 polygons",           [](FileModel& f) { f.objects[2].corners.resize(4095 * 4); } },
-        {"rotation beyond 32768 turns",       [](FileModel& f) { f.objects[0].degrees[1] = 1.2e7f; }      },
-        {"linked twice or in a circle",       [](FileModel& f) { f.objects[2].child = 0; }                },
-        {"linked twice or in a circle",       [](FileModel& f) { f.objects[2].next = 1; }                 },
-        {"linked twice or in a circle",       [](FileModel& f) { f.objects[1].child = 1; }                },
+         [](FileModel& f) { f.objects[1].attributes[0].texture = 4096; }},
+        {"2 attributes for 1 polygons", [](FileModel& f) { f.objects[1].attributes.resize(2); }},
+        {"3 Gouraud entries for 2 polygons", [](FileModel& f) { f.objects[2].gouraud.resize(12); }},
+        {"more than 4096 vertices", [](FileModel& f) { f.objects[2].vertices.resize(4089 * 3); }},
+        {"more than 4096 polygons", [](FileModel& f) { f.objects[2].corners.resize(4095 * 4); }},
+        {"rotation beyond 32768 turns", [](FileModel& f) { f.objects[0].degrees[1] = 1.2e7f; }},
+        {"linked twice or in a circle", [](FileModel& f) { f.objects[2].child = 0; }},
+        {"linked twice or in a circle", [](FileModel& f) { f.objects[2].next = 1; }},
+        {"linked twice or in a circle", [](FileModel& f) { f.objects[1].child = 1; }},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.reason);

@@ -92,34 +92,24 @@ TEST_F(ModelTest, PoolsHoldTheirCapacities)
 
 TEST(FaceNormal, TakesTheEdgeToCornerTwoForOneWithoutLength)
 {
-    const Vertex vertices[] = {
-        {0,    0, 0},
-        {1,    0, 0},
-        {1,    1, 0},
-        {0,    1, 0},
-        {0,    0, 0},
-        {-0.0, 0, 0},
-        {2,    0, 0}
-    };
+    const Vertex vertices[] = {{0, 0, 0}, {1, 0, 0},    {1, 1, 0}, {0, 1, 0},
+                               {0, 0, 0}, {-0.0, 0, 0}, {2, 0, 0}};
     struct Row {
         const char* reason;
         std::array<std::uint16_t, 4> corner;
     };
     const Row rows[] = {
-        {"a square",                             {0, 1, 2, 3}},
-        {"corners 0 and 1 are one",              {0, 0, 2, 3}},
-        {"corners 0 and 3 are one",              {0, 1, 2, 0}},
-        {"corner 1 lies where corner 0 does",    {0, 4, 2, 3}},
+        {"a square", {0, 1, 2, 3}},
+        {"corners 0 and 1 are one", {0, 0, 2, 3}},
+        {"corners 0 and 3 are one", {0, 1, 2, 0}},
+        {"corner 1 lies where corner 0 does", {0, 4, 2, 3}},
         {"... and zero counts with either sign", {0, 5, 2, 3}},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.reason);
         expectEqual(computeFaceNormal({{}, row.corner}, vertices), {0, 0, -1});
     }
-    const std::array<std::uint16_t, 4> withoutArea[] = {
-        {0, 0, 0, 0},
-        {0, 1, 6, 1}
-    };
+    const std::array<std::uint16_t, 4> withoutArea[] = {{0, 0, 0, 0}, {0, 1, 6, 1}};
     for (const auto& corner : withoutArea)
         EXPECT_FALSE(isFinite(computeFaceNormal({{}, corner}, vertices)));
 }
@@ -127,23 +117,10 @@ TEST(FaceNormal, TakesTheEdgeToCornerTwoForOneWithoutLength)
 TEST_F(ModelTest, VertexNormalsCountAPolygonOnceHoweverOftenItNamesTheVertex)
 {
     // A square in the z plane and a triangle, its corner 0 repeated, in the x plane, sharing 0, 1.
-    const Vertex vertices[] = {
-        {0, 0, 0},
-        {0, 1, 0},
-        {1, 1, 0},
-        {1, 0, 0},
-        {0, 1, 1},
-        {9, 9, 9}
-    };
+    const Vertex vertices[] = {{0, 0, 0}, {0, 1, 0}, {1, 1, 0}, {1, 0, 0}, {0, 1, 1}, {9, 9, 9}};
     std::copy(std::begin(vertices), std::end(vertices), model.vertices.begin() + 10);
-    model.polygons[20] = {
-        { },
-        { 0, 1, 2, 3}
-    };
-    model.polygons[21] = {
-        { },
-        { 0, 4, 1, 0}
-    };
+    model.polygons[20] = {{}, {0, 1, 2, 3}};
+    model.polygons[21] = {{}, {0, 4, 1, 0}};
     const Mesh mesh{10, 6, 20, 2, 20, 30};
     for (const std::uint32_t i : {20u, 21u})
         model.polygons[i].normal = computeFaceNormal(model.polygons[i], &model.vertices[10]);
@@ -189,15 +166,15 @@ TEST_F(ModelTest, OnlyLinksThatReachEachObjectOnceFormAForest)
         bool forest;
     };
     const Row rows[] = {
-        {"no links at all",              {},                                   true },
-        {"a chain to the last object",   {{0, 1, noObject}, {1, noObject, 2}}, true },
-        {"object 0 is a child",          {{1, 0, noObject}},                   true },
-        {"an object is its own child",   {{1, 1, noObject}},                   false},
-        {"an object follows itself",     {{0, noObject, 0}},                   false},
-        {"child and sibling are one",    {{0, 1, 1}},                          false},
-        {"two parents have one child",   {{0, 2, noObject}, {1, 2, noObject}}, false},
+        {"no links at all", {}, true},
+        {"a chain to the last object", {{0, 1, noObject}, {1, noObject, 2}}, true},
+        {"object 0 is a child", {{1, 0, noObject}}, true},
+        {"an object is its own child", {{1, 1, noObject}}, false},
+        {"an object follows itself", {{0, noObject, 0}}, false},
+        {"child and sibling are one", {{0, 1, 1}}, false},
+        {"two parents have one child", {{0, 2, noObject}, {1, 2, noObject}}, false},
         {"a circle apart from object 0", {{1, 2, noObject}, {2, noObject, 1}}, false},
-        {"a circle through object 0",    {{0, 1, noObject}, {1, noObject, 0}}, false},
+        {"a circle through object 0", {{0, 1, noObject}, {1, noObject, 0}}, false},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.reason);
@@ -231,19 +208,19 @@ TEST_F(ModelTest, WhateverPointsOutsideItsTableIsNotSafeToDraw)
         void (*spoil)(Model&);
     };
     const Row rows[] = {
-        {"more objects than the table",         [](Model& m) { m.objectCount = 129; }                 },
-        {"a child that does not exist",         [](Model& m) { m.objects[0].child = 1; }              },
-        {"a sibling that does not exist",       [](Model& m) { m.objects[0].next = 1; }               },
-        {"a mesh that does not exist",          [](Model& m) { m.objects[0].mesh = 1; }               },
-        {"a corner beyond the slice",           [](Model& m) { m.polygons[5].corner[3] = 8; }         },
-        {"vertices beyond the pool",            [](Model& m) { m.meshes[0].vertexTable = 4089; }      },
-        {"normals beyond the pool",             [](Model& m) { m.meshes[0].vertexNormalTable = 4089; }},
-        {"polygons beyond the pool",            [](Model& m) { m.meshes[0].polygonTable = 4091; }     },
-        {"attributes beyond the pool",          [](Model& m) { m.meshes[0].attributeTable = 4091; }   },
-        {"a slice whose end would wrap",        [](Model& m) { m.meshes[0].vertexTable = 0xFFFFFFFF; }},
-        {"a vertex total that is not the sum",  [](Model& m) { m.totalVertexCount = 9; }              },
-        {"a polygon total that is not the sum", [](Model& m) { m.totalPolygonCount = 5; }             },
-        {"a Gouraud entry beyond the pool",     [](Model& m) { m.attributes[2].gouraud = 4096; }      },
+        {"more objects than the table", [](Model& m) { m.objectCount = 129; }},
+        {"a child that does not exist", [](Model& m) { m.objects[0].child = 1; }},
+        {"a sibling that does not exist", [](Model& m) { m.objects[0].next = 1; }},
+        {"a mesh that does not exist", [](Model& m) { m.objects[0].mesh = 1; }},
+        {"a corner beyond the slice", [](Model& m) { m.polygons[5].corner[3] = 8; }},
+        {"vertices beyond the pool", [](Model& m) { m.meshes[0].vertexTable = 4089; }},
+        {"normals beyond the pool", [](Model& m) { m.meshes[0].vertexNormalTable = 4089; }},
+        {"polygons beyond the pool", [](Model& m) { m.meshes[0].polygonTable = 4091; }},
+        {"attributes beyond the pool", [](Model& m) { m.meshes[0].attributeTable = 4091; }},
+        {"a slice whose end would wrap", [](Model& m) { m.meshes[0].vertexTable = 0xFFFFFFFF; }},
+        {"a vertex total that is not the sum", [](Model& m) { m.totalVertexCount = 9; }},
+        {"a polygon total that is not the sum", [](Model& m) { m.totalPolygonCount = 5; }},
+        {"a Gouraud entry beyond the pool", [](Model& m) { m.attributes[2].gouraud = 4096; }},
     };
     for (const Row& row : rows) {
         ASSERT_EQ(createModelStore(model), Message::none);

@@ -71,7 +71,7 @@ TEST(SourceText, FixedNumbersEqualTheCLibrarysOverMillionsOfValues)
 }
 #endif
 
-TEST(SourceText, IntegersAndColoursAreAligned)
+TEST(SourceText, IntegersAreAligned)
 {
     TextWriter numbers(1); // grows
     appendNumber(numbers, 7, 2);
@@ -83,9 +83,6 @@ TEST(SourceText, IntegersAndColoursAreAligned)
     appendHex16(hexadecimal, 0x1C3B);
     appendHex16(hexadecimal, 0xA);
     EXPECT_EQ(hexadecimal.view(), "0x1c3b0x000a");
-    TextWriter colour;
-    appendColour(colour, static_cast<Rgb555>(0x8000 | rgb555(1, 31, 0)));
-    EXPECT_EQ(colour.view(), "C_RGB( 1,31, 0)");
 }
 
 TEST(SourceText, AFileTitleIsTheNameWithoutItsFolder)

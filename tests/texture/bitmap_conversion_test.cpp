@@ -106,16 +106,11 @@ TEST(BitmapConversion, RefusesWhatItCannotConvertAndWritesNothing)
         std::uint16_t bitCount;
         std::uint32_t compression;
     } rows[] = {
-        {"run lengths",          3,     2,     8,  1},
-        {"bit fields",           3,     2,     32, 3},
-        {"two colours",          3,     2,     1,  0},
-        {"no depth",             3,     2,     0,  0},
-        {"a depth of no bitmap", 3,     2,     25, 0},
-        {"no width",             0,     2,     24, 0},
-        {"rows from the top",    3,     -2,    24, 0},
-        {"more than a slot has", 65536, 2,     24, 0},
-        {"bits that are cut",    3,     200,   24, 0},
-        {"bits far beyond",      65535, 65535, 32, 0},
+        {"run lengths", 3, 2, 8, 1},           {"bit fields", 3, 2, 32, 3},
+        {"two colours", 3, 2, 1, 0},           {"no depth", 3, 2, 0, 0},
+        {"a depth of no bitmap", 3, 2, 25, 0}, {"no width", 0, 2, 24, 0},
+        {"rows from the top", 3, -2, 24, 0},   {"more than a slot has", 65536, 2, 24, 0},
+        {"bits that are cut", 3, 200, 24, 0},  {"bits far beyond", 65535, 65535, 32, 0},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);

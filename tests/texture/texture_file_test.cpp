@@ -1,10 +1,10 @@
 #include "texture/texture_file.h"
 
 #include "base/file.h"
+#include "base/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <utility>
 
@@ -29,13 +29,11 @@ protected:
         ASSERT_EQ(other.create(), Message::none);
         fill(list, 1, 8, 2, 0x8100);
         fill(list, 100, 3, 3, 0x0200);
-        path = testing::TempDir() + "facetor_texture_file_test.mxt";
-        std::remove(path.c_str());
     }
-    void TearDown() override { std::remove(path.c_str()); }
 
     TextureList list, other;
-    std::string path;
+    TemporaryFolder folder;
+    std::string path = folder.file("list.mxt");
 };
 
 constexpr std::size_t firstChunk = 264;
@@ -143,41 +141,55 @@ TEST_F(TextureFile, ReaderNamesTheChunkThatItRefuses)
         std::uint32_t used; // afterwards
     } rows[] = {
         {"another file's tag",
-         0,                {'M', 'X', '3', 'D'},
-         "chunk MXTX at offset 0: \"MX3D\" stands in its place",                    0  },
+         0,
+         {'M', 'X', '3', 'D'},
+         "chunk MXTX at offset 0: \"MX3D\" stands in its place",
+         0},
         {"the sort without a reader",
-         0,                {'T', 'E', 'X', 'R'},
-         "chunk MXTX at offset 0: \"TEXR\" stands in its place",                    0  },
+         0,
+         {'T', 'E', 'X', 'R'},
+         "chunk MXTX at offset 0: \"TEXR\" stands in its place",
+         0},
         {"no texture in the middle",
-         secondChunk,      {'T', 'Q', 'T', 1},
-         "chunk TQTx at offset 312: \"TQT?\" stands in its place",                  2  },
+         secondChunk,
+         {'T', 'Q', 'T', 1},
+         "chunk TQTx at offset 312: \"TQT?\" stands in its place",
+         2},
         {"more chunks than there are",
-         12,               {3},
-         "chunk TQTx at offset 346: the file ends before it",                       101},
+         12,
+         {3},
+         "chunk TQTx at offset 346: the file ends before it",
+         101},
         {"the first slot beyond",
          secondChunk + 8,
          {0, 16, 0, 0},
-         "chunk TQTx at offset 312: slot 4096 does not exist",                      2  },
+         "chunk TQTx at offset 312: slot 4096 does not exist",
+         2},
         {"a slot far beyond",
          secondChunk + 8,
          {0xFF, 0xFF, 0xFF, 0xFF},
-         "chunk TQTx at offset 312: slot 4294967295 does not exist",                2  },
+         "chunk TQTx at offset 312: slot 4294967295 does not exist",
+         2},
         {"no width",
          secondChunk + 12,
          {0, 0},
-         "chunk TQTx at offset 312: a texture of 0 x 3 texels",                     2  },
+         "chunk TQTx at offset 312: a texture of 0 x 3 texels",
+         2},
         {"no height",
          secondChunk + 14,
          {0, 0},
-         "chunk TQTx at offset 312: a texture of 3 x 0 texels",                     2  },
+         "chunk TQTx at offset 312: a texture of 3 x 0 texels",
+         2},
         {"texels beyond the file's end",
          secondChunk + 14,
          {4, 0},
-         "chunk TQTx at offset 312: the file ends inside its 3 x 4 texels",         2  },
+         "chunk TQTx at offset 312: the file ends inside its 3 x 4 texels",
+         2},
         {"a size that would wrap",
          firstChunk + 12,
          {0xFF, 0xFF, 0xFF, 0xFF},
-         "chunk TQTx at offset 264: the file ends inside its 65535 x 65535 texels", 0  },
+         "chunk TQTx at offset 264: the file ends inside its 65535 x 65535 texels",
+         0},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.why);
@@ -211,12 +223,8 @@ TEST_F(TextureFile, TheFileTestLooksAtTheFirstTagOnly)
         std::string_view contents;
         bool expected;
     } rows[] = {
-        {"MXTX",         true },
-        {"TEXR....more", true },
-        {"MX3D........", false},
-        {"MXT",          false},
-        {"",             false},
-        {" MXTX...",     false},
+        {"MXTX", true}, {"TEXR....more", true}, {"MX3D........", false}, {"MXT", false},
+        {"", false},    {" MXTX...", false},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.contents);

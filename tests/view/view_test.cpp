@@ -142,6 +142,69 @@ TEST(View, FixedViewsTurnToTheSideThatTheyName)
     }
 }
 
+TEST(View, FixedViewsTurnByAnglesOneUnitShortAndNeverAboutZ)
+{
+    struct Case {
+        FixedView direction;
+        std::array<Angle, 3> angles;
+    };
+    for (const Case& c :
+         {Case{FixedView::forward, {0, 0, 0}}, Case{FixedView::back, {0, 32767, 0}},
+          Case{FixedView::left, {0, -16383, 0}}, Case{FixedView::right, {0, 16383, 0}},
+          Case{FixedView::top, {16383, 0, 0}}, Case{FixedView::bottom, {-16383, 0, 0}}}) {
+        Editor editor;
+        editor.view.viewDirection = {1, 2, 3};
+        applyFixedView(editor.view, editor.engine, c.direction);
+        EXPECT_EQ(editor.view.viewDirection, c.angles) << static_cast<int>(c.direction);
+    }
+}
+
+TEST(View, TheViewMatrixPlacesAPointByItsPartsInTheirOrder)
+{
+    Editor editor;
+    View& view = editor.view;
+    view.cameraPosition = {1, 2, 300};
+    view.modelCentre = {10, 20, 30};
+    view.viewScale = 2;
+    view.modelRotation = {0, 0, 16384};
+    view.viewDirection = {16384, 0, 0};
+    buildViewMatrix(view, editor.engine, ViewDirectionUse::apply);
+    // Scaled, turned about x (y to z), then about z (x to y), less twice the centre, and the
+    // camera.
+    const Vector3 point = transformPoint({1, 10, 100}, view.viewMatrix);
+    EXPECT_NEAR(point.x, 200 - 20 + 1, 0.1);
+    EXPECT_NEAR(point.y, 2 - 40 + 2, 0.1);
+    EXPECT_NEAR(point.z, 20 - 60 + 300, 0.1);
+    buildViewMatrix(view, editor.engine, ViewDirectionUse::ignore);
+    const Vector3 unturned = transformPoint({1, 10, 100}, view.viewMatrix);
+    EXPECT_NEAR(unturned.x, -20 - 20 + 1, 0.1);
+    EXPECT_NEAR(unturned.y, 2 - 40 + 2, 0.1);
+    EXPECT_NEAR(unturned.z, 200 - 60 + 300, 0.1);
+}
+
+TEST(View, OnlyADragIsDrawnInTheDragDrawMode)
+{
+    Editor editor;
+    fitModel(editor.view, editor.engine, editor.model, {640, 480});
+    EXPECT_EQ(editor.view.dragDrawMode, DragDrawMode::wire);
+    struct Case {
+        bool dragging;
+        DragDrawMode mode;
+        std::uint32_t flags;
+    };
+    // In this order, each takes the flag of the one before back.
+    for (const Case& c :
+         {Case{true, DragDrawMode::wire, drawWireframe}, Case{true, DragDrawMode::flat, drawFlat},
+          Case{true, DragDrawMode::full, 0}, Case{true, DragDrawMode::flat, drawFlat},
+          Case{false, DragDrawMode::flat, 0}, Case{false, DragDrawMode::wire, 0}}) {
+        editor.view.dragging = c.dragging;
+        editor.view.dragDrawMode = c.mode;
+        (void)editor.drawn({640, 480});
+        EXPECT_EQ(editor.engine.settings.drawFlags, c.flags)
+            << c.dragging << " " << static_cast<int>(c.mode);
+    }
+}
+
 TEST(View, ANewFitForgetsTheFixedDirection)
 {
     Editor editor;
