@@ -102,7 +102,8 @@ bool applySettings(Editor& editor)
 
 void writeSettings(Editor& editor)
 {
-    if (editor.settingsPath.empty()) return;
+    // A start that failed has read no settings, and has no windows whose places could be kept.
+    if (editor.settingsPath.empty() || !editor.toolBox.window) return;
     SettingsRecord& settings = editor.settings;
     settings.mainWindow = normalPlaceOf(editor.mainWindow);
     settings.mainZoomed = IsZoomed(editor.mainWindow) != FALSE;

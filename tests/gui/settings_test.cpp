@@ -5,11 +5,13 @@
 #include "base/temporary_folder.h"
 #include "gui/model_files.h"
 #include "gui/running_editor.h"
-#include "resources/resource_ids.h"
+#include "ui/window_data_win.h"
 
 #include <gtest/gtest.h>
 
 #include <windows.h>
+
+#include <filesystem>
 
 namespace facetor {
 
@@ -113,6 +115,16 @@ TEST(Settings, AMinimisedOrMaximisedWindowIsRememberedAtItsNormalPlace)
         EXPECT_EQ(written->mainWindow, (WindowRectangle{30, 40, 474, 373}));
         EXPECT_EQ(written->mainZoomed, how == SW_MAXIMIZE);
     }
+}
+
+TEST(Settings, AFileBesideTheProgramMakesAPortableCopy)
+{
+    const std::string beside = programFolder(nullptr) + "\\Facetor.ini";
+    ASSERT_FALSE(readFile(beside));
+    EXPECT_NE(findSettingsPath(), beside);
+    writeTextFile(beside, "");
+    EXPECT_EQ(findSettingsPath(), beside);
+    std::filesystem::remove(beside);
 }
 
 TEST(Settings, BrokenOnesAreIgnoredAsAWhole)

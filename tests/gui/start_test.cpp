@@ -1,5 +1,7 @@
 #include "app/main_window.h"
 #include "app/title_win.h"
+#include "base/temporary_folder.h"
+#include "gui/model_files.h"
 #include "gui/running_editor.h"
 #include "ui/window_data_win.h"
 
@@ -11,6 +13,7 @@
 
 #include <array>
 #include <cfloat>
+#include <filesystem>
 #include <string_view>
 
 namespace facetor {
@@ -115,6 +118,42 @@ TEST(Start, AcceleratorsAreTheTablesInItsOrder)
     }
 }
 
+/// Types a key with Ctrl held, as the keyboard would.
+void typeWithControl(WORD key)
+{
+    std::array<INPUT, 4> inputs{};
+    const std::pair<WORD, DWORD> keys[] = {
+        {VK_CONTROL, 0}, {key, 0}, {key, KEYEVENTF_KEYUP}, {VK_CONTROL, KEYEVENTF_KEYUP}};
+    for (std::size_t i = 0; i < inputs.size(); ++i) {
+        inputs[i].type = INPUT_KEYBOARD;
+        inputs[i].ki.wVk = keys[i].first;
+        inputs[i].ki.dwFlags = keys[i].second;
+    }
+    SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT));
+}
+
+TEST(Start, KeysReachTheMainWindowAsCommandsWhicheverWindowHasTheFocus)
+{
+    const RunningEditor editor;
+    for (const bool fromToolBox : {false, true}) {
+        SCOPED_TRACE(fromToolBox);
+        editor.call([&](Editor& e) {
+            const HWND window = fromToolBox ? e.toolBox.window : e.mainWindow;
+            SetForegroundWindow(window);
+            SetFocus(window);
+            e.undo.kind = tag("ATTR"); // a grey item's key would reach nobody
+            SendMessageA(e.mainWindow, WM_USER, 0, 0);
+        });
+        const std::size_t before = editor.commandsSeen().size();
+        for (const WORD key : {'A', 'C', 'X', 'Z', 'D'}) typeWithControl(key);
+        ASSERT_TRUE(waitUntil([&] { return editor.commandsSeen().size() >= before + 5; }));
+        const std::vector<int> seen = editor.commandsSeen();
+        EXPECT_EQ(std::vector<int>(seen.begin() + static_cast<std::ptrdiff_t>(before), seen.end()),
+                  (std::vector<int>{40091, 40037, 40036, 40014, 40092}));
+    }
+    editor.call([](Editor& e) { e.document.modelChanged = false; });
+}
+
 TEST(Start, ToolBarHasItsEntriesAndToolTips)
 {
     struct Entry {
@@ -215,11 +254,16 @@ TEST(Start, AWindowThatCannotBeCreatedEndsTheProgramWithoutAMessage)
     for (const char* name : {mainWindowClass, TOOLBARCLASSNAMEA, STATUSCLASSNAMEA, toolBoxClass}) {
         SCOPED_TRACE(name);
         refusedClass = name;
-        RunningEditor editor({"C:\\no such file.mx3"}, Platform::nt, [] {
-            SetWindowsHookExA(WH_CBT, refuseClass, nullptr, GetCurrentThreadId());
-        });
+        const TemporaryFolder folder;
+        const std::string settings = folder.file("Facetor.ini");
+        writeTextFile(settings, "kept");
+        RunningEditor editor(
+            {"C:\\no such file.mx3"}, Platform::nt,
+            [] { SetWindowsHookExA(WH_CBT, refuseClass, nullptr, GetCurrentThreadId()); },
+            settings);
         EXPECT_EQ(editor.waitForEnd(), 0);
         EXPECT_EQ(editor.window(), nullptr) << "it must never be on the screen";
+        EXPECT_EQ(std::filesystem::file_size(settings), 4u);
     }
     const RunningEditor editor;
     EXPECT_EQ(editor.title(), "Facetor for NT - Untitled")
