@@ -130,7 +130,7 @@ LRESULT CALLBACK mainWindowProcedure(HWND window, UINT message, WPARAM wParam, L
     case WM_ERASEBKGND: eraseAroundModelView(editor, reinterpret_cast<HDC>(wParam)); return 1;
     case WM_PAINT: paintModelView(editor); return 0;
     case WM_CLOSE: onClose(editor); return 0;
-    case WM_MOUSEMOVE: onMouseMove(editor, mousePosition(lParam)); return 0;
+    case WM_MOUSEMOVE: onMouseMove(editor, mousePosition(lParam), wParam); return 0;
     case WM_NCMOUSEMOVE: onCursorLeft(editor); break; // the frame's own buttons need it as well
     case WM_LBUTTONDOWN: onLeftButtonDown(editor, mousePosition(lParam)); return 0;
     case WM_LBUTTONUP: onLeftButtonUp(editor); return 0;

@@ -185,20 +185,22 @@ void onRightButtonUp(Editor& editor)
     editor.drag.right = ButtonState::up;
 }
 
-void onMouseMove(Editor& editor, POINT position)
+void onMouseMove(Editor& editor, POINT position, WPARAM keys)
 {
     DragState& drag = editor.drag;
     const POINT before = std::exchange(drag.last, position);
     if (drag.left != ButtonState::down) return;
+    if (!(keys & MK_LBUTTON)) return onCursorLeft(editor); // released over another window
     drag.delta = {position.x - before.x, position.y - before.y};
     requestRedraw(editor);
 }
 
 void onCursorLeft(Editor& editor)
 {
+    const bool dragged = editor.drag.left == ButtonState::down;
     setLeftButton(editor, ButtonState::outside);
     editor.drag.right = ButtonState::outside;
-    if (editor.band.open) requestRedraw(editor); // what it holds now is picked
+    if (dragged) requestRedraw(editor); // in full again; what a rubber band holds now is picked
 }
 
 } // namespace facetor

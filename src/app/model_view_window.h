@@ -45,7 +45,8 @@ void onLeftButtonUp(Editor& editor);
 /// flags) the tools, with Ctrl the cameras.
 void onRightButtonDown(Editor& editor, POINT position, WPARAM keys);
 void onRightButtonUp(Editor& editor);
-void onMouseMove(Editor& editor, POINT position);
+/// `keys` are the MK_ flags of the message.
+void onMouseMove(Editor& editor, POINT position, WPARAM keys);
 void onCursorLeft(Editor& editor);
 
 } // namespace facetor

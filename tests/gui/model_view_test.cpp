@@ -223,6 +223,8 @@ TEST(ModelView, FollowsTheMouse)
         {WM_MOUSEMOVE, 40, 40, outside, outside, false, {40, 40}, "coming back is no drag"},
         {WM_LBUTTONUP, 40, 40, up, outside, false, {40, 40}, "a late release"},
         {WM_RBUTTONUP, 40, 40, up, up, false, {40, 40}, "the right one likewise"},
+        {WM_LBUTTONDOWN, 40, 40, down, up, false, {40, 40}, "a third drag"},
+        {WM_MOUSEMOVE, 50, 50, outside, outside, false, {50, 50}, "released over another window"},
     };
     const RunningEditor editor;
     // In one go on the editor's thread: the real mouse could come between otherwise.
@@ -230,7 +232,8 @@ TEST(ModelView, FollowsTheMouse)
         for (const Step& step : steps) {
             SCOPED_TRACE(step.reason);
             const Matrix before = e.view.viewMatrix;
-            SendMessageA(e.mainWindow, step.message, 0, MAKELPARAM(step.x, step.y));
+            const WPARAM keys = step.left == down ? MK_LBUTTON : 0;
+            SendMessageA(e.mainWindow, step.message, keys, MAKELPARAM(step.x, step.y));
             EXPECT_EQ(e.drag.left, step.left);
             EXPECT_EQ(e.drag.right, step.right);
             EXPECT_EQ(std::memcmp(&before, &e.view.viewMatrix, sizeof before) != 0, step.turns);
