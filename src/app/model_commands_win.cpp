@@ -127,6 +127,7 @@ CommandOutcome saveModelAs(Editor& editor)
 
 void undoLastEdit(Editor& editor)
 {
+    // A kind of edit brings its state back here; a slot without one has nothing to bring back.
     requestRedraw(editor);
 }
 

@@ -56,6 +56,58 @@ TEST(Selection, AClickMarksThePolygonUnderTheCursor)
     EXPECT_FALSE(editor.ask([](Editor& e) { return e.document.modelChanged; }));
 }
 
+/// Holds a key of the keyboard down for a scope, as the editor's thread sees it.
+class HeldKey {
+public:
+    HeldKey(const RunningEditor& editor, WORD key) : editor_(editor), key_(key) { send(0, true); }
+    ~HeldKey() { send(KEYEVENTF_KEYUP, false); }
+    HeldKey(const HeldKey&) = delete;
+    HeldKey& operator=(const HeldKey&) = delete;
+
+private:
+    void send(DWORD flags, bool down) const
+    {
+        INPUT input{};
+        input.type = INPUT_KEYBOARD;
+        input.ki.wVk = key_;
+        input.ki.dwFlags = flags;
+        SendInput(1, &input, sizeof input);
+        EXPECT_TRUE(waitUntil([&] {
+            return editor_.ask([&](Editor&) { return (GetAsyncKeyState(key_) < 0) == down; });
+        }));
+    }
+
+    const RunningEditor& editor_;
+    WORD key_;
+};
+
+TEST(Selection, ShiftTakesTheWholeObjectAndCtrlClearsMarks)
+{
+    const RunningEditor editor;
+    editor.resizeClient(400, 320);
+    editor.sendCommand(IDM_TOOL_SELECT);
+    const auto click = [&] {
+        mouse(editor, WM_LBUTTONDOWN, 200, 160);
+        mouse(editor, WM_LBUTTONUP, 200, 160);
+        return pickedCount(editor);
+    };
+    {
+        const HeldKey shift(editor, VK_SHIFT);
+        EXPECT_EQ(click(), 6);
+    }
+    {
+        const HeldKey control(editor, VK_CONTROL);
+        EXPECT_EQ(click(), 5);
+        editor.sendCommand(IDM_SELECT_MODEL);
+        EXPECT_EQ(pickedCount(editor), 0);
+        editor.sendCommand(IDM_SELECT_ALL);
+        EXPECT_EQ(pickedCount(editor), 6) << "its own key is with Ctrl";
+    }
+    editor.sendCommand(IDM_SELECT_CLEAR);
+    const HeldKey tab(editor, VK_TAB);
+    EXPECT_EQ(click(), 0) << "no other polygon lies behind the nearest";
+}
+
 TEST(Selection, TheRubberBandIsSeenOnEveryBackgroundMarksWhatItHoldsAndLeavesNothingBehind)
 {
     constexpr std::uint32_t black = 0x000000, white = 0xFFFFFF;
