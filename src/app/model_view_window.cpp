@@ -132,6 +132,8 @@ void paintModelView(Editor& editor)
     if (client.width == 0 || client.height == 0) return;
     paintFrame(editor.view, editor.engine, editor.document.model, client);
     presentSurface(paint.dc(), editor.engine.surface, client);
+    // What lies beside the surface is only erased, not painted anew: no overlay may reach there.
+    IntersectClipRect(paint.dc(), 0, 0, surfaceMaxWidth, surfaceMaxHeight);
     if (editor.band.open) paintRubberBand(paint.dc(), editor.band.rectangle);
 }
 

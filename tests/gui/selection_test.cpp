@@ -139,6 +139,25 @@ TEST(Selection, TheRubberBandIsSeenOnEveryBackgroundMarksWhatItHoldsAndLeavesNot
     }
 }
 
+TEST(Selection, ABandThatReachesBeyondTheSurfaceLeavesNothingBehindThere)
+{
+    const RunningEditor editor;
+    editor.resizeClient(700, 540);
+    editor.sendCommand(IDM_TOOL_SELECT);
+    const Picture before = editor.picture();
+    mouse(editor, WM_LBUTTONDOWN, 20, 50);
+    mouse(editor, WM_MOUSEMOVE, 690, 505);
+    (void)editor.picture(); // painted in between
+    mouse(editor, WM_MOUSEMOVE, 680, 500);
+    const Picture drawn = editor.picture();
+    int changed = 0;
+    for (int x = 20; x < 640; ++x) changed += drawn.at(x, 50) != before.at(x, 50);
+    EXPECT_GT(changed, 300) << "the band itself is seen";
+    mouse(editor, WM_LBUTTONUP, 680, 500);
+    editor.sendCommand(IDM_SELECT_CLEAR);
+    EXPECT_TRUE(editor.picture() == before);
+}
+
 TEST(Selection, ABandThatLeavesTheWindowMarksWhatItHeld)
 {
     const RunningEditor editor;
