@@ -137,7 +137,8 @@ void openTexturePath(Editor& editor, const std::string& path)
     {
         const WaitCursor waiting;
         // What could be read before an error stays in the list, and is shown.
-        (void)readTextureFile(editor.document.textures, path);
+        if (readTextureFile(editor.document.textures, path) == Message::none)
+            editor.document.texturesChanged = false;
     }
     requestRedraw(editor);
 }

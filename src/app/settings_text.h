@@ -25,7 +25,7 @@ inline constexpr std::size_t recentFileCapacity = 4;
 struct SettingsRecord {
     WindowRectangle mainWindow{}, toolBox{}, hierarchy{}, attributes{}, textures{};
     bool mainZoomed = false;
-    Rgb555 background = 0, pickedPolygon = 0, transparent = 0;
+    Rgb555 background = 0, pickedPolygon = 0, transparent = 0x8000;
     std::uint32_t dragMethod = 0;          ///< 0 wire, 1 flat, 2 full
     std::vector<std::string> modelFiles;   ///< at most recentFileCapacity
     std::vector<std::string> textureFiles; ///< at most recentFileCapacity

@@ -19,7 +19,8 @@ Message undoRemember(UndoSlot& slot, std::uint32_t kind, std::span<const std::by
 
 Message undoExchange(UndoSlot& slot, std::uint32_t kind, std::span<std::byte> live)
 {
-    if (slot.isEmpty() || slot.kind != kind || slot.block.size() != live.size())
+    if (slot.isEmpty() || slot.block.empty() || slot.kind != kind ||
+        slot.block.size() != live.size())
         return Message::outOfUndoMemory;
     std::swap_ranges(live.begin(), live.end(), slot.block.begin());
     return Message::none;

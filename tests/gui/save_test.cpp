@@ -113,6 +113,40 @@ TEST(Save, SaveAsWritesTheChosenFormAndNamesTheModelAfterIt)
     }
 }
 
+/// Runs facetor-cli and waits for its end. Returns its exit status; -1 when it does not start or
+/// end.
+int runCommandLineTool(const std::string& arguments)
+{
+    std::string commandLine = "\"" FACETOR_CLI "\" " + arguments;
+    STARTUPINFOA start{};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION process{};
+    if (!CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                        &start, &process))
+        return -1;
+    DWORD status = static_cast<DWORD>(-1);
+    if (WaitForSingleObject(process.hProcess, longestWait) == WAIT_OBJECT_0)
+        GetExitCodeProcess(process.hProcess, &status);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    return static_cast<int>(status);
+}
+
+TEST(Save, TheSourceOfASampleIsTheOneThatTheCommandLineToolWrites)
+{
+    const TemporaryFolder folder, other;
+    const RunningEditor editor({"samples/ship.mx3"});
+    editor.post(WM_COMMAND, IDM_FILE_SAVE_AS);
+    ASSERT_TRUE(editor.fillFileDialog(folder.file("ship.mdl"), 2));
+    ASSERT_TRUE(waitUntil([&] { return editor.title() == programTitle + folder.file("ship.mx3"); }))
+        << editor.title();
+    ASSERT_EQ(runCommandLineTool("-q convert samples/ship.mx3 \"" + other.file("ship.mdl") + "\""),
+              0);
+    const std::string saved = text(folder.file("ship.mdl"));
+    EXPECT_GT(saved.size(), 100000u);
+    EXPECT_TRUE(saved == text(other.file("ship.mdl")));
+}
+
 TEST(Save, CancellingSavesNothingAndKeepsTheChangedFlag)
 {
     const RunningEditor editor;
