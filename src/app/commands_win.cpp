@@ -70,27 +70,10 @@ CommandOutcome onOpenPath(Editor& editor, int, LPARAM argument)
     return openModelPath(editor, reinterpret_cast<const char*>(argument));
 }
 
-CommandOutcome onHelp(Editor& editor, int, LPARAM)
+/// A command that needs nothing but the editor, and whose outcome does not matter.
+template <void (*action)(Editor&)> CommandOutcome perform(Editor& editor, int, LPARAM)
 {
-    showHelp(editor);
-    return CommandOutcome::done;
-}
-
-CommandOutcome onAbout(Editor& editor, int, LPARAM)
-{
-    showAbout(editor);
-    return CommandOutcome::done;
-}
-
-CommandOutcome onLight(Editor& editor, int, LPARAM)
-{
-    showLightDialog(editor);
-    return CommandOutcome::done;
-}
-
-CommandOutcome onScreen(Editor& editor, int, LPARAM)
-{
-    showScreenDialog(editor);
+    action(editor);
     return CommandOutcome::done;
 }
 
@@ -142,10 +125,10 @@ constexpr Command mainCommands[] = {
     {IDM_EDIT_UNDO, IDM_EDIT_UNDO, onUndo, ChangedFlag::set},
     {IDM_FILE_SAVE, IDM_FILE_SAVE, onSave, ChangedFlag::clearOnSuccess},
     {IDM_FILE_SAVE_AS, IDM_FILE_SAVE_AS, onSaveAs, ChangedFlag::clearOnSuccess},
-    {IDM_HELP_CONTENTS, IDM_HELP_CONTENTS, onHelp, ChangedFlag::keep},
-    {IDM_HELP_ABOUT, IDM_HELP_ABOUT, onAbout, ChangedFlag::keep},
-    {IDM_OPTIONS_LIGHT, IDM_OPTIONS_LIGHT, onLight, ChangedFlag::set},
-    {IDM_OPTIONS_SCREEN, IDM_OPTIONS_SCREEN, onScreen, ChangedFlag::set},
+    {IDM_HELP_CONTENTS, IDM_HELP_CONTENTS, perform<showHelp>, ChangedFlag::keep},
+    {IDM_HELP_ABOUT, IDM_HELP_ABOUT, perform<showAbout>, ChangedFlag::keep},
+    {IDM_OPTIONS_LIGHT, IDM_OPTIONS_LIGHT, perform<showLightDialog>, ChangedFlag::set},
+    {IDM_OPTIONS_SCREEN, IDM_OPTIONS_SCREEN, perform<showScreenDialog>, ChangedFlag::set},
     {IDM_CAMERA_FORWARD, IDM_CAMERA_BOTTOM, onFixedView, ChangedFlag::keep},
     {IDM_CAMERA_RECALL_1, IDM_CAMERA_RECALL_4, onRecallCamera, ChangedFlag::keep},
     {IDM_CAMERA_STORE_1, IDM_CAMERA_STORE_4, onStoreCamera, ChangedFlag::keep},
