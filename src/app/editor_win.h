@@ -87,6 +87,8 @@ struct Editor {
     HWND toolBar = nullptr;
     HWND statusBar = nullptr;
     ToolBox toolBox;
+    HWND attributeWindow = nullptr; ///< while it is open
+    HWND hierarchyWindow = nullptr; ///< while it is open
     HACCEL accelerators = nullptr; ///< of the program's resources, which own it
     /// Open modeless dialogs that take the keyboard's dialog navigation, in the order in which the
     /// main loop offers them a message.

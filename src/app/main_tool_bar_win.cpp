@@ -10,6 +10,9 @@ namespace facetor {
 
 namespace {
 
+constexpr int optionsMenu = 3;         ///< position in the menu bar
+constexpr UINT rotateVerticesItem = 6; ///< position of the submenu in Options
+
 constexpr ToolBarImages images{IDB_TOOLBAR, 16};
 
 constexpr ToolBarEntry separator{0, 0, TBSTATE_ENABLED, TBSTYLE_SEP};
@@ -27,7 +30,7 @@ constexpr ToolBarEntry entries[] = {
     {8, IDM_OPTIONS_SCREEN, TBSTATE_ENABLED, TBSTYLE_BUTTON},
     separator,
     {9, IDM_VIEW_TOOL_BOX, TBSTATE_ENABLED | TBSTATE_CHECKED, TBSTYLE_CHECK},
-    {10, IDM_VIEW_ATTRIBUTES, 0, TBSTYLE_CHECK}, // grey as its menu item is
+    {10, IDM_VIEW_ATTRIBUTES, TBSTATE_ENABLED, TBSTYLE_CHECK},
 };
 
 constexpr ToolTip tips[] = {
@@ -54,9 +57,14 @@ bool onMainToolBarNotify(const Editor& editor, LPARAM notification)
 
 void refreshMenuState(Editor& editor)
 {
-    const MenuFacts facts{!editor.undo.isEmpty(), isAnyPicked(editor.document.model),
-                          editor.toolBox.window && IsWindowVisible(editor.toolBox.window) != FALSE,
-                          editor.toolBox.menuTool, editor.view.cameraStored};
+    const HWND toolBox = editor.toolBox.window;
+    const MenuFacts facts{.undoAvailable = !editor.undo.isEmpty(),
+                          .anyPicked = isAnyPicked(editor.document.model),
+                          .toolBoxShown = toolBox && IsWindowVisible(toolBox) != FALSE,
+                          .attributesShown = editor.attributeWindow != nullptr,
+                          .hierarchyShown = editor.hierarchyWindow != nullptr,
+                          .menuTool = editor.toolBox.menuTool,
+                          .cameraStored = editor.view.cameraStored};
     const HMENU menu = GetMenu(editor.mainWindow);
     for (const CommandState& state : menuState(facts)) {
         const auto item = static_cast<UINT>(state.command);
@@ -64,6 +72,9 @@ void refreshMenuState(Editor& editor)
         CheckMenuItem(menu, item, state.checked ? MF_CHECKED : MF_UNCHECKED);
         setButtonState(editor.toolBar, state.command, state.enabled, state.checked);
     }
+    // A submenu has no number: it goes with its neighbour.
+    EnableMenuItem(GetSubMenu(menu, optionsMenu), rotateVerticesItem,
+                   MF_BYPOSITION | (facts.anyPicked ? MF_ENABLED : MF_GRAYED));
 }
 
 } // namespace facetor

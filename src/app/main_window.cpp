@@ -143,8 +143,10 @@ LRESULT CALLBACK mainWindowProcedure(HWND window, UINT message, WPARAM wParam, L
     case WM_NOTIFY:
         if (onMainToolBarNotify(editor, lParam)) return 0;
         break;
-    case WM_ENABLE: // an alert or a dialog of this window keeps the tool box from acting as well
+    case WM_ENABLE: // an alert or a dialog of this window keeps its tool windows from acting as
+                    // well
         EnableWindow(editor.toolBox.window, wParam != FALSE);
+        for (const HWND dialog : editor.modelessDialogs) EnableWindow(dialog, wParam != FALSE);
         return 0;
     case messageRedraw: renewModelView(editor); return 0;
     case messageOpenPath: SendMessageA(window, WM_COMMAND, IDM_FILE_OPEN_PATH, lParam); return 0;

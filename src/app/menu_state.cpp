@@ -19,10 +19,13 @@ static_assert(std::size(toolCommands) == static_cast<std::size_t>(ViewTool::move
 
 std::vector<CommandState> menuState(const MenuFacts& facts)
 {
-    std::vector<CommandState> states{{IDM_EDIT_UNDO, facts.undoAvailable, false}};
+    std::vector<CommandState> states{{IDM_VIEW_ATTRIBUTES, true, facts.attributesShown},
+                                     {IDM_VIEW_HIERARCHY, true, facts.hierarchyShown},
+                                     {IDM_EDIT_UNDO, facts.undoAvailable, false}};
     for (int i = 0; const bool stored : facts.cameraStored)
         states.push_back({IDM_CAMERA_RECALL_1 + i++, stored, false});
-    states.insert(states.end(), {{IDM_SELECT_MODEL, facts.anyPicked, false},
+    states.insert(states.end(), {{IDM_INVERT_SURFACE, facts.anyPicked, false},
+                                 {IDM_SELECT_MODEL, facts.anyPicked, false},
                                  {IDM_SELECT_ALL, true, false},
                                  {IDM_SELECT_CLEAR, facts.anyPicked, false},
                                  {IDM_SELECT_MATERIAL, facts.anyPicked, false}});

@@ -13,6 +13,8 @@ struct MenuFacts {
     bool undoAvailable = false;
     bool anyPicked = false; ///< at least one polygon is marked
     bool toolBoxShown = false;
+    bool attributesShown = false;
+    bool hierarchyShown = false;
     ViewTool menuTool = ViewTool::rotateModel; ///< chosen last from the menu
     std::array<bool, cameraCount> cameraStored{};
 };

@@ -28,7 +28,9 @@ TEST(MenuState, EachFactTurnsItsOwnCommandsAndNoOther)
         {"an edit to undo", {.undoAvailable = true}, {{40014, true, false}}},
         {"marked polygons",
          {.anyPicked = true},
-         {{40090, true, false}, {40092, true, false}, {40093, true, false}}},
+         {{40070, true, false}, {40090, true, false}, {40092, true, false}, {40093, true, false}}},
+        {"the attribute window", {.attributesShown = true}, {{40008, true, true}}},
+        {"the hierarchy window", {.hierarchyShown = true}, {{40009, true, true}}},
         {"the tool box", {.toolBoxShown = true}, {{40125, true, true}}},
         {"a stored camera", {.cameraStored = {false, false, true, false}}, {{40052, true, false}}},
         {"a tool", {.menuTool = ViewTool::scaleModel}, {{40103, true, false}, {40105, true, true}}},
@@ -52,7 +54,7 @@ TEST(MenuState, AtTheStartOnlyTheRotateToolIsCheckedAndSelectAllEnabled)
 {
     EXPECT_EQ(stateOf({}, IDM_TOOL_ROTATE), (CommandState{IDM_TOOL_ROTATE, true, true}));
     EXPECT_EQ(stateOf({}, IDM_SELECT_ALL), (CommandState{IDM_SELECT_ALL, true, false}));
-    for (const int command : {40014, 40050, 40051, 40052, 40053, 40090, 40092, 40093, 40108})
+    for (const int command : {40014, 40050, 40051, 40052, 40053, 40070, 40090, 40092, 40093, 40108})
         EXPECT_EQ(stateOf({}, command), (CommandState{command, false, false}));
 }
 
