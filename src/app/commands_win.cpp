@@ -1,5 +1,6 @@
 #include "app/commands_win.h"
 
+#include "app/edit_commands_win.h"
 #include "app/editor_win.h"
 #include "app/help_win.h"
 #include "app/light_dialog.h"
@@ -40,12 +41,6 @@ struct Command {
 CommandOutcome onOpen(Editor& editor, int, LPARAM)
 {
     return openModelWithDialog(editor);
-}
-
-CommandOutcome onUndo(Editor& editor, int, LPARAM)
-{
-    undoLastEdit(editor);
-    return CommandOutcome::done;
 }
 
 CommandOutcome onSave(Editor& editor, int, LPARAM)
@@ -95,6 +90,12 @@ CommandOutcome onStoreCamera(Editor& editor, int number, LPARAM)
     return CommandOutcome::done;
 }
 
+CommandOutcome onRotateVertices(Editor& editor, int number, LPARAM)
+{
+    turnPickedCorners(editor, static_cast<CornerTurn>(number - IDM_ROTATE_CLOCKWISE));
+    return CommandOutcome::done;
+}
+
 CommandOutcome onSelect(Editor& editor, int number, LPARAM)
 {
     return changeSelection(editor, number);
@@ -122,7 +123,7 @@ constexpr Command mainCommands[] = {
     {IDM_FILE_OPEN, IDM_FILE_OPEN, onOpen, ChangedFlag::clearOnSuccess},
     {IDM_FILE_EXIT, IDM_FILE_EXIT, onExit, ChangedFlag::keep},
     {IDM_FILE_OPEN_PATH, IDM_FILE_OPEN_PATH, onOpenPath, ChangedFlag::clearOnSuccess},
-    {IDM_EDIT_UNDO, IDM_EDIT_UNDO, onUndo, ChangedFlag::set},
+    {IDM_EDIT_UNDO, IDM_EDIT_UNDO, perform<undoLastEdit>, ChangedFlag::set},
     {IDM_FILE_SAVE, IDM_FILE_SAVE, onSave, ChangedFlag::clearOnSuccess},
     {IDM_FILE_SAVE_AS, IDM_FILE_SAVE_AS, onSaveAs, ChangedFlag::clearOnSuccess},
     {IDM_HELP_CONTENTS, IDM_HELP_CONTENTS, perform<showHelp>, ChangedFlag::keep},
@@ -132,6 +133,9 @@ constexpr Command mainCommands[] = {
     {IDM_CAMERA_FORWARD, IDM_CAMERA_BOTTOM, onFixedView, ChangedFlag::keep},
     {IDM_CAMERA_RECALL_1, IDM_CAMERA_RECALL_4, onRecallCamera, ChangedFlag::keep},
     {IDM_CAMERA_STORE_1, IDM_CAMERA_STORE_4, onStoreCamera, ChangedFlag::keep},
+    {IDM_ROTATE_CLOCKWISE, IDM_ROTATE_HALF_TURN, onRotateVertices, ChangedFlag::set},
+    {IDM_INVERT_SURFACE, IDM_INVERT_SURFACE, perform<invertPickedSurface>, ChangedFlag::set},
+    {IDM_GOURAUD_TABLE, IDM_GOURAUD_TABLE, perform<bakeGouraudTable>, ChangedFlag::set},
     {IDM_SELECT_MODEL, IDM_SELECT_MATERIAL, onSelect, ChangedFlag::keep},
     {IDM_TOOL_ROTATE, IDM_TOOL_SCALE, onTool, ChangedFlag::keep},
     {IDM_TOOL_SELECT, IDM_TOOL_MOVE_SLICE, onTool, ChangedFlag::keep},
@@ -153,6 +157,9 @@ static_assert(ascending(mainCommands), "each command once, in order of its numbe
 static_assert(static_cast<int>(FixedView::bottom) == IDM_CAMERA_BOTTOM - IDM_CAMERA_FORWARD &&
                   static_cast<int>(FixedView::left) == IDM_CAMERA_LEFT - IDM_CAMERA_FORWARD,
               "the fixed views have the order of their commands");
+static_assert(static_cast<int>(CornerTurn::counterClockwise) ==
+                  IDM_ROTATE_COUNTERCLOCKWISE - IDM_ROTATE_CLOCKWISE,
+              "and so have the turns of corners");
 
 } // namespace
 

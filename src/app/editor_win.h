@@ -89,7 +89,7 @@ struct Editor {
     ToolBox toolBox;
     HWND attributeWindow = nullptr; ///< while it is open
     HWND hierarchyWindow = nullptr; ///< while it is open
-    HACCEL accelerators = nullptr; ///< of the program's resources, which own it
+    HACCEL accelerators = nullptr;  ///< of the program's resources, which own it
     /// Open modeless dialogs that take the keyboard's dialog navigation, in the order in which the
     /// main loop offers them a message.
     std::vector<HWND> modelessDialogs;

@@ -125,12 +125,6 @@ CommandOutcome saveModelAs(Editor& editor)
     return CommandOutcome::done;
 }
 
-void undoLastEdit(Editor& editor)
-{
-    // A kind of edit brings its state back here; a slot without one has nothing to bring back.
-    requestRedraw(editor);
-}
-
 void openTexturePath(Editor& editor, const std::string& path)
 {
     if (askSaveTextures(editor, Word::openingNewFile) == Decision::stay) return;

@@ -35,9 +35,6 @@ CommandOutcome saveModel(Editor& editor);
 /// the model then goes by that name with ".mx3".
 CommandOutcome saveModelAs(Editor& editor);
 
-/// Undoes the last edit, or redoes one that was undone.
-void undoLastEdit(Editor& editor);
-
 /// Asks about a changed texture list, then reads the file into it: slots that the file does not
 /// name keep what they hold. A failed read is not reported.
 void openTexturePath(Editor& editor, const std::string& path);

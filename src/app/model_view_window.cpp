@@ -5,6 +5,7 @@
 #include "engine/frame_surface.h"
 #include "resources/resource_ids.h"
 #include "ui/handles_win.h"
+#include "ui/window_data_win.h"
 
 #include <algorithm>
 #include <utility>
@@ -52,11 +53,6 @@ void setLeftButton(Editor& editor, ButtonState state)
 {
     editor.drag.left = state;
     editor.view.dragging = state == ButtonState::down;
-}
-
-bool isKeyDown(int key)
-{
-    return GetAsyncKeyState(key) < 0;
 }
 
 void moveModel(Editor& editor)

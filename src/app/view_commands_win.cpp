@@ -3,6 +3,7 @@
 #include "app/editor_win.h"
 #include "app/model_view_window.h"
 #include "resources/resource_ids.h"
+#include "ui/window_data_win.h"
 
 #include <windows.h>
 
@@ -41,7 +42,7 @@ void storeCurrentCamera(Editor& editor, std::size_t index)
 CommandOutcome changeSelection(Editor& editor, int command)
 {
     Model& model = editor.document.model;
-    const Mark mark = GetAsyncKeyState(VK_CONTROL) < 0 ? Mark::clear : Mark::set;
+    const Mark mark = isKeyDown(VK_CONTROL) ? Mark::clear : Mark::set;
     Message message = Message::none;
     switch (command) {
     case IDM_SELECT_MODEL: selectModel(model, mark); break;

@@ -7,32 +7,49 @@
 
 namespace facetor {
 
-/// Calls `visit(meshIndex)` for the mesh of every shown object among object `first`, its siblings
-/// and all their children, the current matrix being the one that places it. Meshes without vertices
-/// and polygons are passed over; children of an object that is not shown are visited all the same.
-/// Needs a model that isSafeToDraw(). A tree deeper than ten levels runs out of stack: objects
-/// below are placed on top of the last matrix, and what lies further out is not disturbed by that.
+/// What places an object in its parent: its matrix before its translation, rotation and scaling, or
+/// these alone.
+enum class ObjectPlacement { withMatrix, withoutMatrix };
+
+/// Calls `visit(object)` with the index of object `first`, each of its siblings and all their
+/// children, parents first, the current matrix being the one that places it. Needs a model that
+/// isSafeToDraw(). A tree deeper than ten levels runs out of stack: objects below are placed on top
+/// of the last matrix, and what lies further out is not disturbed by that.
 template <typename Visit>
-void visitMeshes(MatrixStack& stack, const Model& model, std::uint32_t first, Visit& visit)
+void walkObjects(MatrixStack& stack, const Model& model, std::uint32_t first,
+                 ObjectPlacement placement, Visit& visit)
 {
     if (model.objectCount == 0) return;
     for (std::uint32_t i = first; i != noObject; i = model.objects[i].next) {
         const Object& object = model.objects[i];
         const bool pushed = pushMatrix(stack);
-        multiplyMatrix(stack, toRotationTranslation(object.matrix));
+        if (placement == ObjectPlacement::withMatrix)
+            multiplyMatrix(stack, toRotationTranslation(object.matrix));
         translate(stack, object.translation.x, object.translation.y, object.translation.z);
         rotateXYZ(stack, object.rotation[0], object.rotation[1], object.rotation[2]);
         scale(stack, object.scaling.x, object.scaling.y, object.scaling.z);
-        const Mesh& mesh = model.meshes[object.mesh];
-        if ((object.flags & objectShown) != 0 && (mesh.vertexCount > 0 || mesh.polygonCount > 0))
-            visit(object.mesh);
+        visit(i);
         if (object.child != noObject) {
             const bool childPushed = pushMatrix(stack);
-            visitMeshes(stack, model, object.child, visit);
+            walkObjects(stack, model, object.child, placement, visit);
             if (childPushed) popMatrix(stack);
         }
         if (pushed) popMatrix(stack);
     }
+}
+
+/// As walkObjects(), but calls `visit(meshIndex)` and only for shown objects that have vertices or
+/// polygons; children of an object that is not shown are visited all the same.
+template <typename Visit>
+void visitMeshes(MatrixStack& stack, const Model& model, std::uint32_t first, Visit& visit)
+{
+    const auto visitShown = [&](std::uint32_t index) {
+        const Object& object = model.objects[index];
+        const Mesh& mesh = model.meshes[object.mesh];
+        if ((object.flags & objectShown) != 0 && (mesh.vertexCount > 0 || mesh.polygonCount > 0))
+            visit(object.mesh);
+    };
+    walkObjects(stack, model, first, ObjectPlacement::withMatrix, visitShown);
 }
 
 } // namespace facetor

@@ -41,6 +41,9 @@ enum AttributeFlag : std::uint32_t {
     nearClip = 0x08000000,
 };
 
+/// What an edit leaves of the selection mark of the polygons that it changed.
+enum class PickedAfter { keep, clear };
+
 /// Gouraud colours computed from the light at run time: Gouraud shading with light.
 constexpr bool isLightGouraud(const PolygonAttribute& attribute)
 {

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <span>
+#include <vector>
 
 namespace facetor {
 
@@ -18,13 +19,16 @@ struct UndoSlot {
     bool isEmpty() const { return kind == 0; }
 };
 
-/// Keeps a copy of `block`, in place of what the slot held. outOfUndoMemory, with the slot empty,
-/// when memory is short: the edit goes ahead without undo.
-Message undoRemember(UndoSlot& slot, std::uint32_t kind, std::span<const std::byte> block);
+/// The live data that a kind of edit changes, in pieces; the slot's block holds them end to end.
+using UndoPieces = std::vector<std::span<std::byte>>;
 
-/// Exchanges the slot's block with `live`, the present state of what the slot's kind stands for.
-/// outOfUndoMemory, with nothing changed, unless the slot holds that kind and as many bytes.
-Message undoExchange(UndoSlot& slot, std::uint32_t kind, std::span<std::byte> live);
+/// Keeps a copy of the pieces, in place of what the slot held. outOfUndoMemory, with the slot
+/// empty, when memory is short: the edit goes ahead without undo.
+Message undoRemember(UndoSlot& slot, std::uint32_t kind, const UndoPieces& live);
+
+/// Exchanges the slot's block with the pieces, the present state of what the slot's kind stands
+/// for. outOfUndoMemory, with nothing changed, unless the slot holds that kind and as many bytes.
+Message undoExchange(UndoSlot& slot, std::uint32_t kind, const UndoPieces& live);
 
 void undoClear(UndoSlot& slot);
 

@@ -37,6 +37,11 @@ std::string programFolder(HWND window)
     return file.substr(0, file.find_last_of('\\'));
 }
 
+bool isKeyDown(int virtualKey)
+{
+    return GetAsyncKeyState(virtualKey) < 0;
+}
+
 std::string fullPath(const std::string& path)
 {
     const DWORD size = GetFullPathNameA(path.c_str(), 0, nullptr, nullptr);

@@ -22,6 +22,9 @@ std::string loadCatalogueText(HWND window, Word word);
 /// no window. Empty when its name is longer than any that the system takes here.
 std::string programFolder(HWND window);
 
+/// Whether a key of the keyboard is held at this moment.
+bool isKeyDown(int virtualKey);
+
 /// The absolute form of a path, by the current folder; the path as it is when there is none.
 std::string fullPath(const std::string& path);
 

@@ -149,6 +149,25 @@ TEST(LightDialog, APointOfTheGlobeIsADirection)
     });
 }
 
+TEST(LightDialog, TheChosenLightIsWhatGouraudTablesAreMadeFrom)
+{
+    const RunningEditor editor;
+    editor.sendCommand(IDM_CAMERA_FORWARD);
+    editor.call([](Editor& e) { e.document.model.attributes[0].flags |= gouraudShading; });
+    const ShownAlert dialog = openDialog(editor, IDM_OPTIONS_LIGHT);
+    pressAt(dialog, inPicker(dialog, 0.5, 0.5));
+    close(editor, dialog, IDOK);
+    editor.sendCommand(IDM_GOURAUD_TABLE);
+    editor.call([](Editor& e) {
+        // All four corners of polygon 0 have the normal z -0.57735; light comes along +z.
+        // 0.57735 x 16 is 9.24: 20 + 9.
+        for (const Rgb555 colour : e.document.model.gouraud[0].color)
+            EXPECT_EQ(colour, opaqueBit | rgb555(29, 29, 29));
+        EXPECT_EQ(e.document.model.attributes[0].flags, polygonFace | gouraudShading);
+        e.document.modelChanged = false;
+    });
+}
+
 /// Answers the system's colour dialog over the light dialog: types the three numbers and OK.
 void chooseColour(const RunningEditor& editor, const ShownAlert& dialog, int button, int red,
                   int green, int blue)

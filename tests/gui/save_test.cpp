@@ -222,8 +222,8 @@ TEST(Save, OpeningEmptiesTheUndoSlotAndUndoMarksTheModelChanged)
         return (GetMenuState(GetMenu(editor.window()), IDM_EDIT_UNDO, MF_BYCOMMAND) & MF_GRAYED) ==
                0;
     };
-    editor.call([](Editor& e) { EXPECT_EQ(undoRemember(e.undo, tag("ATTR"), {}), Message::none); });
-    editor.send(WM_USER);
+    editor.sendCommand(IDM_GOURAUD_TABLE);
+    editor.call([](Editor& e) { e.document.modelChanged = false; });
     EXPECT_TRUE(undoIsOffered());
     editor.sendCommand(IDM_FILE_OPEN_PATH, reinterpret_cast<LPARAM>(folder.file("a.mx3").c_str()));
     EXPECT_FALSE(undoIsOffered());

@@ -1,4 +1,5 @@
 #include "app/main_window.h"
+#include "gui/held_key.h"
 #include "gui/running_editor.h"
 #include "resources/resource_ids.h"
 #include "view/selection.h"
@@ -55,31 +56,6 @@ TEST(Selection, AClickMarksThePolygonUnderTheCursor)
     EXPECT_EQ(pickedCount(editor), 6);
     EXPECT_FALSE(editor.ask([](Editor& e) { return e.document.modelChanged; }));
 }
-
-/// Holds a key of the keyboard down for a scope, as the editor's thread sees it.
-class HeldKey {
-public:
-    HeldKey(const RunningEditor& editor, WORD key) : editor_(editor), key_(key) { send(0, true); }
-    ~HeldKey() { send(KEYEVENTF_KEYUP, false); }
-    HeldKey(const HeldKey&) = delete;
-    HeldKey& operator=(const HeldKey&) = delete;
-
-private:
-    void send(DWORD flags, bool down) const
-    {
-        INPUT input{};
-        input.type = INPUT_KEYBOARD;
-        input.ki.wVk = key_;
-        input.ki.dwFlags = flags;
-        SendInput(1, &input, sizeof input);
-        EXPECT_TRUE(waitUntil([&] {
-            return editor_.ask([&](Editor&) { return (GetAsyncKeyState(key_) < 0) == down; });
-        }));
-    }
-
-    const RunningEditor& editor_;
-    WORD key_;
-};
 
 TEST(Selection, ShiftTakesTheWholeObjectAndCtrlClearsMarks)
 {

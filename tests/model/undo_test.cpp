@@ -23,26 +23,32 @@ TEST(Undo, UndoingTwiceComesBackToTheEditedState)
 {
     UndoSlot slot;
     auto live = block(1);
-    ASSERT_EQ(undoRemember(slot, attributes, live), Message::none);
+    auto other = block(3);
+    const UndoPieces pieces{live, other};
+    ASSERT_EQ(undoRemember(slot, attributes, pieces), Message::none);
     live = block(2);
-    ASSERT_EQ(undoExchange(slot, attributes, live), Message::none);
+    other = block(4);
+    ASSERT_EQ(undoExchange(slot, attributes, pieces), Message::none);
     EXPECT_EQ(live, block(1));
-    ASSERT_EQ(undoExchange(slot, attributes, live), Message::none);
+    EXPECT_EQ(other, block(3));
+    ASSERT_EQ(undoExchange(slot, attributes, pieces), Message::none);
     EXPECT_EQ(live, block(2));
+    EXPECT_EQ(other, block(4));
 }
 
 TEST(Undo, AnExchangeNeedsTheSameKindAndSize)
 {
     UndoSlot slot;
     auto live = block(1);
-    EXPECT_EQ(undoExchange(slot, attributes, live), Message::outOfUndoMemory) << "empty";
-    ASSERT_EQ(undoRemember(slot, attributes, block(9)), Message::none);
-    EXPECT_EQ(undoExchange(slot, tag("VTXR"), live), Message::outOfUndoMemory);
-    EXPECT_EQ(undoExchange(slot, attributes, std::span(live).first(3)), Message::outOfUndoMemory);
+    EXPECT_EQ(undoExchange(slot, attributes, {live}), Message::outOfUndoMemory) << "empty";
+    auto saved = block(9);
+    ASSERT_EQ(undoRemember(slot, attributes, {saved}), Message::none);
+    EXPECT_EQ(undoExchange(slot, tag("VTXR"), {live}), Message::outOfUndoMemory);
+    EXPECT_EQ(undoExchange(slot, attributes, {std::span(live).first(3)}), Message::outOfUndoMemory);
     EXPECT_EQ(live, block(1));
     undoClear(slot);
     EXPECT_TRUE(slot.isEmpty());
-    EXPECT_EQ(undoExchange(slot, attributes, live), Message::outOfUndoMemory);
+    EXPECT_EQ(undoExchange(slot, attributes, {live}), Message::outOfUndoMemory);
 }
 
 } // namespace facetor

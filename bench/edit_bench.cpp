@@ -1,0 +1,62 @@
+// How long the edits of every polygon of the largest sample take, each with keeping what undo
+// needs. A frame of the same model, for scale, is measured by engine_bench. Run from the
+// repository's root.
+
+#include "attr/model_snapshot.h"
+#include "attr/polygon_edits.h"
+#include "bench_scene.h"
+#include "view/selection.h"
+
+#include <benchmark/benchmark.h>
+
+namespace facetor::bench {
+
+namespace {
+
+/// Runs `edit(scene)` on the sample with everything picked; `kind` is what undo keeps before it.
+template <typename Edit> void runEdit(benchmark::State& state, ModelEdit kind, const Edit& edit)
+{
+    const auto scene = makeSampleScene("samples/max.mx3", "samples/max.mxt");
+    if (!scene) return state.SkipWithError("run this from the repository's root");
+    selectAll(scene->model, Mark::set);
+    drawFrame(*scene); // leaves the camera in the engine
+    UndoSlot undo;
+    for (auto _ : state) {
+        if (rememberModel(undo, scene->model, kind) != Message::none)
+            return state.SkipWithError("out of memory");
+        edit(*scene);
+    }
+    state.counters["polygons"] = scene->model.totalPolygonCount;
+}
+
+void rotateEdit(benchmark::State& state)
+{
+    runEdit(state, ModelEdit::rotateVertices, [](Scene& scene) {
+        rotateVertices(scene.model, CornerTurn::clockwise, PickedAfter::keep);
+    });
+}
+
+void invertEdit(benchmark::State& state)
+{
+    runEdit(state, ModelEdit::invertSurface,
+            [](Scene& scene) { invertSurface(scene.model, PickedAfter::keep); });
+}
+
+void gouraudEdit(benchmark::State& state)
+{
+    runEdit(state, ModelEdit::gouraudTable, [](Scene& scene) {
+        for (std::uint32_t i = 0; i < scene.model.totalPolygonCount; ++i)
+            scene.model.attributes[i].flags |= gouraudShading | useLight;
+        buildGouraudTable(scene.model, scene.engine.stack, scene.engine.settings.light);
+    });
+}
+
+BENCHMARK(rotateEdit)->Name("edit/rotate vertices")->Unit(benchmark::kMicrosecond);
+BENCHMARK(invertEdit)->Name("edit/invert surface")->Unit(benchmark::kMicrosecond);
+BENCHMARK(gouraudEdit)->Name("edit/Gouraud table")->Unit(benchmark::kMicrosecond);
+
+} // namespace
+
+} // namespace facetor::bench
+
+BENCHMARK_MAIN();

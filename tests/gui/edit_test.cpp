@@ -1,0 +1,90 @@
+#include "gui/held_key.h"
+#include "gui/running_editor.h"
+#include "resources/resource_ids.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace facetor {
+
+namespace {
+
+/// What an edit can change, as bytes.
+Bytes stateOf(const RunningEditor& editor)
+{
+    return editor.ask([](Editor& e) {
+        Bytes state;
+        const auto add = [&](const auto& pool, std::uint32_t count) {
+            const auto bytes = std::as_bytes(std::span(pool.data(), count));
+            state.insert(state.end(), bytes.begin(), bytes.end());
+        };
+        const Model& model = e.document.model;
+        add(model.polygons, model.totalPolygonCount);
+        add(model.attributes, model.totalPolygonCount);
+        add(model.gouraud, model.totalPolygonCount);
+        add(model.vertexNormals, model.totalVertexCount);
+        return state;
+    });
+}
+
+bool isEnabled(const RunningEditor& editor, UINT command)
+{
+    return (GetMenuState(GetMenu(editor.window()), command, MF_BYCOMMAND) & MF_GRAYED) == 0;
+}
+
+TEST(Edit, EveryPolygonEditShowsMarksTheModelAndIsUndoneAndRedone)
+{
+    const RunningEditor editor({"samples\\ship.mx3"});
+    editor.resizeClient(400, 320);
+    editor.sendCommand(IDM_SELECT_ALL);
+    editor.sendCommand(IDM_ROTATE_CLOCKWISE); // from now on the picture has the Undo button lit
+    for (const int command : {IDM_ROTATE_CLOCKWISE, IDM_ROTATE_COUNTERCLOCKWISE,
+                              IDM_ROTATE_HALF_TURN, IDM_INVERT_SURFACE, IDM_GOURAUD_TABLE}) {
+        SCOPED_TRACE(command);
+        editor.call([](Editor& e) { e.document.modelChanged = false; });
+        const Bytes before = stateOf(editor);
+        const Picture shown = editor.picture();
+        editor.sendCommand(command);
+        const Bytes edited = stateOf(editor);
+        EXPECT_NE(edited, before);
+        EXPECT_TRUE(editor.ask([](Editor& e) { return e.document.modelChanged; }));
+        EXPECT_TRUE(isEnabled(editor, IDM_EDIT_UNDO));
+        savePicture(editor.picture(), "edit-" + std::to_string(command));
+        editor.sendCommand(IDM_EDIT_UNDO);
+        EXPECT_EQ(stateOf(editor), before);
+        EXPECT_EQ(editor.picture(), shown);
+        editor.sendCommand(IDM_EDIT_UNDO);
+        EXPECT_EQ(stateOf(editor), edited);
+        EXPECT_TRUE(isEnabled(editor, IDM_EDIT_UNDO)) << "it can be undone again";
+    }
+    editor.call([](Editor& e) {
+        const auto& attributes = e.document.model.attributes;
+        EXPECT_TRUE(std::ranges::none_of(attributes, isLightGouraud));
+        EXPECT_TRUE(std::ranges::any_of(attributes, isTableGouraud));
+        e.document.modelChanged = false;
+    });
+}
+
+TEST(Edit, WithCtrlHeldTheChangedPolygonsAreNoLongerPicked)
+{
+    const RunningEditor editor;
+    for (const int command : {IDM_ROTATE_CLOCKWISE, IDM_INVERT_SURFACE}) {
+        editor.sendCommand(IDM_SELECT_ALL);
+        {
+            const HeldKey control(editor, VK_CONTROL);
+            editor.sendCommand(command);
+        }
+        EXPECT_FALSE(isEnabled(editor, IDM_SELECT_CLEAR));
+        EXPECT_FALSE(isEnabled(editor, IDM_INVERT_SURFACE));
+        const Bytes before = stateOf(editor);
+        editor.sendCommand(command); // nothing is picked
+        EXPECT_EQ(stateOf(editor), before);
+        EXPECT_FALSE(editor.findAlert().window);
+    }
+    editor.call([](Editor& e) { e.document.modelChanged = false; });
+}
+
+} // namespace
+
+} // namespace facetor
