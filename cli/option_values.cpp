@@ -36,15 +36,6 @@ std::optional<std::array<std::int32_t, 3>> parseIntegers(std::string_view text, 
 
 } // namespace
 
-std::optional<float> parseFloat(std::string_view text)
-{
-    float value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc{} || end != text.data() + text.size() || !std::isfinite(value))
-        return std::nullopt;
-    return value;
-}
-
 std::optional<std::int32_t> parseInteger(std::string_view text, std::int32_t least,
                                          std::int32_t most)
 {

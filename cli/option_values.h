@@ -2,6 +2,7 @@
 
 #include "base/colour.h"
 #include "base/geometry.h"
+#include "base/text.h"
 #include "view/view.h"
 
 #include <array>
@@ -12,9 +13,8 @@
 namespace facetor {
 
 // Values of options as text. None for whatever is not exactly one value in its range: no blanks, no
-// trailing characters, no number that is not finite.
+// trailing characters, no number that is not finite. base/text.h has parseFloat().
 
-std::optional<float> parseFloat(std::string_view text);
 /// Needs least <= most; both belong to the range.
 std::optional<std::int32_t> parseInteger(std::string_view text, std::int32_t least,
                                          std::int32_t most);

@@ -3,6 +3,7 @@
 #include "app/edit_commands_win.h"
 #include "app/editor_win.h"
 #include "app/help_win.h"
+#include "app/hierarchy_window.h"
 #include "app/light_dialog.h"
 #include "app/main_tool_bar_win.h"
 #include "app/main_window.h"
@@ -123,6 +124,7 @@ constexpr Command mainCommands[] = {
     {IDM_FILE_OPEN, IDM_FILE_OPEN, onOpen, ChangedFlag::clearOnSuccess},
     {IDM_FILE_EXIT, IDM_FILE_EXIT, onExit, ChangedFlag::keep},
     {IDM_FILE_OPEN_PATH, IDM_FILE_OPEN_PATH, onOpenPath, ChangedFlag::clearOnSuccess},
+    {IDM_VIEW_HIERARCHY, IDM_VIEW_HIERARCHY, perform<toggleHierarchyWindow>, ChangedFlag::keep},
     {IDM_EDIT_UNDO, IDM_EDIT_UNDO, perform<undoLastEdit>, ChangedFlag::set},
     {IDM_FILE_SAVE, IDM_FILE_SAVE, onSave, ChangedFlag::clearOnSuccess},
     {IDM_FILE_SAVE_AS, IDM_FILE_SAVE_AS, onSaveAs, ChangedFlag::clearOnSuccess},

@@ -15,6 +15,8 @@
 
 #include <windows.h>
 
+#include <commctrl.h>
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -87,9 +89,10 @@ struct Editor {
     HWND toolBar = nullptr;
     HWND statusBar = nullptr;
     ToolBox toolBox;
-    HWND attributeWindow = nullptr; ///< while it is open
-    HWND hierarchyWindow = nullptr; ///< while it is open
-    HACCEL accelerators = nullptr;  ///< of the program's resources, which own it
+    HWND attributeWindow = nullptr;        ///< while it is open
+    HWND hierarchyWindow = nullptr;        ///< while it is open
+    std::vector<HTREEITEM> hierarchyItems; ///< of its tree, by object index
+    HACCEL accelerators = nullptr;         ///< of the program's resources, which own it
     /// Open modeless dialogs that take the keyboard's dialog navigation, in the order in which the
     /// main loop offers them a message.
     std::vector<HWND> modelessDialogs;

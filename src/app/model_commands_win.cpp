@@ -2,6 +2,7 @@
 
 #include "app/editor_win.h"
 #include "app/file_names.h"
+#include "app/hierarchy_window.h"
 #include "app/main_window.h"
 #include "app/model_view_window.h"
 #include "app/recent_menu_win.h"
@@ -39,7 +40,9 @@ CommandOutcome loadModel(Editor& editor, const std::string& path)
     }
     if (message != Message::none) {
         alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation);
-        requestRedraw(editor); // the reader may have replaced a part of the model
+        // The reader may have replaced a part of the model.
+        refreshHierarchyTree(editor);
+        requestRedraw(editor);
         return CommandOutcome::abandoned;
     }
     const std::string full = fullPath(path);
@@ -48,6 +51,7 @@ CommandOutcome loadModel(Editor& editor, const std::string& path)
     undoClear(editor.undo);
     setTitleFile(editor, full.c_str());
     fitModel(editor.view, editor.engine, editor.document.model, clientSize(editor.mainWindow));
+    refreshHierarchyTree(editor);
     requestRedraw(editor);
     return CommandOutcome::done;
 }

@@ -38,17 +38,10 @@ std::string userFolder()
     return folder;
 }
 
-WindowRectangle placeOf(HWND window)
-{
-    RECT r{};
-    GetWindowRect(window, &r);
-    return {r.left, r.top, r.right, r.bottom};
-}
-
 /// Where the main window is, or would be if it were neither minimised nor maximised.
 WindowRectangle normalPlaceOf(HWND window)
 {
-    if (!IsIconic(window) && !IsZoomed(window)) return placeOf(window);
+    if (!IsIconic(window) && !IsZoomed(window)) return windowPlace(window);
     WINDOWPLACEMENT placement{};
     placement.length = sizeof placement;
     GetWindowPlacement(window, &placement);
@@ -84,13 +77,20 @@ WindowRectangle virtualScreen()
             top + GetSystemMetrics(SM_CYVIRTUALSCREEN)};
 }
 
+WindowRectangle windowPlace(HWND window)
+{
+    RECT r{};
+    GetWindowRect(window, &r);
+    return {r.left, r.top, r.right, r.bottom};
+}
+
 bool applySettings(Editor& editor)
 {
     const auto settings = readSettings(editor.settingsPath);
     if (!settings) return false;
     editor.settings = *settings;
     const WindowRectangle place =
-        restoredPlace(settings->mainWindow, virtualScreen(), placeOf(editor.mainWindow));
+        restoredPlace(settings->mainWindow, virtualScreen(), windowPlace(editor.mainWindow));
     MoveWindow(editor.mainWindow, place.left, place.top, place.right - place.left,
                place.bottom - place.top, FALSE);
     editor.view.backgroundColour = settings->background;
@@ -107,7 +107,7 @@ void writeSettings(Editor& editor)
     SettingsRecord& settings = editor.settings;
     settings.mainWindow = normalPlaceOf(editor.mainWindow);
     settings.mainZoomed = IsZoomed(editor.mainWindow) != FALSE;
-    settings.toolBox = placeOf(editor.toolBox.window);
+    settings.toolBox = windowPlace(editor.toolBox.window);
     settings.background = editor.view.backgroundColour;
     settings.pickedPolygon = editor.engine.settings.pickedColour;
     settings.dragMethod = static_cast<std::uint32_t>(editor.view.dragDrawMode);

@@ -2,6 +2,8 @@
 
 #include "app/settings_text.h"
 
+#include <windows.h>
+
 #include <string>
 
 namespace facetor {
@@ -23,5 +25,8 @@ void writeSettings(Editor& editor);
 
 /// The rectangle of the whole screen, of all monitors, in pixels.
 WindowRectangle virtualScreen();
+
+/// Where a window is on the screen.
+WindowRectangle windowPlace(HWND window);
 
 } // namespace facetor

@@ -20,12 +20,12 @@ std::string programTitle(const Editor& editor)
                                                     : Word::programTitleNt);
 }
 
-void setTitle(const Editor& editor, std::string_view text)
+void setTitle(const Editor& editor, HWND window, std::string_view text)
 {
     std::string title = programTitle(editor);
     title += separator;
     title += text;
-    SetWindowTextA(editor.mainWindow, title.c_str());
+    SetWindowTextA(window, title.c_str());
 }
 
 } // namespace
@@ -33,12 +33,17 @@ void setTitle(const Editor& editor, std::string_view text)
 void setTitleFile(Editor& editor, const char* path)
 {
     if (!path) return setTitleText(editor, Word::untitled);
-    setTitle(editor, path);
+    setTitle(editor, editor.mainWindow, path);
 }
 
 void setTitleText(Editor& editor, Word word)
 {
-    setTitle(editor, loadCatalogueText(editor.mainWindow, word));
+    setWindowTitle(editor, editor.mainWindow, word);
+}
+
+void setWindowTitle(const Editor& editor, HWND window, Word word)
+{
+    setTitle(editor, window, loadCatalogueText(editor.mainWindow, word));
 }
 
 std::string titleFile(const Editor& editor)

@@ -271,7 +271,11 @@ HWND RunningEditor::findWindow(const std::string& name) const
 ShownAlert RunningEditor::findAlert() const
 {
     ShownAlert shown;
-    shown.window = findWindow(dialogClass);
+    // A modeless dialog may be open as well; what waits for an answer disables it.
+    shown.window = findThreadWindow(threadId_, [](HWND window) {
+        return className(window) == dialogClass && IsWindowVisible(window) &&
+               IsWindowEnabled(window);
+    });
     if (!shown.window) return shown;
     shown.caption = windowText(shown.window);
     if (const HWND text = GetDlgItem(shown.window, alertTextId)) shown.text = windowText(text);

@@ -1,0 +1,129 @@
+#include "app/object_dialog.h"
+
+#include "app/editor_win.h"
+#include "app/model_view_window.h"
+#include "app/object_text.h"
+#include "app/settings_win.h"
+#include "app/window_place.h"
+#include "resources/resource_ids.h"
+#include "ui/window_data_win.h"
+
+#include <windows.h>
+
+#include <cstring>
+
+namespace facetor {
+
+namespace {
+
+static_assert(IDC_OBJECT_LAST - IDC_OBJECT_FIRST + 1 == objectFieldCount);
+
+struct ObjectDialog {
+    Editor& editor;
+    Object& object;
+    const Object before; ///< as it was when the dialog was opened
+};
+
+ObjectDialog& stateOf(HWND dialog)
+{
+    return *reinterpret_cast<ObjectDialog*>(GetWindowLongPtrA(dialog, DWLP_USER));
+}
+
+HWND fieldOf(HWND dialog, std::size_t field)
+{
+    return GetDlgItem(dialog, IDC_OBJECT_FIRST + static_cast<int>(field));
+}
+
+void fillFields(HWND dialog, const Object& object)
+{
+    const ObjectFields fields = formatObjectFields(object);
+    for (std::size_t i = 0; i < fields.size(); ++i)
+        SetWindowTextA(fieldOf(dialog, i), fields[i].c_str());
+}
+
+/// Over the tree rather than in the middle of the picture, which is to be looked at.
+void placeDialog(HWND dialog, HWND hierarchyWindow)
+{
+    const WindowRectangle own = windowPlace(dialog), corner = windowPlace(hierarchyWindow);
+    const WindowRectangle wanted{corner.left, corner.top, corner.left + own.right - own.left,
+                                 corner.top + own.bottom - own.top};
+    const WindowRectangle place = restoredPlace(wanted, virtualScreen(), own);
+    SetWindowPos(dialog, nullptr, place.left, place.top, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+}
+
+void fillDialog(HWND dialog, const ObjectDialog& state)
+{
+    for (std::size_t i = 0; i < objectFieldCount; ++i)
+        SendMessageA(fieldOf(dialog, i), EM_LIMITTEXT, longestObjectField, 0);
+    fillFields(dialog, state.object);
+    placeDialog(dialog, state.editor.hierarchyWindow);
+}
+
+/// Takes the fields into the object. False, with a message shown and the object as it is, when one
+/// cannot be taken.
+bool apply(HWND dialog, ObjectDialog& state)
+{
+    ObjectFields fields;
+    for (std::size_t i = 0; i < fields.size(); ++i) fields[i] = windowText(fieldOf(dialog, i));
+    if (const auto faulty = parseObjectFields(state.object, fields)) {
+        setAlertTexts(state.editor.alerts, objectFieldGroup(*faulty), {});
+        alert(state.editor.alerts, dialog, Message::dataError, AlertStyle::exclamation);
+        SendMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(fieldOf(dialog, *faulty)),
+                     TRUE);
+        return false;
+    }
+    requestRedraw(state.editor);
+    return true;
+}
+
+void restore(ObjectDialog& state)
+{
+    state.object = state.before;
+    requestRedraw(state.editor);
+}
+
+void onCommand(HWND dialog, ObjectDialog& state, int control)
+{
+    switch (control) {
+    case IDC_OBJECT_PREVIEW: apply(dialog, state); return;
+    case IDC_OBJECT_REVERT:
+        restore(state);
+        fillFields(dialog, state.object);
+        return;
+    case IDOK:
+        if (apply(dialog, state)) EndDialog(dialog, IDOK);
+        return;
+    case IDCANCEL:
+        restore(state);
+        EndDialog(dialog, IDCANCEL);
+        return;
+    default: return;
+    }
+}
+
+INT_PTR CALLBACK objectProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    switch (message) {
+    case WM_INITDIALOG:
+        SetWindowLongPtrA(dialog, DWLP_USER, lParam);
+        fillDialog(dialog, stateOf(dialog));
+        return TRUE;
+    case WM_COMMAND: onCommand(dialog, stateOf(dialog), LOWORD(wParam)); return TRUE;
+    default: return FALSE;
+    }
+}
+
+} // namespace
+
+void showObjectDialog(Editor& editor, std::uint32_t index)
+{
+    Object& object = editor.document.model.objects[index];
+    ObjectDialog state{editor, object, object};
+    DialogBoxParamA(editor.instance, "IDD_HIERINFOEDIT", editor.mainWindow, objectProcedure,
+                    reinterpret_cast<LPARAM>(&state));
+    // By the bits: a zero of another sign is another number in the file.
+    if (std::memcmp(&object, &state.before, sizeof object) != 0)
+        editor.document.modelChanged = true;
+}
+
+} // namespace facetor
