@@ -10,6 +10,7 @@
 #include "app/menu_state.h"
 #include "app/model_commands_win.h"
 #include "app/model_view_window.h"
+#include "app/property_dialog.h"
 #include "app/recent_menu_win.h"
 #include "app/screen_dialog.h"
 #include "app/view_commands_win.h"
@@ -128,6 +129,7 @@ constexpr Command mainCommands[] = {
     {IDM_EDIT_UNDO, IDM_EDIT_UNDO, perform<undoLastEdit>, ChangedFlag::set},
     {IDM_FILE_SAVE, IDM_FILE_SAVE, onSave, ChangedFlag::clearOnSuccess},
     {IDM_FILE_SAVE_AS, IDM_FILE_SAVE_AS, onSaveAs, ChangedFlag::clearOnSuccess},
+    {IDM_EDIT_PROPERTY, IDM_EDIT_PROPERTY, perform<showPropertyDialog>, ChangedFlag::keep},
     {IDM_HELP_CONTENTS, IDM_HELP_CONTENTS, perform<showHelp>, ChangedFlag::keep},
     {IDM_HELP_ABOUT, IDM_HELP_ABOUT, perform<showAbout>, ChangedFlag::keep},
     {IDM_OPTIONS_LIGHT, IDM_OPTIONS_LIGHT, perform<showLightDialog>, ChangedFlag::set},

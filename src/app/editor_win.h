@@ -8,6 +8,7 @@
 #include "model/undo.h"
 #include "texture/texture_list.h"
 #include "ui/alert_win.h"
+#include "ui/colour_picker_win.h"
 #include "ui/file_dialog_win.h"
 #include "view/selection.h"
 #include "view/view.h"
@@ -79,6 +80,9 @@ struct Editor {
     UndoSlot undo;
     LightChoice light;
     AlertState alerts;
+    ColourPicking colourPicking;
+    Rgb555 transparentColour = 0x8000; ///< of textures; bit 15 does not count
+    int propertyTab = 0;               ///< the page of the property dialog that was shown last
     FileDialogs fileDialogs;
 
     std::string settingsPath; ///< empty when no settings are kept

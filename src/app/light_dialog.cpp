@@ -128,9 +128,14 @@ void onMouse(HWND dialog, LightDialog& state, ScreenPoint cursor)
 
 void onCommand(HWND dialog, LightDialog& state, int control)
 {
+    Editor& editor = state.editor;
     switch (control) {
-    case IDC_LIGHT_COLOUR: state.light = pickColour(dialog, state.light); break;
-    case IDC_LIGHT_AMBIENT: state.ambient = pickColour(dialog, state.ambient); break;
+    case IDC_LIGHT_COLOUR:
+        state.light = pickColour(editor.colourPicking, editor.alerts, dialog, state.light);
+        break;
+    case IDC_LIGHT_AMBIENT:
+        state.ambient = pickColour(editor.colourPicking, editor.alerts, dialog, state.ambient);
+        break;
     case IDOK: takeDialog(dialog, state); [[fallthrough]];
     case IDCANCEL: EndDialog(dialog, control); return;
     default: return;

@@ -95,6 +95,7 @@ bool applySettings(Editor& editor)
                place.bottom - place.top, FALSE);
     editor.view.backgroundColour = settings->background;
     editor.engine.settings.pickedColour = settings->pickedPolygon;
+    editor.transparentColour = settings->transparent;
     editor.view.dragDrawMode = static_cast<DragDrawMode>(settings->dragMethod);
     editor.recentModels = settings->modelFiles;
     return true;
@@ -110,6 +111,7 @@ void writeSettings(Editor& editor)
     settings.toolBox = windowPlace(editor.toolBox.window);
     settings.background = editor.view.backgroundColour;
     settings.pickedPolygon = editor.engine.settings.pickedColour;
+    settings.transparent = editor.transparentColour;
     settings.dragMethod = static_cast<std::uint32_t>(editor.view.dragDrawMode);
     settings.modelFiles = editor.recentModels;
     const std::string text = formatSettings(settings);

@@ -46,7 +46,7 @@ struct EngineSettings {
     ScreenPoint centre{320, 240};
     float focalLength = 0; ///< about 320 at the default view angle; set by startEngine()
     Light light;
-    Rgb555 pickedColour = rgb555(0, 31, 0);
+    Rgb555 pickedColour = 0x83E0;
     std::uint32_t drawFlags = 0;
     /// The texture table. A polygon whose number lies beyond it is drawn untextured.
     std::span<const TextureSlot> textures;

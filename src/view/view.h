@@ -40,7 +40,7 @@ struct View {
     Vector3 lightDirection{0.577f, 0.577f, 0.577f};
     Rgb555 lightColour = 0xFFFF;
     Rgb555 ambientColour = 0x8000;
-    Rgb555 backgroundColour = rgb555(0, 0, 16);
+    Rgb555 backgroundColour = 0x8010;
     DragDrawMode dragDrawMode = DragDrawMode::wire;
     bool dragging = false;
     bool frameNeedsDrawing = true;

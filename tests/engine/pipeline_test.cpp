@@ -296,8 +296,7 @@ TEST(Pipeline, EachKindOfPolygonIsDrawnByItsFiller)
         {"wireframe too", polygonFace, drawWireframe, -1, 0},
         {"flat mode fills polylines, lit at 16", polyLine, drawFlat, -1, rgb555(24, 31, 20)},
         {"flat mode ignores textures", textureMap | useLight, drawFlat, -1, rgb555(16, 24, 12)},
-        {"picked: the checkerboard of the picked colour", polygonFace | picked, 0, -1,
-         rgb555(0, 31, 0)},
+        {"picked: the checkerboard of the picked colour", polygonFace | picked, 0, -1, 0x83E0},
     };
     for (const Case& c : cases) {
         Frame frame;

@@ -1,6 +1,6 @@
 #include "gui/running_editor.h"
 #include "resources/resource_ids.h"
-#include "ui/colour_button_win.h"
+#include "ui/colour_picker_win.h"
 #include "ui/window_data_win.h"
 
 #include <gtest/gtest.h>
@@ -189,6 +189,7 @@ void chooseColour(const RunningEditor& editor, const ShownAlert& dialog, int but
 TEST(LightDialog, ColoursAreChosenInTheSystemsDialogAndTakenWithOk)
 {
     const RunningEditor editor;
+    editor.call([](Editor& e) { e.colourPicking.picker = ColourPicker::system; });
     ShownAlert dialog = openDialog(editor, IDM_OPTIONS_LIGHT);
     chooseColour(editor, dialog, IDC_LIGHT_COLOUR, 255, 128, 64);
     chooseColour(editor, dialog, IDC_LIGHT_AMBIENT, 8, 16, 0);

@@ -1,0 +1,78 @@
+#include "ui/colour_picker_win.h"
+
+#include "ui/colour_button_win.h"
+#include "ui/handles_win.h"
+#include "ui/window_data_win.h"
+
+#include <windows.h>
+
+#include <commdlg.h>
+
+#include <optional>
+#include <string>
+
+namespace facetor {
+
+namespace {
+
+using UniqueModule = UniqueHandle<HMODULE, FreeLibrary>;
+
+/// The module's export. It answers with 16 bits; what the register holds above them is not said.
+using GetColourFunction = DWORD(WINAPI*)(HWND owner, WORD colour);
+constexpr WORD getColourOrdinal = 1;
+
+/// Loads the module by its full path, so that none of the same name elsewhere is taken; what it
+/// needs itself is searched for from its own folder first. Without the system's own message about
+/// a file that is no module of this architecture.
+UniqueModule loadColourModule()
+{
+    const std::string folder = programFolder(nullptr);
+    if (folder.empty()) return nullptr;
+    DWORD errorMode = 0;
+    SetThreadErrorMode(SEM_FAILCRITICALERRORS, &errorMode);
+    UniqueModule module(LoadLibraryExA((folder + "\\" + colourModuleName).c_str(), nullptr,
+                                       LOAD_WITH_ALTERED_SEARCH_PATH));
+    SetThreadErrorMode(errorMode, nullptr);
+    return module;
+}
+
+std::optional<Rgb555> pickWithModule(HWND owner, Rgb555 colour)
+{
+    const UniqueModule module = loadColourModule();
+    if (!module) return std::nullopt;
+    // By way of void*: the compiler rightly doubts a cast between kinds of functions.
+    const auto getColour = reinterpret_cast<GetColourFunction>(reinterpret_cast<void*>(
+        GetProcAddress(module.get(), reinterpret_cast<LPCSTR>(getColourOrdinal))));
+    if (!getColour) return std::nullopt;
+    return static_cast<Rgb555>(getColour(owner, colour));
+}
+
+Rgb555 pickWithSystem(ColourPicking& picking, HWND owner, Rgb555 colour)
+{
+    CHOOSECOLORA choice{};
+    choice.lStructSize = sizeof choice;
+    choice.hwndOwner = owner;
+    choice.rgbResult = screenColour(colour);
+    choice.lpCustColors = picking.customColours.data();
+    choice.Flags = CC_RGBINIT | CC_FULLOPEN;
+    return ChooseColorA(&choice) ? fromPickedColour(choice.rgbResult) : colour;
+}
+
+} // namespace
+
+Rgb555 pickColour(ColourPicking& picking, AlertState& alerts, HWND owner, Rgb555 colour)
+{
+    if (picking.picker == ColourPicker::system) return pickWithSystem(picking, owner, colour);
+    if (const auto picked = pickWithModule(owner, colour)) return *picked;
+    setAlertTexts(alerts, colourModuleName, {});
+    alert(alerts, nullptr, Message::cannotFindModule, AlertStyle::stop);
+    return 0;
+}
+
+Rgb555 fromPickedColour(COLORREF picked)
+{
+    const int blue = (GetBValue(picked) & 0xFB) >> 2;
+    return static_cast<Rgb555>(rgb555(GetRValue(picked) >> 3, GetGValue(picked) >> 3, 0) | blue);
+}
+
+} // namespace facetor
