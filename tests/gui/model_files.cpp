@@ -40,24 +40,6 @@ void writeTexturedCubeFile(const std::string& path)
     EXPECT_EQ(writeModelFile(*model, path), Message::none);
 }
 
-void writeNestedFile(const std::string& path)
-{
-    const auto model = makeCube(6);
-    for (std::uint32_t k = 0; k < objectCapacity; ++k) {
-        model->objects[k] = model->objects[0];
-        model->objects[k].mesh = k;
-        model->objects[k].child = k + 1 < objectCapacity ? k + 1 : noObject;
-        model->objects[k].scaling = {0.99f, 0.99f, 0.99f};
-        model->meshes[k] = {8 * k, 8, 6 * k, 6, 6 * k, 8 * k};
-        std::copy_n(model->vertices.begin(), 8, model->vertices.begin() + 8 * k);
-        std::copy_n(model->polygons.begin(), 6, model->polygons.begin() + 6 * k);
-        std::copy_n(model->attributes.begin(), 6, model->attributes.begin() + 6 * k);
-        model->names[k] = defaultObjectName(k);
-    }
-    model->objectCount = objectCapacity;
-    EXPECT_EQ(writeModelFile(*model, path), Message::none);
-}
-
 void writeTexturesFile(const std::string& path, Rgb555 colour)
 {
     constexpr std::uint16_t size = 16;

@@ -13,9 +13,6 @@ void writeCubeFile(const std::string& path, std::uint32_t polygonCount);
 /// Writes the start-up cube with texture 0 on every side.
 void writeTexturedCubeFile(const std::string& path);
 
-/// Writes a model of 128 cubes without corners in common, each the child of the one before.
-void writeNestedFile(const std::string& path);
-
 /// Writes a texture list whose slot 0 is a texture of one colour.
 void writeTexturesFile(const std::string& path, Rgb555 colour);
 
