@@ -4,6 +4,7 @@
 
 #include "attr/model_snapshot.h"
 #include "attr/polygon_edits.h"
+#include "attr/working_attribute.h"
 #include "bench_scene.h"
 #include "view/selection.h"
 
@@ -29,6 +30,14 @@ template <typename Edit> void runEdit(benchmark::State& state, ModelEdit kind, c
     state.counters["polygons"] = scene->model.totalPolygonCount;
 }
 
+/// Apply of one page of the attribute window.
+void applyEdit(benchmark::State& state, AttributePage page)
+{
+    runEdit(state, ModelEdit::attributes, [&](Scene& scene) {
+        applyAttributePage(scene.model, WorkingAttribute{}, page, PickedAfter::keep);
+    });
+}
+
 void rotateEdit(benchmark::State& state)
 {
     runEdit(state, ModelEdit::rotateVertices, [](Scene& scene) {
@@ -51,6 +60,21 @@ void gouraudEdit(benchmark::State& state)
     });
 }
 
+BENCHMARK_CAPTURE(applyEdit, material, AttributePage::material)
+    ->Name("edit/apply material")
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(applyEdit, mode, AttributePage::mode)
+    ->Name("edit/apply mode")
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(applyEdit, zSort, AttributePage::zSort)
+    ->Name("edit/apply Z sort")
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(applyEdit, gouraud, AttributePage::gouraud)
+    ->Name("edit/apply Gouraud")
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(applyEdit, option, AttributePage::option)
+    ->Name("edit/apply option")
+    ->Unit(benchmark::kMicrosecond);
 BENCHMARK(rotateEdit)->Name("edit/rotate vertices")->Unit(benchmark::kMicrosecond);
 BENCHMARK(invertEdit)->Name("edit/invert surface")->Unit(benchmark::kMicrosecond);
 BENCHMARK(gouraudEdit)->Name("edit/Gouraud table")->Unit(benchmark::kMicrosecond);

@@ -14,6 +14,7 @@
 #include "app/recent_menu_win.h"
 #include "app/screen_dialog.h"
 #include "app/view_commands_win.h"
+#include "attr/attribute_window.h"
 #include "resources/resource_ids.h"
 
 #include <algorithm>
@@ -125,6 +126,7 @@ constexpr Command mainCommands[] = {
     {IDM_FILE_OPEN, IDM_FILE_OPEN, onOpen, ChangedFlag::clearOnSuccess},
     {IDM_FILE_EXIT, IDM_FILE_EXIT, onExit, ChangedFlag::keep},
     {IDM_FILE_OPEN_PATH, IDM_FILE_OPEN_PATH, onOpenPath, ChangedFlag::clearOnSuccess},
+    {IDM_VIEW_ATTRIBUTES, IDM_VIEW_ATTRIBUTES, perform<toggleAttributeWindow>, ChangedFlag::keep},
     {IDM_VIEW_HIERARCHY, IDM_VIEW_HIERARCHY, perform<toggleHierarchyWindow>, ChangedFlag::keep},
     {IDM_EDIT_UNDO, IDM_EDIT_UNDO, perform<undoLastEdit>, ChangedFlag::set},
     {IDM_FILE_SAVE, IDM_FILE_SAVE, onSave, ChangedFlag::clearOnSuccess},

@@ -3,6 +3,7 @@
 #include "app/recent_files.h"
 #include "app/settings_text.h"
 #include "app/tool_box_window.h"
+#include "attr/working_attribute.h"
 #include "engine/engine.h"
 #include "model/model.h"
 #include "model/undo.h"
@@ -10,6 +11,7 @@
 #include "ui/alert_win.h"
 #include "ui/colour_picker_win.h"
 #include "ui/file_dialog_win.h"
+#include "ui/tab_pages_win.h"
 #include "view/selection.h"
 #include "view/view.h"
 #include "view/view_settings.h"
@@ -93,8 +95,10 @@ struct Editor {
     HWND toolBar = nullptr;
     HWND statusBar = nullptr;
     ToolBox toolBox;
-    HWND attributeWindow = nullptr;        ///< while it is open
-    HWND hierarchyWindow = nullptr;        ///< while it is open
+    HWND attributeWindow = nullptr; ///< while it is open
+    WorkingAttribute workingAttribute;
+    TabPages attributePages;        ///< of the attribute window; `current` also while it is closed
+    HWND hierarchyWindow = nullptr; ///< while it is open
     std::vector<HTREEITEM> hierarchyItems; ///< of its tree, by object index
     HACCEL accelerators = nullptr;         ///< of the program's resources, which own it
     /// Open modeless dialogs that take the keyboard's dialog navigation, in the order in which the

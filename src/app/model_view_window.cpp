@@ -2,6 +2,7 @@
 
 #include "app/editor_win.h"
 #include "app/main_tool_bar_win.h"
+#include "attr/attribute_window.h"
 #include "engine/frame_surface.h"
 #include "resources/resource_ids.h"
 #include "ui/handles_win.h"
@@ -70,12 +71,10 @@ void pickAtCursor(Editor& editor)
     listFrame(editor.view, editor.engine, editor.document.model, clientSize(editor.mainWindow));
     sortPolygons(editor.engine);
     const POINT cursor = editor.drag.last;
-    (void)pickPolygons(editor.document.model, editor.engine, editor.band,
-                       {{cursor.x, cursor.y},
-                        held,
-                        isKeyDown(VK_SHIFT),
-                        isKeyDown(VK_CONTROL),
-                        isKeyDown(VK_TAB)});
+    const PickInput input{
+        {cursor.x, cursor.y}, held, isKeyDown(VK_SHIFT), isKeyDown(VK_CONTROL), isKeyDown(VK_TAB)};
+    if (const auto polygon = pickPolygons(editor.document.model, editor.engine, editor.band, input))
+        loadWorkingAttribute(editor, *polygon);
 }
 
 /// Outlines the rubber band in dashes of black and white, which show on every background.

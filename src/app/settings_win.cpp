@@ -109,6 +109,8 @@ void writeSettings(Editor& editor)
     settings.mainWindow = normalPlaceOf(editor.mainWindow);
     settings.mainZoomed = IsZoomed(editor.mainWindow) != FALSE;
     settings.toolBox = windowPlace(editor.toolBox.window);
+    // A window that is closed has left its place there.
+    if (editor.attributeWindow) settings.attributes = windowPlace(editor.attributeWindow);
     settings.background = editor.view.backgroundColour;
     settings.pickedPolygon = editor.engine.settings.pickedColour;
     settings.transparent = editor.transparentColour;

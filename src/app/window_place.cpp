@@ -32,4 +32,15 @@ WindowRectangle restoredPlace(const WindowRectangle& remembered, const WindowRec
     return {x.least, y.least, x.most, y.most};
 }
 
+WindowRectangle toolWindowPlace(const WindowRectangle& remembered, const WindowRectangle& present,
+                                const WindowRectangle& owner, const WindowRectangle& screen)
+{
+    const bool known = remembered.left < remembered.right && remembered.top < remembered.bottom;
+    const std::int32_t left = known ? remembered.left : owner.right;
+    const std::int32_t top = known ? remembered.top : owner.top;
+    return restoredPlace(
+        {left, top, left + (present.right - present.left), top + (present.bottom - present.top)},
+        screen, present);
+}
+
 } // namespace facetor

@@ -10,4 +10,9 @@ namespace facetor {
 WindowRectangle restoredPlace(const WindowRectangle& remembered, const WindowRectangle& screen,
                               const WindowRectangle& otherwise);
 
+/// Where a tool window opens that keeps its `present` size: with its corner where it is remembered,
+/// or, when that is empty, to the right of its owner; moved into `screen`.
+WindowRectangle toolWindowPlace(const WindowRectangle& remembered, const WindowRectangle& present,
+                                const WindowRectangle& owner, const WindowRectangle& screen);
+
 } // namespace facetor

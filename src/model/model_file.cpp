@@ -28,9 +28,6 @@ constexpr std::uint32_t chunkHeaderSize = 8;
 constexpr PolygonAttribute defaultAttribute{1, 0, 0, 0xE318, polygonFace | useLight, 0};
 constexpr Rgb555 defaultGouraud = 0xC210;
 
-/// Slots in the texture list; model files name them, though the list lives elsewhere.
-constexpr std::uint16_t textureSlots = 4096;
-
 Vector3 readVector(ByteReader& in)
 {
     return {in.f32(), in.f32(), in.f32()}; // braces: read from left to right

@@ -18,6 +18,9 @@ static_assert(sizeof(PolygonAttribute) == 16);
 
 inline constexpr std::uint16_t dualPlaneBit = 1;
 
+/// Slots of the texture list that a textured polygon can name.
+inline constexpr std::uint16_t textureSlots = 4096;
+
 inline constexpr std::uint16_t sortCentre = 0;
 inline constexpr std::uint16_t sortNearest = 1;
 inline constexpr std::uint16_t sortFarthest = 2;

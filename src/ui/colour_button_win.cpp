@@ -1,6 +1,7 @@
 #include "ui/colour_button_win.h"
 
 #include "ui/handles_win.h"
+#include "ui/window_data_win.h"
 
 #include <windows.h>
 
@@ -41,6 +42,20 @@ void drawButton(const DRAWITEMSTRUCT& item, bool down)
                         &area, nullptr);
 }
 
+/// Lays the mesh along the edge of the colour.
+void drawFocusMark(const DRAWITEMSTRUCT& item, RECT area)
+{
+    constexpr int lines = 4; // half the bitmap's size
+    const UniqueHandle<HBITMAP, DeleteObject> mesh(
+        LoadBitmapA(instanceOf(item.hwndItem), "IDB_MESH0"));
+    const UniqueHandle<HBRUSH, DeleteObject> brush(CreatePatternBrush(mesh.get()));
+    SetBrushOrgEx(item.hDC, area.left, area.top, nullptr);
+    for (int i = 0; i < lines; ++i) {
+        FrameRect(item.hDC, &area, brush.get());
+        InflateRect(&area, -1, -1);
+    }
+}
+
 } // namespace
 
 COLORREF screenColour(Rgb555 colour)
@@ -54,8 +69,6 @@ void drawColourButton(const DRAWITEMSTRUCT& item, Rgb555 colour)
     RECT area = item.rcItem;
     const bool down = (item.itemState & ODS_SELECTED) != 0;
     drawButton(item, down);
-    const RECT inside{area.left + border - 2, area.top + border - 2, area.right - border + 2,
-                      area.bottom - border + 2};
     InflateRect(&area, -border, -border);
     if (down) OffsetRect(&area, 1, 1);
     if (GetWindowTextLengthW(item.hwndItem) > 0) {
@@ -68,7 +81,7 @@ void drawColourButton(const DRAWITEMSTRUCT& item, Rgb555 colour)
     const UniqueHandle<HBRUSH, DeleteObject> brush(CreateSolidBrush(screenColour(colour)));
     FillRect(item.hDC, &area, brush.get());
     FrameRect(item.hDC, &area, GetSysColorBrush(COLOR_BTNSHADOW));
-    if (item.itemState & ODS_FOCUS) DrawFocusRect(item.hDC, &inside);
+    if (item.itemState & ODS_FOCUS) drawFocusMark(item, area);
 }
 
 } // namespace facetor

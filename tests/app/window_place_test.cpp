@@ -32,6 +32,20 @@ TEST(WindowPlace, ARememberedPlaceIsMovedIntoTheScreen)
             << current.name;
 }
 
+TEST(WindowPlace, AToolWindowKeepsItsSizeAndOpensBesideItsOwnerAtFirst)
+{
+    constexpr WindowRectangle screen{0, 0, 1280, 1024}, present{5, 5, 305, 205}, unknown{};
+    constexpr WindowRectangle owner{100, 50, 600, 450}, wide{0, -4, 1280, 1000};
+    EXPECT_EQ(toolWindowPlace({40, 60, 45, 65}, present, owner, screen),
+              (WindowRectangle{40, 60, 340, 260}));
+    EXPECT_EQ(toolWindowPlace(unknown, present, owner, screen),
+              (WindowRectangle{600, 50, 900, 250}));
+    EXPECT_EQ(toolWindowPlace(unknown, present, wide, screen),
+              (WindowRectangle{980, 0, 1280, 200}));
+    EXPECT_EQ(toolWindowPlace({9000, 60, 9005, 65}, present, owner, screen),
+              (WindowRectangle{980, 60, 1280, 260}));
+}
+
 } // namespace
 
 } // namespace facetor

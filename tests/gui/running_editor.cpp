@@ -271,10 +271,12 @@ HWND RunningEditor::findWindow(const std::string& name) const
 ShownAlert RunningEditor::findAlert() const
 {
     ShownAlert shown;
-    // A modeless dialog may be open as well; what waits for an answer disables it.
+    // A modeless dialog may be open as well; what waits for an answer disables it. Tool windows are
+    // no answers' business at any time.
     shown.window = findThreadWindow(threadId_, [](HWND window) {
         return className(window) == dialogClass && IsWindowVisible(window) &&
-               IsWindowEnabled(window);
+               IsWindowEnabled(window) &&
+               (GetWindowLongPtrA(window, GWL_EXSTYLE) & WS_EX_TOOLWINDOW) == 0;
     });
     if (!shown.window) return shown;
     shown.caption = windowText(shown.window);

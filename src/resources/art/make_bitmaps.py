@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Makes the tool bars' bitmaps of their pictures in letters.
+"""Makes the bitmaps of their pictures in letters.
 
 Needs only Python's standard library:  python3 make_bitmaps.py
-Reads palette.txt, toolbar.txt and toolbox.txt beside it; writes toolbar.bmp and toolbox.bmp one folder
-up, all images side by side, 24 bits a pixel.
+Reads palette.txt, toolbar.txt, toolbox.txt and mesh0.txt beside it; writes bitmaps of these names one
+folder up, all images of a file side by side, 24 bits a pixel.
 """
 
 import pathlib
@@ -50,7 +50,7 @@ def main():
     for line in lines("palette.txt"):
         letter, *channels = line.split()
         palette[letter] = tuple(map(int, channels))
-    for name, size, count in (("toolbar", 16, 18), ("toolbox", 22, 6)):
+    for name, size, count in (("toolbar", 16, 18), ("toolbox", 22, 6), ("mesh0", 8, 1)):
         images = read_images(f"{name}.txt", size, count)
         write_bitmap(HERE.parent / f"{name}.bmp", images, size, palette)
 

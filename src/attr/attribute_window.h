@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+
+namespace facetor {
+
+struct Editor;
+
+/// Opens the attribute window, where it was last, or closes it. The working attribute and the
+/// current tab outlive the window.
+void toggleAttributeWindow(Editor& editor);
+
+/// Takes the attribute of a polygon that was picked as the working attribute, in place of edits
+/// that were not applied, and shows it if the window is open. Needs polygonIndex <
+/// model.totalPolygonCount.
+void loadWorkingAttribute(Editor& editor, std::uint32_t polygonIndex);
+
+/// Makes a slot of the texture list (0-4095) the working attribute's texture. The open window shows
+/// it when Material is its current page, else when that page is shown next.
+void setWorkingTexture(Editor& editor, std::uint16_t number);
+
+} // namespace facetor

@@ -1,0 +1,399 @@
+#include "attr/attribute_window.h"
+
+#include "app/settings_win.h"
+#include "base/file.h"
+#include "base/temporary_folder.h"
+#include "gui/held_key.h"
+#include "gui/model_files.h"
+#include "gui/running_editor.h"
+#include "resources/resource_ids.h"
+#include "ui/colour_picker_win.h"
+#include "ui/window_data_win.h"
+#include "view/selection.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <atomic>
+#include <cstring>
+
+namespace facetor {
+
+namespace {
+
+using enum AttributePage;
+
+const Rgb555 chosenColour = fromPickedColour(RGB(80, 160, 40));
+
+/// The attribute window over a running editor, open from the start.
+class AttributeWindow {
+public:
+    explicit AttributeWindow(const RunningEditor& editor) : editor_(editor)
+    {
+        editor.call([](Editor& e) { e.colourPicking.picker = ColourPicker::system; });
+        toggle();
+    }
+
+    void toggle() const { editor_.sendCommand(IDM_VIEW_ATTRIBUTES); }
+    HWND window() const
+    {
+        return editor_.ask([](Editor& e) { return e.attributeWindow; });
+    }
+    int tab() const
+    {
+        return editor_.ask([](Editor& e) { return e.attributePages.current; });
+    }
+    HWND page() const
+    {
+        return editor_.ask([](Editor& e) {
+            return e.attributePages.pages[static_cast<std::size_t>(e.attributePages.current)];
+        });
+    }
+    HWND item(int control) const { return GetDlgItem(page(), control); }
+    std::string idText() const { return windowText(item(IDC_ATTRIBUTE_TEXTURE)); }
+    bool isChecked(int control) const { return IsDlgButtonChecked(page(), control) == BST_CHECKED; }
+
+    /// As a click on its tab does.
+    void choose(AttributePage page) const
+    {
+        const HWND tabs = GetDlgItem(window(), IDC_ATTRIBUTE_TABS);
+        SendMessageA(tabs, TCM_SETCURFOCUS, static_cast<WPARAM>(page), 0);
+        EXPECT_EQ(tab(), static_cast<int>(page));
+    }
+    /// Clicks a button, types "4095" into the field, or chooses a colour for a colour button.
+    void change(int control) const
+    {
+        if (control == IDC_ATTRIBUTE_TEXTURE) return type("4095");
+        const bool picks = (GetWindowLongPtrA(item(control), GWL_STYLE) & BS_TYPEMASK) ==
+                           static_cast<LONG_PTR>(BS_OWNERDRAW);
+        if (!picks) return (void)SendMessageA(item(control), BM_CLICK, 0, 0);
+        PostMessageA(page(), WM_COMMAND, static_cast<WPARAM>(control), 0);
+        constexpr int redField = 706; // then green and blue, of every colour dialog
+        const HWND colours = editor_.waitForAlert().window;
+        for (int i = 0; const UINT component : {80u, 160u, 40u})
+            SetDlgItemInt(colours, redField + i++, component, FALSE);
+        PostMessageA(colours, WM_COMMAND, IDOK, 0);
+        EXPECT_TRUE(waitUntil([&] { return IsWindowEnabled(editor_.window()) != FALSE; }));
+        editor_.call([](Editor&) {}); // the button's command has come to its end
+    }
+    void type(const std::string& text) const
+    {
+        SendMessageA(item(IDC_ATTRIBUTE_TEXTURE), WM_SETTEXT, 0,
+                     reinterpret_cast<LPARAM>(text.c_str()));
+    }
+    void apply() const { SendMessageA(window(), WM_COMMAND, IDOK, 0); }
+    /// Presses Apply, which has to bring an alert up, and returns its text.
+    std::string refusal() const
+    {
+        PostMessageA(window(), WM_COMMAND, IDOK, 0);
+        const ShownAlert shown = editor_.waitForAlert();
+        EXPECT_TRUE(editor_.press(shown, IDOK));
+        EXPECT_TRUE(waitUntil([&] { return IsWindowVisible(window()) != FALSE; }));
+        return shown.text;
+    }
+
+private:
+    const RunningEditor& editor_;
+};
+
+/// What the window can change of a polygon: an attribute and a Gouraud entry as a file holds them.
+struct PolygonState {
+    std::uint16_t plane, sort, texture, color;
+    std::uint32_t flags;
+    std::array<Rgb555, 4> gouraud;
+};
+constexpr std::size_t attributeBytes = 12, gouraudBytes = 8;
+static_assert(sizeof(PolygonState) == attributeBytes + gouraudBytes);
+
+constexpr std::uint32_t changedPolygon = 2;
+
+/// Gives every polygon this state, loads it, and picks one polygon.
+void prepare(const RunningEditor& editor, const PolygonState& s)
+{
+    editor.call([&](Editor& e) {
+        for (std::uint32_t i = 0; i < 6; ++i) {
+            e.document.model.attributes[i] = {s.plane, s.sort, s.texture, s.color, s.flags, i};
+            e.document.model.gouraud[i].color = s.gouraud;
+        }
+        e.document.model.attributes[changedPolygon].flags |= picked;
+        loadWorkingAttribute(e, 0);
+    });
+}
+
+std::string save(const RunningEditor& editor, const std::string& path)
+{
+    editor.sendCommand(IDM_FILE_SAVE);
+    const auto bytes = readFile(path);
+    if (!bytes) return {};
+    return {reinterpret_cast<const char*>(bytes->data()), bytes->size()};
+}
+
+/// The file with the one polygon's state replaced.
+std::string withState(std::string file, const PolygonState& state)
+{
+    constexpr std::size_t chunkHeader = 8;
+    const auto* bytes = reinterpret_cast<const char*>(&state);
+    std::memcpy(&file[file.find("TQAt") + chunkHeader + changedPolygon * attributeBytes], bytes,
+                attributeBytes);
+    std::memcpy(&file[file.find("TQGr") + chunkHeader + changedPolygon * gouraudBytes],
+                bytes + attributeBytes, gouraudBytes);
+    return file;
+}
+
+TEST(AttributeWindow, EveryControlOfEveryPageReachesTheFileAndNothingElseDoes)
+{
+    constexpr PolygonState zeros{0, 0, 0, 0, 0, {0, 0, 0, 0}};
+    constexpr PolygonState ones{1, 2, 77, 0x7FFF, 0x0900154B, {1, 2, 3, 4}};
+    using S = PolygonState;
+    struct Row {
+        AttributePage page;
+        int control;
+        const PolygonState& before;
+        void (*change)(PolygonState& state);
+    };
+    const Row rows[] = {
+        {material, 1094, ones, [](S& s) { s.flags ^= 0x18; }},
+        {material, 1095, ones, [](S& s) { s.flags ^= 0x28; }},
+        {material, 1096, zeros, [](S& s) { s.flags ^= 0x8; }},
+        {material, 1020, zeros, [](S& s) { s.flags ^= 0x01000000; }},
+        {material, 1020, ones, [](S& s) { s.flags ^= 0x01000000; }},
+        {material, 1031, ones, [](S& s) { s.color = chosenColour; }},
+        {material, 1011, ones, [](S& s) { s.texture = 4095; }},
+        {material, 1012, zeros, [](S& s) { s.flags ^= 1; }},
+        {material, 1012, ones, [](S& s) { s.flags ^= 1; }},
+        {material, 1013, zeros, [](S& s) { s.flags ^= 2; }},
+        {material, 1013, ones, [](S& s) { s.flags ^= 2; }},
+        {mode, 1015, ones, [](S& s) { s.flags ^= 0x400; }},
+        {mode, 1016, ones, [](S& s) { s.flags ^= 0x600; }},
+        {mode, 1017, zeros, [](S& s) { s.flags ^= 0x400; }},
+        {mode, 1018, ones, [](S& s) { s.flags ^= 0xC00; }},
+        {mode, 1014, zeros, [](S& s) { s.flags ^= 0x100; }},
+        {mode, 1014, ones, [](S& s) { s.flags ^= 0x100; }},
+        {zSort, 1024, ones, [](S& s) { s.sort = 0; }},
+        {zSort, 1025, zeros, [](S& s) { s.sort = 1; }},
+        {zSort, 1026, zeros, [](S& s) { s.sort = 2; }},
+        {gouraud, 1019, zeros, [](S& s) { s.flags ^= 0x1000; }},
+        {gouraud, 1019, ones, [](S& s) { s.flags ^= 0x1000; }},
+        {gouraud, 1020, ones, [](S& s) { s.flags ^= 0x01000000; }},
+        {gouraud, 1006, zeros, [](S& s) { s.gouraud[0] = chosenColour; }},
+        {gouraud, 1007, zeros, [](S& s) { s.gouraud[1] = chosenColour; }},
+        {gouraud, 1008, ones, [](S& s) { s.gouraud[2] = chosenColour; }},
+        {gouraud, 1009, ones, [](S& s) { s.gouraud[3] = chosenColour; }},
+        {option, 1022, ones, [](S& s) { s.plane = 0; }},
+        {option, 1023, zeros, [](S& s) { s.plane = 1; }},
+        {option, 1021, zeros, [](S& s) { s.flags ^= 0x08000000; }},
+        {option, 1021, ones, [](S& s) { s.flags ^= 0x08000000; }},
+    };
+    const TemporaryFolder folder;
+    const std::string path = folder.file("edited.mx3");
+    writeCubeFile(path, 6);
+    const RunningEditor editor({path});
+    const AttributeWindow attributes(editor);
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.control);
+        prepare(editor, row.before);
+        const std::string before = save(editor, path);
+        attributes.choose(row.page);
+        attributes.change(row.control);
+        EXPECT_TRUE(save(editor, path) == before) << "nothing before Apply";
+        attributes.apply();
+        EXPECT_TRUE(editor.ask([](Editor& e) { return e.document.modelChanged; }));
+        PolygonState expected = row.before;
+        row.change(expected);
+        expected.flags |= picked;
+        EXPECT_TRUE(save(editor, path) == withState(before, expected));
+        editor.sendCommand(IDM_EDIT_UNDO);
+        PolygonState undone = row.before;
+        undone.flags |= picked;
+        undone.gouraud = expected.gouraud; // of which Undo knows nothing
+        EXPECT_TRUE(save(editor, path) == withState(before, undone)) << "after Undo";
+    }
+}
+
+TEST(AttributeWindow, HasThePagesWithTheirControls)
+{
+    const std::pair<const char*, std::vector<std::string>> pages[] = {
+        {"Material",
+         {"&Polygon", "Poly&Line", "&Texture Map", "&Use Light", "", "", "&ID:", "0", "&H flip",
+          "&V flip"}},
+        {"Mode",
+         {"&Replace", "&Shadow", "&Half Lumin.", "&Translucent", "&MESH", "grey &End Code"}},
+        {"Z Sort", {"&Center", "Mi&nimum", "Ma&ximum", "grey Reserved", "grey Reserved"}},
+        {"Gouraud", {"&Gouraud", "&Use Light", "#&0", "#&1", "#&2", "#&3"}},
+        {"Option", {"&Single", "&Dual", "&Near Clip", "grey &Depth Cueing"}},
+    };
+    const RunningEditor editor;
+    const AttributeWindow attributes(editor);
+    EXPECT_EQ(windowText(attributes.window()), "Attribute");
+    EXPECT_EQ(windowText(GetDlgItem(attributes.window(), IDOK)), "&Apply");
+    EXPECT_TRUE(GetMenuState(GetMenu(editor.window()), IDM_VIEW_ATTRIBUTES, MF_BYCOMMAND) &
+                MF_CHECKED);
+    for (int i = 0; const auto& [title, controls] : pages) {
+        attributes.choose(static_cast<AttributePage>(i++));
+        std::array<char, 32> text{};
+        TCITEMA tab{};
+        tab.mask = TCIF_TEXT;
+        tab.pszText = text.data();
+        tab.cchTextMax = static_cast<int>(text.size());
+        SendMessageA(GetDlgItem(attributes.window(), IDC_ATTRIBUTE_TABS), TCM_GETITEMA,
+                     static_cast<WPARAM>(i - 1), reinterpret_cast<LPARAM>(&tab));
+        EXPECT_STREQ(text.data(), title);
+        std::vector<std::string> found;
+        for (HWND c = GetWindow(attributes.page(), GW_CHILD); c; c = GetWindow(c, GW_HWNDNEXT))
+            found.push_back((IsWindowEnabled(c) ? "" : "grey ") + windowText(c));
+        EXPECT_EQ(found, controls);
+        if (title == std::string("Gouraud"))
+            editor.call([&](Editor&) { SetFocus(attributes.item(IDC_ATTRIBUTE_COLOUR_1)); });
+        savePicture(editor.pictureOf(attributes.window()), "attribute-" + std::to_string(i));
+    }
+}
+
+PolygonAttribute attributeOf(const RunningEditor& editor, std::uint32_t polygon)
+{
+    return editor.ask([&](Editor& e) { return e.document.model.attributes[polygon]; });
+}
+
+TEST(AttributeWindow, ApplyNeedsSelectedPolygonsAndWithCtrlDeselectsThem)
+{
+    const std::string none = "No Selected polygons could be found. ";
+    const RunningEditor editor;
+    const AttributeWindow attributes(editor);
+    const auto canUndo = [&] { return editor.ask([](Editor& e) { return !e.undo.isEmpty(); }); };
+    EXPECT_EQ(attributes.refusal(), none);
+    EXPECT_FALSE(canUndo());
+    EXPECT_FALSE(editor.ask([](Editor& e) { return e.document.modelChanged; }));
+
+    editor.sendCommand(IDM_SELECT_ALL);
+    attributes.change(IDC_ATTRIBUTE_POLYLINE); // stays behind on its page
+    attributes.choose(mode);
+    attributes.change(IDC_ATTRIBUTE_SHADOW);
+    const std::uint32_t before = attributeOf(editor, 5).flags;
+    {
+        const HeldKey control(editor, VK_CONTROL);
+        attributes.apply();
+    }
+    EXPECT_TRUE(canUndo());
+    for (std::uint32_t i = 0; i < 6; ++i)
+        EXPECT_EQ(attributeOf(editor, i).flags, (before & ~picked) | shadowMode);
+    EXPECT_EQ(attributes.refusal(), none);
+    editor.sendCommand(IDM_EDIT_UNDO);
+    EXPECT_EQ(attributeOf(editor, 5).flags, before) << "with its mark";
+}
+
+TEST(AttributeWindow, APickedPolygonOrAChosenTextureIsShown)
+{
+    const RunningEditor editor;
+    editor.resizeClient(400, 320);
+    editor.sendCommand(IDM_TOOL_SELECT);
+    const AttributeWindow attributes(editor);
+    const auto colour = [&] {
+        return editor.ask([](Editor& e) { return e.workingAttribute.color; });
+    };
+    attributes.change(IDC_ATTRIBUTE_COLOUR);
+    attributes.change(IDC_ATTRIBUTE_POLYLINE);
+    attributes.type("12");
+    EXPECT_EQ(colour(), chosenColour);
+    for (const UINT message : {WM_LBUTTONDOWN, WM_LBUTTONUP})
+        editor.send(message, message == WM_LBUTTONUP ? 0 : MK_LBUTTON, MAKELPARAM(200, 160));
+    EXPECT_NE(colour(), chosenColour) << "one of the cube's";
+    EXPECT_TRUE(attributes.isChecked(IDC_ATTRIBUTE_POLYGON));
+    EXPECT_FALSE(attributes.isChecked(IDC_ATTRIBUTE_POLYLINE));
+    EXPECT_EQ(attributes.idText(), "0");
+
+    editor.call([](Editor& e) { setWorkingTexture(e, 7); });
+    EXPECT_EQ(attributes.idText(), "7");
+    attributes.choose(mode);
+    editor.call([](Editor& e) { setWorkingTexture(e, 8); });
+    attributes.choose(material);
+    EXPECT_EQ(attributes.idText(), "8");
+}
+
+TEST(AttributeWindow, ATextThatIsNoTextureNumberIsRefused)
+{
+    const RunningEditor editor;
+    const AttributeWindow attributes(editor);
+    editor.sendCommand(IDM_SELECT_ALL);
+    attributes.type("31");
+    for (const std::string text : {"", "x", "-1", "4096", "65537", "99999999999999999999"}) {
+        SCOPED_TRACE(text);
+        attributes.type(text);
+        EXPECT_EQ(attributes.refusal(), "Data Error(ID)");
+        EXPECT_EQ(attributeOf(editor, 0).texture, 0);
+        EXPECT_TRUE(editor.ask([&](Editor& e) {
+            return e.undo.isEmpty() && GetFocus() == attributes.item(IDC_ATTRIBUTE_TEXTURE);
+        }));
+    }
+    attributes.choose(mode);
+    attributes.apply(); // the text is of another page
+    attributes.choose(material);
+    EXPECT_EQ(attributes.idText(), "31") << "the last number";
+    attributes.apply();
+    EXPECT_EQ(attributeOf(editor, 0).texture, 31);
+}
+
+TEST(AttributeWindow, KeepsTabValuesAndPlaceWhileItIsClosedAndItsPlaceFromRunToRun)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.file("Facetor.ini");
+    const auto cornerOf = [](HWND window) {
+        const WindowRectangle place = windowPlace(window);
+        return std::pair(place.left, place.top);
+    };
+    {
+        RunningEditor editor({}, Platform::nt, {}, path);
+        const AttributeWindow attributes(editor);
+        EXPECT_EQ(cornerOf(attributes.window()),
+                  std::pair(windowPlace(editor.window()).right, windowPlace(editor.window()).top));
+        attributes.choose(option);
+        attributes.change(IDC_ATTRIBUTE_DUAL);
+        SetWindowPos(attributes.window(), nullptr, 321, 234, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+        SendMessageA(attributes.window(), WM_CLOSE, 0, 0);
+        EXPECT_FALSE(attributes.window());
+        EXPECT_FALSE(GetMenuState(GetMenu(editor.window()), IDM_VIEW_ATTRIBUTES, MF_BYCOMMAND) &
+                     MF_CHECKED);
+        editor.call([](Editor& e) { setWorkingTexture(e, 9); });
+        attributes.toggle();
+        EXPECT_EQ(cornerOf(attributes.window()), std::pair(321, 234));
+        EXPECT_EQ(attributes.tab(), static_cast<int>(option));
+        EXPECT_TRUE(attributes.isChecked(IDC_ATTRIBUTE_DUAL));
+        attributes.choose(material);
+        EXPECT_EQ(attributes.idText(), "9");
+        SetWindowPos(attributes.window(), nullptr, 400, 300, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+        editor.post(WM_CLOSE);
+        EXPECT_EQ(editor.waitForEnd(), 0);
+    }
+    const RunningEditor editor({}, Platform::nt, {}, path);
+    const AttributeWindow attributes(editor);
+    EXPECT_EQ(cornerOf(attributes.window()), std::pair(400, 300));
+}
+
+TEST(AttributeWindow, TheKeyboardReachesItsControlsAndApply)
+{
+    const RunningEditor editor;
+    const AttributeWindow attributes(editor);
+    editor.sendCommand(IDM_SELECT_ALL);
+    const auto press = [&](WPARAM key) { // returns the control that has the keyboard then
+        std::atomic<int> focus = -1;
+        editor.call([&](Editor&) { PostMessageA(GetFocus(), WM_KEYDOWN, key, 0); });
+        editor.begin([&](Editor&) { focus = GetDlgCtrlID(GetFocus()); }); // after the key
+        EXPECT_TRUE(waitUntil([&] { return focus >= 0; }));
+        return focus.load();
+    };
+    editor.call([&](Editor&) { SetFocus(attributes.item(IDC_ATTRIBUTE_POLYGON)); });
+    std::vector<int> reached;
+    for (int i = 0; i < 8; ++i) reached.push_back(press(VK_TAB));
+    EXPECT_EQ(reached, (std::vector<int>{1020, 1031, 1011, 1012, 1013, IDOK, IDC_ATTRIBUTE_TABS,
+                                         IDC_ATTRIBUTE_POLYGON}));
+    attributes.change(IDC_ATTRIBUTE_FLIP_H);
+    press(VK_RETURN);
+    EXPECT_TRUE(attributeOf(editor, 0).flags & flipHorizontal);
+    press(VK_ESCAPE);
+    EXPECT_TRUE(attributes.window()) << "only the close box and the command close it";
+}
+
+} // namespace
+
+} // namespace facetor
