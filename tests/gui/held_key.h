@@ -21,8 +21,10 @@ private:
         input.type = INPUT_KEYBOARD;
         input.ki.wVk = key_;
         input.ki.dwFlags = flags;
-        SendInput(1, &input, sizeof input);
+        // Again if need be: a display that learns a moment later that the focus has moved resets
+        // its keys to those of the real keyboard.
         EXPECT_TRUE(waitUntil([&] {
+            SendInput(1, &input, sizeof input);
             return editor_.ask([&](Editor&) { return (GetAsyncKeyState(key_) < 0) == down; });
         }));
     }
