@@ -4,6 +4,7 @@
 #include "input_file.h"
 #include "model/model_file.h"
 #include "output/model_source.h"
+#include "output/texture_source.h"
 #include "texture/texture_file.h"
 
 namespace facetor {
@@ -25,6 +26,11 @@ Message writeTexturesAgain(const InputFile& input, const std::string& output)
     return writeTextureFile(input.textures, output);
 }
 
+Message writeTexturesAsSource(const InputFile& input, const std::string& output)
+{
+    return writeTextureSource(input.textures, output);
+}
+
 struct Conversion {
     std::string_view from, to; ///< extensions
     Message (*write)(const InputFile& input, const std::string& output);
@@ -34,6 +40,7 @@ constexpr Conversion conversions[] = {
     {"mx3", "mx3", writeModelAgain},
     {"mx3", "mdl", writeModelAsSource},
     {"mxt", "mxt", writeTexturesAgain},
+    {"mxt", "txr", writeTexturesAsSource},
 };
 
 } // namespace

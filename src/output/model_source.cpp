@@ -2,7 +2,6 @@
 
 #include "attr/attribute_text.h"
 #include "attr/gouraud_count.h"
-#include "base/data_file.h"
 #include "base/file.h"
 #include "base/text.h"
 #include "output/source_text.h"
@@ -30,29 +29,16 @@ void appendPoints(TextWriter& text, const Vector3* points, std::uint32_t count)
     }
 }
 
-void appendCountLine(TextWriter& text, std::string_view label, std::uint32_t count)
-{
-    text.append(" *\t");
-    text.append(label);
-    appendNumber(text, count);
-    text.append("\r\n");
-}
-
 void appendHeader(TextWriter& text, const Model& model, std::string_view title,
                   const GouraudCounts& gouraud)
 {
-    const std::string stars(46, '*');
-    text.append('/' + stars + "\r\n *\t");
-    text.append(dataFileBanner);
-    text.append("\r\n *\t");
-    text.append(title);
-    text.append("\r\n");
+    appendHeaderStart(text, title);
     appendCountLine(text, "OBJECTS  = ", model.objectCount);
     appendCountLine(text, "VERTICES = ", model.totalVertexCount);
     appendCountLine(text, "POLYGONS = ", model.totalPolygonCount);
     if (gouraud.light > 0) appendCountLine(text, "GOUR_REAL= ", gouraud.light);
     if (gouraud.table > 0) appendCountLine(text, "GOUR_TBL = ", gouraud.table);
-    text.append(' ' + stars + "/\r\n\r\n");
+    appendHeaderEnd(text);
 }
 
 void appendGouraudDefine(TextWriter& text, std::string_view name, std::uint32_t firstTable)

@@ -1,5 +1,7 @@
 #include "output/source_text.h"
 
+#include "base/data_file.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -9,6 +11,8 @@
 namespace facetor {
 
 namespace {
+
+constexpr std::size_t headerStars = 46; ///< in the first and the last line of the header
 
 constexpr std::size_t fixedColumns = 8;
 constexpr std::size_t titleCapacity = 64;
@@ -117,6 +121,32 @@ void appendHex16(TextWriter& text, std::uint16_t value)
     text.append("0x");
     for (int shift = 12; shift >= 0; shift -= 4)
         text.append("0123456789abcdef"[value >> shift & 15]);
+}
+
+void appendHeaderStart(TextWriter& text, std::string_view title)
+{
+    text.append('/');
+    text.append('*', headerStars);
+    text.append("\r\n *\t");
+    text.append(dataFileBanner);
+    text.append("\r\n *\t");
+    text.append(title);
+    text.append("\r\n");
+}
+
+void appendCountLine(TextWriter& text, std::string_view label, std::uint32_t count)
+{
+    text.append(" *\t");
+    text.append(label);
+    appendNumber(text, count);
+    text.append("\r\n");
+}
+
+void appendHeaderEnd(TextWriter& text)
+{
+    text.append(' ');
+    text.append('*', headerStars);
+    text.append("/\r\n\r\n");
 }
 
 void appendTableStart(TextWriter& text, std::string_view type, std::string_view prefix,

@@ -24,6 +24,12 @@ void appendNumber(TextWriter& text, std::uint32_t value, std::size_t columns = 1
 /// As printf("0x%04x").
 void appendHex16(TextWriter& text, std::uint16_t value);
 
+/// The comment that heads a source: its first lines, with the file's title; a line that counts
+/// something, also of other comments; its last line.
+void appendHeaderStart(TextWriter& text, std::string_view title);
+void appendCountLine(TextWriter& text, std::string_view label, std::uint32_t count);
+void appendHeaderEnd(TextWriter& text);
+
 /// The line that opens a table: type, tab, prefix_name[] = {
 void appendTableStart(TextWriter& text, std::string_view type, std::string_view prefix,
                       std::string_view name);

@@ -72,6 +72,12 @@ void TextureList::set(std::uint32_t number, std::uint16_t width, std::uint16_t h
     slots_[number] = {width, height, pixels.release()};
 }
 
+void TextureList::moveTexture(std::uint32_t from, std::uint32_t to)
+{
+    assert(isEmpty(to));
+    std::swap(slots_[from], slots_[to]);
+}
+
 void TextureList::clearAll()
 {
     const std::uint32_t used = usedCount();

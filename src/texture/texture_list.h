@@ -48,6 +48,9 @@ public:
     /// Needs both sizes in 1-65535: nothing downstream takes a texture without texels.
     void set(std::uint32_t number, std::uint16_t width, std::uint16_t height,
              PageArray<Rgb555> pixels);
+    /// Moves a texture, or an empty slot's state, to a slot that is empty; `from` is empty
+    /// afterwards.
+    void moveTexture(std::uint32_t from, std::uint32_t to);
     /// Makes every slot empty.
     void clearAll();
 

@@ -4,6 +4,7 @@
 #include "base/temporary_folder.h"
 #include "model/model_file.h"
 #include "output/model_source.h"
+#include "output/texture_source.h"
 #include "texture/texture_file.h"
 
 #include <gtest/gtest.h>
@@ -318,6 +319,9 @@ TEST_F(Cli, ConvertKeepsTheSlotsOfATextureList)
     const std::string source = put("list.mxt", bytes), output = folder.file("again.mxt");
     EXPECT_EQ(runProgram({"convert", source, output}).status, 0);
     EXPECT_EQ(readFile(output), bytes);
+    const std::string asSource = folder.file("list.TXR");
+    EXPECT_EQ(runProgram({"convert", source, asSource}).status, 0);
+    EXPECT_TRUE(readFile(asSource) == bytesOf(formatTextureSource(list, asSource).view()));
 
     Bytes empty(bytes.begin(), bytes.begin() + 264);
     empty[12] = std::byte{0}; // no chunks

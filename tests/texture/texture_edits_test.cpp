@@ -1,0 +1,251 @@
+#include "texture/texture_edits.h"
+
+#include "texture/numbered_texture.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace facetor {
+
+namespace {
+
+class TextureEdits : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_EQ(list.create(), Message::none);
+        ASSERT_EQ(createModelStore(model), Message::none);
+    }
+
+    /// What is in the first slots, as the number of each one's first texel; -1 for an empty one.
+    std::vector<int> firstSlots(std::uint32_t count) const
+    {
+        std::vector<int> result;
+        for (std::uint32_t i = 0; i < count; ++i)
+            result.push_back(list.isEmpty(i) ? -1 : list.slot(i).pixels[0] & 0x7FFF);
+        return result;
+    }
+    std::vector<int> polygonNumbers() const
+    {
+        std::vector<int> numbers;
+        for (std::size_t i = 0; i < 6; ++i) numbers.push_back(model.attributes[i].texture);
+        return numbers;
+    }
+
+    TextureList list;
+    Model model;
+    UndoSlot undo;
+};
+
+TEST_F(TextureEdits, FlipsAndTurnsMoveEveryTexelToItsPlace)
+{
+    // 0 1 2
+    // 3 4 5
+    struct Case {
+        const char* name;
+        std::function<Message()> edit;
+        std::uint16_t width;
+        std::vector<int> texels;
+    };
+    const Case cases[] = {
+        {"flipped across",
+         [&] {
+             return flipTexture(list, 0, {true, false});
+         },
+         3,
+         {2, 1, 0, 5, 4, 3}},
+        {"flipped down",
+         [&] {
+             return flipTexture(list, 0, {false, true});
+         },
+         3,
+         {3, 4, 5, 0, 1, 2}},
+        {"clockwise",
+         [&] { return turnTexture(list, 0, TextureTurn::clockwise); },
+         2,
+         {3, 0, 4, 1, 5, 2}},
+        {"counter-clockwise",
+         [&] { return turnTexture(list, 0, TextureTurn::counterClockwise); },
+         2,
+         {2, 5, 1, 4, 0, 3}},
+        {"half a turn",
+         [&] { return turnTexture(list, 0, TextureTurn::halfTurn); },
+         3,
+         {5, 4, 3, 2, 1, 0}},
+        {"halved across",
+         [&] { return scaleTexture(list, 0, 1, 2, Sampling::nearest); },
+         1,
+         {0, 3}},
+        {"grown",
+         [&] { return scaleTexture(list, 0, 6, 1, Sampling::nearest); },
+         6,
+         {0, 0, 1, 1, 2, 2}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        putNumbered(list, 0, 3, 2);
+        ASSERT_EQ(c.edit(), Message::none);
+        EXPECT_EQ(list.slot(0).width, c.width);
+        EXPECT_EQ(numbersOf(list, 0), c.texels);
+    }
+    EXPECT_EQ(flipTexture(list, 1, {true, true}), Message::texturesEmpty);
+    EXPECT_EQ(turnTexture(list, 1, TextureTurn::halfTurn), Message::texturesEmpty);
+    EXPECT_EQ(scaleTexture(list, 1, 8, 8, Sampling::smooth), Message::texturesEmpty);
+}
+
+TEST_F(TextureEdits, SmoothScalingMixesFourTexelsAndIsTransparentBesideATransparentOne)
+{
+    putNumbered(list, 0, 2, 2); // blue 0 1 / 2 3, in steps of eight
+    for (Rgb555& texel : list.pixels(0)) texel = opaqueBit | rgb555(31, 0, (texel & 3) * 8);
+    ASSERT_EQ(scaleTexture(list, 0, 4, 4, Sampling::smooth), Message::none);
+    const auto blue = [&](int x, int y) { return blueOf(list.slot(0).pixels[y * 4 + x]); };
+    EXPECT_EQ(blue(0, 0), 0);
+    EXPECT_EQ(blue(1, 0), 4);
+    EXPECT_EQ(blue(0, 1), 8);
+    EXPECT_EQ(blue(1, 1), 12);
+    EXPECT_EQ(blue(3, 0), 8) << "the last column has itself to its right";
+    // In the last column the fourth texel is left of the third: 8, 8, below 24 and 16, halfway.
+    EXPECT_EQ(blue(3, 1), 14);
+    EXPECT_EQ(redOf(list.slot(0).pixels[5]), 31) << "nothing is lost between equal components";
+    list.pixels(0)[0] &= 0x7FFF;
+    ASSERT_EQ(scaleTexture(list, 0, 8, 8, Sampling::smooth), Message::none);
+    EXPECT_EQ(list.slot(0).pixels[0], 0);
+    EXPECT_EQ(list.slot(0).pixels[1 * 8 + 1], 0);
+    EXPECT_NE(list.slot(0).pixels[2], 0) << "source column 1 is not beside it";
+}
+
+TEST_F(TextureEdits, InsertingAndRemovingMoveTexturesAndWithThemThePolygonsThatFollow)
+{
+    for (std::uint32_t i = 0; i < 4; ++i) putNumbered(list, i, 8, 1, static_cast<int>(100 * i));
+    for (std::uint16_t i = 0; i < 6; ++i) model.attributes[i].texture = i;
+    ASSERT_EQ(insertSlot(list, undo, model, 2, PolygonNumbers::follow).edit, Message::none);
+    EXPECT_EQ(firstSlots(6), (std::vector<int>{0, 100, -1, 200, 300, -1}));
+    EXPECT_EQ(polygonNumbers(), (std::vector<int>{0, 1, 3, 4, 5, 6}));
+    ASSERT_EQ(undoTextureEdit(list, undo, model), Message::none);
+    EXPECT_EQ(firstSlots(5), (std::vector<int>{0, 100, 200, 300, -1}));
+    EXPECT_EQ(polygonNumbers(), (std::vector<int>{0, 1, 2, 3, 4, 5}));
+    EXPECT_TRUE(undo.isEmpty());
+
+    ASSERT_EQ(removeSlot(list, undo, model, 1, PolygonNumbers::follow).edit, Message::none);
+    EXPECT_EQ(firstSlots(4), (std::vector<int>{0, 200, 300, -1}));
+    EXPECT_EQ(polygonNumbers(), (std::vector<int>{0, 1, 1, 2, 3, 4}));
+    ASSERT_EQ(undoTextureEdit(list, undo, model), Message::none);
+    EXPECT_EQ(firstSlots(5), (std::vector<int>{0, 100, 200, 300, -1}));
+    EXPECT_EQ(numbersOf(list, 1).back(), 107);
+    EXPECT_EQ(polygonNumbers(), (std::vector<int>{0, 1, 2, 3, 4, 5}));
+
+    ASSERT_EQ(removeSlot(list, undo, model, 0, PolygonNumbers::keep).edit, Message::none);
+    EXPECT_EQ(polygonNumbers(), (std::vector<int>{0, 1, 2, 3, 4, 5}));
+    list.clearAll();
+    EXPECT_EQ(insertSlot(list, undo, model, 0, PolygonNumbers::keep).edit, Message::texturesEmpty);
+    EXPECT_EQ(removeSlot(list, undo, model, 0, PolygonNumbers::keep).edit, Message::texturesEmpty);
+}
+
+TEST_F(TextureEdits, AtTheEndOfTheListTheLastTextureFallsOff)
+{
+    putNumbered(list, 4094, 8, 1, 94);
+    putNumbered(list, 4095, 8, 1, 95);
+    model.attributes[0].texture = 4095;
+    ASSERT_EQ(insertSlot(list, undo, model, 4094, PolygonNumbers::follow).edit, Message::none);
+    EXPECT_TRUE(list.isEmpty(4094));
+    EXPECT_EQ(numbersOf(list, 4095)[0], 94);
+    EXPECT_EQ(model.attributes[0].texture, 4095) << "there is no slot beyond";
+    ASSERT_EQ(undoTextureEdit(list, undo, model), Message::none);
+    EXPECT_EQ(numbersOf(list, 4094)[0], 94);
+    ASSERT_EQ(insertSlot(list, undo, model, 4095, PolygonNumbers::keep).edit, Message::none);
+    ASSERT_EQ(removeSlot(list, undo, model, 4095, PolygonNumbers::keep).edit, Message::none);
+    putNumbered(list, 4095, 8, 1, 77); // as slicing may, which leaves the undo slot as it is
+    ASSERT_EQ(undoTextureEdit(list, undo, model), Message::none);
+    EXPECT_EQ(firstSlots(1), std::vector<int>{-1});
+}
+
+TEST_F(TextureEdits, EveryOtherEditIsUndoneOnce)
+{
+    const auto extent = TransformTarget{0, true, {0, 2}};
+    struct Case {
+        const char* name;
+        std::function<EditOutcome()> edit;
+        bool undoable;
+    };
+    const Case cases[] = {
+        {"deleted", [&] { return deleteTexture(list, undo, 1); }, true},
+        {"replaced",
+         [&] {
+             return replaceTexture(list, undo, 1, 8, 1, [] {
+                 PageArray<Rgb555> p;
+                 EXPECT_TRUE(p.allocate(8));
+                 return p;
+             }());
+         },
+         true},
+        {"turned",
+         [&] {
+             return turnTextures(list, undo, {1, false, {}}, TextureTurn::clockwise);
+         },
+         true},
+        {"scaled",
+         [&] {
+             return scaleTextures(list, undo, {1, false, {}}, 16, 3, Sampling::smooth);
+         },
+         true},
+        {"flipped",
+         [&] {
+             return flipTextures(list, undo, {1, false, {}}, {true, true});
+         },
+         true},
+        {"an extent flipped",
+         [&] {
+             return flipTextures(list, undo, extent, {true, false});
+         },
+         true},
+        {"an extent turned",
+         [&] { return turnTextures(list, undo, extent, TextureTurn::counterClockwise); }, true},
+        {"an extent scaled",
+         [&] { return scaleTextures(list, undo, extent, 8, 8, Sampling::nearest); }, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        for (std::uint32_t i = 0; i < 3; ++i)
+            putNumbered(list, i, 8, 16, static_cast<int>(i) * 1000);
+        const auto state = [&] {
+            std::vector<std::vector<int>> all;
+            for (std::uint32_t i = 0; i < 3; ++i) {
+                all.push_back(numbersOf(list, i));
+                all.back().push_back(list.slot(i).width);
+            }
+            return all;
+        };
+        const auto before = state();
+        const EditOutcome outcome = c.edit();
+        EXPECT_EQ(outcome.edit, Message::none);
+        EXPECT_EQ(outcome.undo, Message::none);
+        EXPECT_NE(state(), before);
+        EXPECT_EQ(isTextureEdit(undo), c.undoable);
+        if (!c.undoable) continue;
+        ASSERT_EQ(undoTextureEdit(list, undo, model), Message::none);
+        EXPECT_EQ(state(), before);
+        EXPECT_TRUE(undo.isEmpty());
+    }
+}
+
+TEST_F(TextureEdits, AnExtentStopsAtItsFirstEmptySlotAndStaysWithinTheList)
+{
+    putNumbered(list, 0, 8, 1);
+    putNumbered(list, 2, 8, 1);
+    EXPECT_EQ(flipTextures(list, undo, {0, true, {0, 2}}, {true, false}).edit,
+              Message::texturesEmpty);
+    EXPECT_EQ(numbersOf(list, 0)[0], 7);
+    EXPECT_EQ(numbersOf(list, 2)[0], 0);
+    putNumbered(list, 4095, 8, 1);
+    EXPECT_EQ(flipTextures(list, undo, {0, true, {4095, 4096}}, {true, false}).edit, Message::none);
+    EXPECT_EQ(numbersOf(list, 4095)[0], 7);
+    putNumbered(list, 1, 8, 12);
+    EXPECT_EQ(turnTextures(list, undo, {1, false, {}}, TextureTurn::clockwise).edit,
+              Message::textureWidthNotMultipleOf8);
+    EXPECT_EQ(turnTextures(list, undo, {1, false, {}}, TextureTurn::halfTurn).edit, Message::none);
+}
+
+} // namespace
+
+} // namespace facetor

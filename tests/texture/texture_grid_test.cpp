@@ -1,0 +1,57 @@
+#include "texture/texture_grid.h"
+
+#include <gtest/gtest.h>
+
+namespace facetor {
+
+namespace {
+
+TEST(TextureGrid, AWindowTakesTheNearestSizeOfWholeCells)
+{
+    constexpr int bar = 30;
+    const std::pair<GridSize, GridSize> cases[] = {{{1, 1}, {52, bar + 68}},
+                                                   {{52, bar + 68}, {52, bar + 68}},
+                                                   {{78, bar + 102}, {52, bar + 68}},
+                                                   {{79, bar + 103}, {104, bar + 136}},
+                                                   {{208, bar + 204}, {208, bar + 204}}};
+    for (const auto& [wanted, snapped] : cases)
+        EXPECT_EQ(snappedSize(wanted, bar), snapped) << wanted.width;
+}
+
+TEST(TextureGrid, PointsAndCellsAreEachOthers)
+{
+    const GridArea area{30, 200, 30 + 68 + 10}; // four columns, the last cut; two rows, likewise
+    EXPECT_EQ(columnsShown(area), 4);
+    EXPECT_EQ(cellOf(area, 10, 13), (PixelRectangle{156, 30, 208, 98}));
+    EXPECT_EQ(cellOf(area, 10, 14), (PixelRectangle{0, 98, 52, 166}));
+    EXPECT_FALSE(cellOf(area, 10, 18)) << "its row begins below the window";
+    EXPECT_FALSE(cellOf(area, 10, 9));
+    EXPECT_FALSE(cellOf(area, 4095, 4096));
+    EXPECT_EQ(slotAt(area, 10, 0, 30), 10u);
+    EXPECT_EQ(slotAt(area, 10, 199, 97), 13u);
+    EXPECT_EQ(slotAt(area, 10, 52, 98), 15u);
+    for (const auto& [x, y] : {std::pair{0, 29}, {200, 40}, {-1, 40}, {0, 108}})
+        EXPECT_FALSE(slotAt(area, 10, x, y)) << x << ", " << y;
+    EXPECT_FALSE(slotAt(area, 4095, 52, 30));
+}
+
+TEST(TextureGrid, ScrollingGoesByOneOrByAWholeRowAndStaysWithinTheList)
+{
+    EXPECT_EQ(scrolled(5, GridScroll::lineDown, 200), 6);
+    EXPECT_EQ(scrolled(5, GridScroll::pageDown, 200), 8);
+    EXPECT_EQ(scrolled(5, GridScroll::pageUp, 200), 2);
+    EXPECT_EQ(scrolled(2, GridScroll::pageUp, 200), 0);
+    EXPECT_EQ(scrolled(0, GridScroll::lineUp, 200), 0);
+    EXPECT_EQ(scrolled(4095, GridScroll::pageDown, 200), 4096);
+}
+
+TEST(TextureGrid, PicturesKeepTheirProportions)
+{
+    EXPECT_EQ(fittedInto(cellPicture, 16, 64), (PixelRectangle{20, 3, 31, 49}));
+    EXPECT_EQ(fittedInto(cellPicture, 64, 16), (PixelRectangle{3, 20, 49, 31}));
+    EXPECT_EQ(fittedInto(cellPicture, 8, 8), cellPicture);
+}
+
+} // namespace
+
+} // namespace facetor
