@@ -91,7 +91,8 @@ void addConvert(CLI::App& app, Progress& progress, Action& action)
         "convert", "Convert a file into what its new extension says:\n"
                    "  .mx3 to .mx3   reads a model and writes it again in the current layout\n"
                    "  .mx3 to .mdl   writes a model as C source\n"
-                   "  .mxt to .mxt   reads a texture list and writes it again");
+                   "  .mxt to .mxt   reads a texture list and writes it again\n"
+                   "  .mxt to .txr   writes a texture list as C source");
     addCommon(*command, progress);
     const auto paths = std::make_shared<std::vector<std::string>>();
     command->add_option("FILE", *paths, "The input, then the output")->required()->expected(2, -1);
