@@ -98,6 +98,7 @@ void showSelected(Editor& editor, Visibility visibility)
 
 void setName(Editor& editor, std::uint32_t index, std::string name)
 {
+    if (index >= editor.hierarchyItems.size()) return; // of a model that is no longer there
     editor.document.model.names[index] = std::move(name);
     std::string label = labelOf(editor.document.model, index);
     TVITEMA item{};

@@ -76,9 +76,13 @@ bool apply(HWND dialog, ObjectDialog& state)
     return true;
 }
 
+/// Puts back what the dialog changes. Links and depth are left alone: a model that was dropped on
+/// the editor meanwhile has its own.
 void restore(ObjectDialog& state)
 {
-    state.object = state.before;
+    state.object.translation = state.before.translation;
+    state.object.rotation = state.before.rotation;
+    state.object.scaling = state.before.scaling;
     requestRedraw(state.editor);
 }
 
