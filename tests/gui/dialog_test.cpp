@@ -13,21 +13,6 @@ namespace facetor {
 
 namespace {
 
-/// Starts a command and waits for its dialog.
-ShownAlert openDialog(const RunningEditor& editor, int command)
-{
-    editor.post(WM_COMMAND, static_cast<WPARAM>(command));
-    return editor.waitForAlert();
-}
-
-/// Presses a button of a dialog and waits until its command has come to its end.
-void close(const RunningEditor& editor, const ShownAlert& dialog, int button)
-{
-    EXPECT_TRUE(editor.press(dialog, button));
-    EXPECT_TRUE(waitUntil([&] { return IsWindowEnabled(editor.window()) != FALSE; }));
-    editor.call([](Editor&) {});
-}
-
 std::string itemText(const ShownAlert& dialog, int control)
 {
     return windowText(GetDlgItem(dialog.window, control));
@@ -48,7 +33,7 @@ void moveSlider(const ShownAlert& dialog, int position)
 TEST(ScreenDialog, ShowsAndChangesProjectionAndViewAngle)
 {
     const RunningEditor editor;
-    ShownAlert dialog = openDialog(editor, IDM_OPTIONS_SCREEN);
+    ShownAlert dialog = editor.openDialog(IDM_OPTIONS_SCREEN);
     savePicture(editor.pictureOf(dialog.window), "screen-dialog");
     EXPECT_TRUE(isChecked(dialog, IDC_SCREEN_PERSPECTIVE));
     EXPECT_FALSE(isChecked(dialog, IDC_SCREEN_PARALLEL));
@@ -63,7 +48,7 @@ TEST(ScreenDialog, ShowsAndChangesProjectionAndViewAngle)
     EXPECT_TRUE(itemText(dialog, IDC_SCREEN_LABEL).ends_with(" = 40"));
     CheckRadioButton(dialog.window, IDC_SCREEN_PARALLEL, IDC_SCREEN_PERSPECTIVE,
                      IDC_SCREEN_PARALLEL);
-    close(editor, dialog, IDCANCEL);
+    editor.closeDialog(dialog, IDCANCEL);
     editor.call([](Editor& e) {
         EXPECT_EQ(e.view.viewAngle, 16383);
         EXPECT_TRUE(e.view.perspective);
@@ -71,20 +56,20 @@ TEST(ScreenDialog, ShowsAndChangesProjectionAndViewAngle)
     });
 
     const Picture before = editor.picture();
-    dialog = openDialog(editor, IDM_OPTIONS_SCREEN);
+    dialog = editor.openDialog(IDM_OPTIONS_SCREEN);
     moveSlider(dialog, 4);
     CheckRadioButton(dialog.window, IDC_SCREEN_PARALLEL, IDC_SCREEN_PERSPECTIVE,
                      IDC_SCREEN_PARALLEL);
-    close(editor, dialog, IDOK);
+    editor.closeDialog(dialog, IDOK);
     editor.call([](Editor& e) {
         EXPECT_EQ(e.view.viewAngle, 7281); // trunc(40 x 182.0444)
         EXPECT_FALSE(e.view.perspective);
     });
     EXPECT_NE(editor.picture(), before);
-    dialog = openDialog(editor, IDM_OPTIONS_SCREEN);
+    dialog = editor.openDialog(IDM_OPTIONS_SCREEN);
     EXPECT_TRUE(itemText(dialog, IDC_SCREEN_LABEL).ends_with(" = 40"));
     EXPECT_TRUE(isChecked(dialog, IDC_SCREEN_PARALLEL));
-    close(editor, dialog, IDCANCEL);
+    editor.closeDialog(dialog, IDCANCEL);
     editor.call([](Editor& e) { e.document.modelChanged = false; });
 }
 
@@ -113,26 +98,26 @@ Vector3 lightOf(const RunningEditor& editor)
 TEST(LightDialog, APointOfTheGlobeIsADirection)
 {
     const RunningEditor editor;
-    ShownAlert dialog = openDialog(editor, IDM_OPTIONS_LIGHT);
+    ShownAlert dialog = editor.openDialog(IDM_OPTIONS_LIGHT);
     savePicture(editor.pictureOf(dialog.window), "light-dialog");
     EXPECT_TRUE(isChecked(dialog, IDC_LIGHT_FORE));
     pressAt(dialog, inPicker(dialog, 0.5, 0.5));
     pressAt(dialog, inPicker(dialog, 0.02, 0.02)); // outside the globe
-    close(editor, dialog, IDOK);
+    editor.closeDialog(dialog, IDOK);
     Vector3 light = lightOf(editor);
     EXPECT_NEAR(light.x, 0, 0.03);
     EXPECT_NEAR(light.y, 0, 0.03);
     EXPECT_NEAR(light.z, 1, 0.01);
 
-    dialog = openDialog(editor, IDM_OPTIONS_LIGHT);
+    dialog = editor.openDialog(IDM_OPTIONS_LIGHT);
     pressAt(dialog, inPicker(dialog, 0.9, 0.5));
     CheckRadioButton(dialog.window, IDC_LIGHT_FORE, IDC_LIGHT_BACK, IDC_LIGHT_BACK);
-    close(editor, dialog, IDOK);
+    editor.closeDialog(dialog, IDOK);
     light = lightOf(editor);
     EXPECT_LT(light.x, -0.8f) << "what is picked on the right comes from the right";
     EXPECT_LT(light.z, 0) << "from behind";
 
-    dialog = openDialog(editor, IDM_OPTIONS_LIGHT);
+    dialog = editor.openDialog(IDM_OPTIONS_LIGHT);
     EXPECT_TRUE(isChecked(dialog, IDC_LIGHT_BACK));
     const POINT marker = inPicker(dialog, 0.9, 0.5);
     editor.call([&](Editor& e) {
@@ -140,7 +125,7 @@ TEST(LightDialog, APointOfTheGlobeIsADirection)
         EXPECT_EQ(e.light.point.y, marker.y);
     });
     pressAt(dialog, inPicker(dialog, 0.3, 0.3));
-    close(editor, dialog, IDCANCEL);
+    editor.closeDialog(dialog, IDCANCEL);
     EXPECT_EQ(lightOf(editor).x, light.x);
     editor.call([&](Editor& e) {
         EXPECT_EQ(e.light.point.x, marker.x);
@@ -154,9 +139,9 @@ TEST(LightDialog, TheChosenLightIsWhatGouraudTablesAreMadeFrom)
     const RunningEditor editor;
     editor.sendCommand(IDM_CAMERA_FORWARD);
     editor.call([](Editor& e) { e.document.model.attributes[0].flags |= gouraudShading; });
-    const ShownAlert dialog = openDialog(editor, IDM_OPTIONS_LIGHT);
+    const ShownAlert dialog = editor.openDialog(IDM_OPTIONS_LIGHT);
     pressAt(dialog, inPicker(dialog, 0.5, 0.5));
-    close(editor, dialog, IDOK);
+    editor.closeDialog(dialog, IDOK);
     editor.sendCommand(IDM_GOURAUD_TABLE);
     editor.call([](Editor& e) {
         // All four corners of polygon 0 have the normal z -0.57735; light comes along +z.
@@ -190,12 +175,12 @@ TEST(LightDialog, ColoursAreChosenInTheSystemsDialogAndTakenWithOk)
 {
     const RunningEditor editor;
     editor.call([](Editor& e) { e.colourPicking.picker = ColourPicker::system; });
-    ShownAlert dialog = openDialog(editor, IDM_OPTIONS_LIGHT);
+    ShownAlert dialog = editor.openDialog(IDM_OPTIONS_LIGHT);
     chooseColour(editor, dialog, IDC_LIGHT_COLOUR, 255, 128, 64);
     chooseColour(editor, dialog, IDC_LIGHT_AMBIENT, 8, 16, 0);
     savePicture(editor.pictureOf(dialog.window), "light-dialog-colours");
     EXPECT_EQ(editor.ask([](Editor& e) { return e.view.lightColour; }), 0xFFFF);
-    close(editor, dialog, IDOK);
+    editor.closeDialog(dialog, IDOK);
     editor.call([](Editor& e) {
         EXPECT_EQ(e.view.lightColour, fromPickedColour(RGB(255, 128, 64)));
         EXPECT_EQ(e.view.ambientColour, fromPickedColour(RGB(8, 16, 0)));
@@ -216,21 +201,21 @@ TEST(LightDialog, TheSystemsColoursAreCutToFifteenBitsAndBlueToSix)
 TEST(About, ShowsTheVersionResource)
 {
     const RunningEditor editor;
-    const ShownAlert dialog = openDialog(editor, IDM_HELP_ABOUT);
+    const ShownAlert dialog = editor.openDialog(IDM_HELP_ABOUT);
     savePicture(editor.pictureOf(dialog.window), "about");
     EXPECT_EQ(itemText(dialog, IDC_ABOUT_DESCRIPTION),
               "Facetor, editor for polygon models and texture lists");
     EXPECT_EQ(itemText(dialog, IDC_ABOUT_FILE_VERSION), FACETOR_VERSION);
     EXPECT_EQ(itemText(dialog, IDC_ABOUT_PRODUCT_VERSION), FACETOR_VERSION);
     EXPECT_TRUE(itemText(dialog, IDC_ABOUT_COPYRIGHT).starts_with("Copyright (c) "));
-    close(editor, dialog, IDOK);
+    editor.closeDialog(dialog, IDOK);
     EXPECT_FALSE(editor.ask([](Editor& e) { return e.document.modelChanged; }));
 }
 
 TEST(Help, SaysSoWhenThereIsNone)
 {
     const RunningEditor editor; // the tests' folder holds no help
-    const ShownAlert shown = openDialog(editor, IDM_HELP_CONTENTS);
+    const ShownAlert shown = editor.openDialog(IDM_HELP_CONTENTS);
     EXPECT_EQ(shown.text, "Cannot find Help on this computer.");
     EXPECT_TRUE(editor.press(shown, IDOK));
 }

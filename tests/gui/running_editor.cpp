@@ -333,6 +333,19 @@ bool RunningEditor::cancelFileDialog() const
     return dialog && waitUntil([&] { return !IsWindow(dialog); });
 }
 
+ShownAlert RunningEditor::openDialog(int command) const
+{
+    post(WM_COMMAND, static_cast<WPARAM>(command));
+    return waitForAlert();
+}
+
+void RunningEditor::closeDialog(const ShownAlert& dialog, int button) const
+{
+    EXPECT_TRUE(press(dialog, button));
+    EXPECT_TRUE(waitUntil([&] { return IsWindowEnabled(window_) != FALSE; }));
+    call([](Editor&) {});
+}
+
 bool RunningEditor::press(const ShownAlert& alert, int button) const
 {
     // The only button of a message box may bear the id of Cancel, whatever its text is.

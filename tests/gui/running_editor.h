@@ -84,6 +84,11 @@ public:
     /// Presses a button of an alert, by its id, and waits until the alert is gone.
     bool press(const ShownAlert& alert, int button) const;
 
+    /// Starts a command and waits for its dialog.
+    ShownAlert openDialog(int command) const;
+    /// Presses a button of a dialog and waits until its command has come to its end.
+    void closeDialog(const ShownAlert& dialog, int button) const;
+
     /// Waits for a file dialog of the system and types a path and Enter; chooses filter `filter`
     /// first, from 1, unless that is 0. False when there is no dialog or it does not go away.
     bool fillFileDialog(const std::string& path, int filter = 0) const;
