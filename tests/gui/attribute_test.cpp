@@ -42,15 +42,25 @@ public:
     {
         return editor_.ask([](Editor& e) { return e.attributeWindow; });
     }
-    int tab() const
-    {
-        return editor_.ask([](Editor& e) { return e.attributePages.current; });
-    }
     HWND page() const
     {
         return editor_.ask([](Editor& e) {
             return e.attributePages.pages[static_cast<std::size_t>(e.attributePages.current)];
         });
+    }
+    std::pair<std::int32_t, std::int32_t> corner() const
+    {
+        const WindowRectangle place = windowPlace(window());
+        return {place.left, place.top};
+    }
+    void moveTo(int x, int y) const
+    {
+        SetWindowPos(window(), nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+    }
+    bool isItemChecked() const
+    {
+        const HMENU menu = GetMenu(editor_.window());
+        return (GetMenuState(menu, IDM_VIEW_ATTRIBUTES, MF_BYCOMMAND) & MF_CHECKED) != 0;
     }
     HWND item(int control) const { return GetDlgItem(page(), control); }
     std::string idText() const { return windowText(item(IDC_ATTRIBUTE_TEXTURE)); }
@@ -61,7 +71,6 @@ public:
     {
         const HWND tabs = GetDlgItem(window(), IDC_ATTRIBUTE_TABS);
         SendMessageA(tabs, TCM_SETCURFOCUS, static_cast<WPARAM>(page), 0);
-        EXPECT_EQ(tab(), static_cast<int>(page));
     }
     /// Clicks a button, types "4095" into the field, or chooses a colour for a colour button.
     void change(int control) const
@@ -229,8 +238,7 @@ TEST(AttributeWindow, HasThePagesWithTheirControls)
     const AttributeWindow attributes(editor);
     EXPECT_EQ(windowText(attributes.window()), "Attribute");
     EXPECT_EQ(windowText(GetDlgItem(attributes.window(), IDOK)), "&Apply");
-    EXPECT_TRUE(GetMenuState(GetMenu(editor.window()), IDM_VIEW_ATTRIBUTES, MF_BYCOMMAND) &
-                MF_CHECKED);
+    EXPECT_TRUE(attributes.isItemChecked());
     for (int i = 0; const auto& [title, controls] : pages) {
         attributes.choose(static_cast<AttributePage>(i++));
         std::array<char, 32> text{};
@@ -332,36 +340,29 @@ TEST(AttributeWindow, KeepsTabValuesAndPlaceWhileItIsClosedAndItsPlaceFromRunToR
 {
     const TemporaryFolder folder;
     const std::string path = folder.file("Facetor.ini");
-    const auto cornerOf = [](HWND window) {
-        const WindowRectangle place = windowPlace(window);
-        return std::pair(place.left, place.top);
-    };
     {
         RunningEditor editor({}, Platform::nt, {}, path);
+        SetWindowPos(editor.window(), nullptr, 30, 40, 444, 333, SWP_NOZORDER);
         const AttributeWindow attributes(editor);
-        EXPECT_EQ(cornerOf(attributes.window()),
-                  std::pair(windowPlace(editor.window()).right, windowPlace(editor.window()).top));
+        EXPECT_EQ(attributes.corner(), std::pair(474, 40)) << "beside the main window";
         attributes.choose(option);
         attributes.change(IDC_ATTRIBUTE_DUAL);
-        SetWindowPos(attributes.window(), nullptr, 321, 234, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+        attributes.moveTo(321, 234);
         SendMessageA(attributes.window(), WM_CLOSE, 0, 0);
         EXPECT_FALSE(attributes.window());
-        EXPECT_FALSE(GetMenuState(GetMenu(editor.window()), IDM_VIEW_ATTRIBUTES, MF_BYCOMMAND) &
-                     MF_CHECKED);
+        EXPECT_FALSE(attributes.isItemChecked());
         editor.call([](Editor& e) { setWorkingTexture(e, 9); });
         attributes.toggle();
-        EXPECT_EQ(cornerOf(attributes.window()), std::pair(321, 234));
-        EXPECT_EQ(attributes.tab(), static_cast<int>(option));
-        EXPECT_TRUE(attributes.isChecked(IDC_ATTRIBUTE_DUAL));
+        EXPECT_EQ(attributes.corner(), std::pair(321, 234));
+        EXPECT_TRUE(attributes.isChecked(IDC_ATTRIBUTE_DUAL)) << "on the same page";
         attributes.choose(material);
         EXPECT_EQ(attributes.idText(), "9");
-        SetWindowPos(attributes.window(), nullptr, 400, 300, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+        attributes.moveTo(400, 300);
         editor.post(WM_CLOSE);
         EXPECT_EQ(editor.waitForEnd(), 0);
     }
     const RunningEditor editor({}, Platform::nt, {}, path);
-    const AttributeWindow attributes(editor);
-    EXPECT_EQ(cornerOf(attributes.window()), std::pair(400, 300));
+    EXPECT_EQ(AttributeWindow(editor).corner(), std::pair(400, 300));
 }
 
 TEST(AttributeWindow, TheKeyboardReachesItsControlsAndApply)
