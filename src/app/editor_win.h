@@ -2,6 +2,7 @@
 
 #include "app/recent_files.h"
 #include "app/settings_text.h"
+#include "app/slice_view_win.h"
 #include "app/tool_box_window.h"
 #include "attr/working_attribute.h"
 #include "engine/engine.h"
@@ -81,6 +82,7 @@ struct Editor {
     RubberBand band;
     UndoSlot undo;
     LightChoice light;
+    SliceView slice;
     AlertState alerts;
     ColourPicking colourPicking;
     Rgb555 transparentColour = 0x8000; ///< of textures; bit 15 does not count

@@ -63,6 +63,7 @@ void refreshMenuState(Editor& editor)
                           .toolBoxShown = toolBox && IsWindowVisible(toolBox) != FALSE,
                           .attributesShown = editor.attributeWindow != nullptr,
                           .hierarchyShown = editor.hierarchyWindow != nullptr,
+                          .sliceShown = editor.slice.shown,
                           .menuTool = editor.toolBox.menuTool,
                           .cameraStored = editor.view.cameraStored};
     const HMENU menu = GetMenu(editor.mainWindow);

@@ -7,6 +7,7 @@
 #include "app/model_view_window.h"
 #include "app/recent_menu_win.h"
 #include "app/settings_win.h"
+#include "app/slice_view_win.h"
 #include "app/tool_box_window.h"
 #include "app/window_place.h"
 #include "resources/resource_ids.h"
@@ -136,6 +137,11 @@ LRESULT CALLBACK mainWindowProcedure(HWND window, UINT message, WPARAM wParam, L
     case WM_LBUTTONUP: onLeftButtonUp(editor); return 0;
     case WM_RBUTTONDOWN: onRightButtonDown(editor, mousePosition(lParam), wParam); return 0;
     case WM_RBUTTONUP: onRightButtonUp(editor); return 0;
+    case WM_SETCURSOR:
+        if (LOWORD(lParam) == HTCLIENT && reinterpret_cast<HWND>(wParam) == window &&
+            showSliceCursor(editor))
+            return TRUE;
+        break;
     case WM_COMMAND:
         if (runCommand(editor, LOWORD(wParam), lParam)) return 0;
         break;

@@ -29,10 +29,9 @@ std::vector<CommandState> menuState(const MenuFacts& facts)
                                  {IDM_SELECT_ALL, true, false},
                                  {IDM_SELECT_CLEAR, facts.anyPicked, false},
                                  {IDM_SELECT_MATERIAL, facts.anyPicked, false}});
-    // A sliced texture is moved only while one is being cut, which is not asked for here.
     for (const int command : toolCommands)
-        states.push_back(
-            {command, command != IDM_TOOL_MOVE_SLICE, command == commandOf(facts.menuTool)});
+        states.push_back({command, command != IDM_TOOL_MOVE_SLICE || facts.sliceShown,
+                          command == commandOf(facts.menuTool)});
     states.push_back({IDM_VIEW_TOOL_BOX, true, facts.toolBoxShown});
     return states;
 }

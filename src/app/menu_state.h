@@ -15,6 +15,7 @@ struct MenuFacts {
     bool toolBoxShown = false;
     bool attributesShown = false;
     bool hierarchyShown = false;
+    bool sliceShown = false;                   ///< the picture that is to be sliced
     ViewTool menuTool = ViewTool::rotateModel; ///< chosen last from the menu
     std::array<bool, cameraCount> cameraStored{};
 };

@@ -77,17 +77,6 @@ void pickAtCursor(Editor& editor)
         loadWorkingAttribute(editor, *polygon);
 }
 
-/// Outlines the rubber band in dashes of black and white, which show on every background.
-void paintRubberBand(HDC dc, const ScreenRectangle& band)
-{
-    // Diagonal stripes of four pixels: along any side they are dashes.
-    constexpr WORD stripes[8] = {0xF0, 0xE1, 0xC3, 0x87, 0x0F, 0x1E, 0x3C, 0x78};
-    const UniqueHandle<HBITMAP, DeleteObject> pattern(CreateBitmap(8, 8, 1, 1, stripes));
-    const UniqueHandle<HBRUSH, DeleteObject> brush(CreatePatternBrush(pattern.get()));
-    const RECT outline{band.left, band.top, band.right + 1, band.bottom + 1};
-    FrameRect(dc, &outline, brush.get());
-}
-
 } // namespace
 
 ClientSize clientSize(HWND window)
@@ -95,6 +84,15 @@ ClientSize clientSize(HWND window)
     RECT client{};
     GetClientRect(window, &client);
     return {client.right, client.bottom};
+}
+
+void frameInDashes(HDC dc, const RECT& outline)
+{
+    // Diagonal stripes of four pixels: along any side they are dashes.
+    constexpr WORD stripes[8] = {0xF0, 0xE1, 0xC3, 0x87, 0x0F, 0x1E, 0x3C, 0x78};
+    const UniqueHandle<HBITMAP, DeleteObject> pattern(CreateBitmap(8, 8, 1, 1, stripes));
+    const UniqueHandle<HBRUSH, DeleteObject> brush(CreatePatternBrush(pattern.get()));
+    FrameRect(dc, &outline, brush.get());
 }
 
 void requestRedraw(Editor& editor)
@@ -125,11 +123,17 @@ void paintModelView(Editor& editor)
     const PaintContext paint(editor.mainWindow);
     const ClientSize client = clientSize(editor.mainWindow);
     if (client.width == 0 || client.height == 0) return;
-    paintFrame(editor.view, editor.engine, editor.document.model, client);
+    const std::optional<PlacedTexture> slice = shownSlice(editor);
+    paintFrame(editor.view, editor.engine, editor.document.model, client,
+               slice ? &*slice : nullptr);
     presentSurface(paint.dc(), editor.engine.surface, client);
     // What lies beside the surface is only erased, not painted anew: no overlay may reach there.
     IntersectClipRect(paint.dc(), 0, 0, surfaceMaxWidth, surfaceMaxHeight);
-    if (editor.band.open) paintRubberBand(paint.dc(), editor.band.rectangle);
+    if (editor.band.open) {
+        const ScreenRectangle& band = editor.band.rectangle;
+        frameInDashes(paint.dc(), {band.left, band.top, band.right + 1, band.bottom + 1});
+    }
+    paintSliceOutline(editor, paint.dc());
 }
 
 void eraseAroundModelView(Editor& editor, HDC dc)
@@ -155,6 +159,7 @@ void showMenuAt(Editor& editor, UINT command, POINT cursor)
 void onLeftButtonDown(Editor& editor, POINT position)
 {
     editor.drag.last = position;
+    onSliceDown(editor, position);
     setLeftButton(editor, ButtonState::down);
     requestRedraw(editor);
 }
@@ -189,6 +194,7 @@ void onMouseMove(Editor& editor, POINT position, WPARAM keys)
     if (drag.left != ButtonState::down) return;
     if (!(keys & MK_LBUTTON)) return onCursorLeft(editor); // released over another window
     drag.delta = {position.x - before.x, position.y - before.y};
+    onSliceDrag(editor, drag.delta);
     requestRedraw(editor);
 }
 

@@ -36,6 +36,9 @@ void eraseAroundModelView(Editor& editor, HDC dc);
 /// given in screen pixels, is on the first items; returns when it is closed.
 void showMenuAt(Editor& editor, UINT command, POINT cursor);
 
+/// Outlines a rectangle in dashes of black and white, which show on every background.
+void frameInDashes(HDC dc, const RECT& outline);
+
 // The mouse over the model view, positions in client pixels. What a drag does is the view tool's
 // business; here it is only followed.
 

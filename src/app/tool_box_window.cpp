@@ -36,6 +36,7 @@ void chooseTool(Editor& editor, ViewTool tool)
 {
     const ViewTool before = editor.toolBox.tool;
     editor.toolBox.tool = tool;
+    if (tool == ViewTool::moveSlicedTexture && before != tool) editor.slice.toolBefore = before;
     // The outline of the slice comes and goes with its tool.
     if (before != tool &&
         (before == ViewTool::moveSlicedTexture || tool == ViewTool::moveSlicedTexture))

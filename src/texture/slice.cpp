@@ -40,7 +40,7 @@ std::array<ScreenPoint, gridSteps + 1> pointsBetween(ScreenPoint from, ScreenPoi
     return points;
 }
 
-Grid sourceGrid(const SliceRecord& record, const SlicePicture& picture)
+Grid sourceGrid(const SliceRecord& record, const PlacedTexture& picture)
 {
     const ScreenRectangle& place = picture.place;
     const auto toTexel = [](std::int64_t view, std::int64_t start, std::int64_t end,
@@ -213,7 +213,7 @@ SliceSlots sliceSlots(const TextureList& list, const SliceSettings& settings,
 }
 
 void warpSlice(std::span<Rgb555> texels, const SliceSettings& settings, const SliceRecord& record,
-               const SlicePicture& picture, Rgb555 transparentColour)
+               const PlacedTexture& picture, Rgb555 transparentColour)
 {
     const Grid source = sourceGrid(record, picture);
     const Grid destination = destinationGrid(settings.width, settings.height);
@@ -255,7 +255,7 @@ Message sliceTextures(TextureList& list, Model& model, MatrixStack& stack,
         if (!block.allocate(texelCount)) return Message::outOfMemory;
 
     assignSlices(records, model, stack, engine, slots);
-    const SlicePicture picture{list.slot(list.current), place};
+    const PlacedTexture picture{list.slot(list.current), place};
     for (std::size_t i = 0; i < records.size(); ++i)
         warpSlice({blocks[i].data(), texelCount}, settings, records[i], picture, transparentColour);
     // Only now: the picture itself may be in one of the slots.

@@ -3,6 +3,7 @@
 #include "base/geometry.h"
 #include "engine/engine.h"
 #include "engine/matrix_stack.h"
+#include "engine/placed_texture.h"
 #include "model/model.h"
 #include "texture/texture_list.h"
 #include "texture/texture_transforms.h"
@@ -55,17 +56,11 @@ struct SliceSlots {
 SliceSlots sliceSlots(const TextureList& list, const SliceSettings& settings,
                       std::uint32_t polygons);
 
-/// A picture and where it lies in the view, in pixels; right and bottom lie just outside.
-struct SlicePicture {
-    TextureSlot texture;
-    ScreenRectangle place; ///< needs left < right and top < bottom
-};
-
 /// Warps what a record covers of the picture into `texels` of the settings' width x height, corner
 /// 0 at the top left, 1 at the top right, and so on around. The quadrilateral is cut into 10 x 10
 /// cells, each of them into two triangles that are filled by affine maps.
 void warpSlice(std::span<Rgb555> texels, const SliceSettings& settings, const SliceRecord& record,
-               const SlicePicture& picture, Rgb555 transparentColour);
+               const PlacedTexture& picture, Rgb555 transparentColour);
 
 /// Slices the list's current texture, lying at `place`, onto the picked polygons: in the order of
 /// the hierarchy each gets a new texture and is textured without flips. Polygons for which the list

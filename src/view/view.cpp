@@ -190,11 +190,13 @@ void listFrame(View& view, Engine& engine, const Model& model, ClientSize client
     engine.stack.current() = view.viewMatrix;
 }
 
-bool paintFrame(View& view, Engine& engine, const Model& model, ClientSize client)
+bool paintFrame(View& view, Engine& engine, const Model& model, ClientSize client,
+                const PlacedTexture* picture)
 {
     if (!view.frameNeedsDrawing) return false;
     listFrame(view, engine, model, client);
     clearSurface(engine.surface, view.backgroundColour);
+    if (picture) drawPlacedTexture(engine.surface, *picture);
     sortPolygons(engine);
     drawPolygons(engine, model);
     view.frameNeedsDrawing = false;

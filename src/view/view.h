@@ -4,6 +4,7 @@
 #include "base/colour.h"
 #include "base/geometry.h"
 #include "engine/engine.h"
+#include "engine/placed_texture.h"
 #include "model/model.h"
 
 #include <array>
@@ -69,7 +70,9 @@ void fitModel(View& view, Engine& engine, const Model& model, ClientSize client)
 void listFrame(View& view, Engine& engine, const Model& model, ClientSize client);
 
 /// Draws the frame into the engine's surface if it needs it: lists it, clears to the background,
-/// sorts, draws. What the window then shows is the surface. Returns whether anything was drawn.
-bool paintFrame(View& view, Engine& engine, const Model& model, ClientSize client);
+/// puts the picture behind the model if one is given, sorts, draws. What the window then shows is
+/// the surface. Returns whether anything was drawn.
+bool paintFrame(View& view, Engine& engine, const Model& model, ClientSize client,
+                const PlacedTexture* picture = nullptr);
 
 } // namespace facetor

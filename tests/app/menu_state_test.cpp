@@ -34,9 +34,7 @@ TEST(MenuState, EachFactTurnsItsOwnCommandsAndNoOther)
         {"the tool box", {.toolBoxShown = true}, {{40125, true, true}}},
         {"a stored camera", {.cameraStored = {false, false, true, false}}, {{40052, true, false}}},
         {"a tool", {.menuTool = ViewTool::scaleModel}, {{40103, true, false}, {40105, true, true}}},
-        {"the tool that is never enabled",
-         {.menuTool = ViewTool::moveSlicedTexture},
-         {{40103, true, false}, {40108, false, true}}},
+        {"a picture to be sliced", {.sliceShown = true}, {{40108, true, false}}},
     };
     const std::vector<CommandState> start = menuState({});
     for (const Case& current : cases) {

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "engine/placed_texture.h"
+#include "texture/slice.h"
+#include "view/slice_placement.h"
+#include "view/view_tools.h"
+
+#include <windows.h>
+
+#include <optional>
+
+namespace facetor {
+
+struct Editor;
+
+/// The picture that is to be sliced, as it lies behind the model.
+struct SliceView {
+    SliceSettings settings; ///< as the slice dialog was left
+    bool shown = false;
+    std::optional<ScreenRectangle> place; ///< none until it is first needed
+    unsigned dragged = 0;                 ///< sides that the mouse moves, as PlacementSide bits
+    ViewTool toolBefore = ViewTool::rotateModel; ///< the tool before Move Sliced Texture
+};
+
+/// Where the picture lies; the first time in the middle of the view.
+ScreenRectangle slicePlace(Editor& editor);
+
+/// The current texture where it lies, while it is to be shown.
+std::optional<PlacedTexture> shownSlice(Editor& editor);
+
+/// Shows the picture behind the model or hides it, and enables or disables the tool that moves it;
+/// if that was the current one, the tool before it comes back.
+void toggleShowSliced(Editor& editor);
+
+// The mouse with the tool that moves the picture; positions in client pixels.
+
+void onSliceDown(Editor& editor, POINT position);
+void onSliceDrag(Editor& editor, POINT delta);
+/// Shows the cursor that says what a drag from where it is does. False for the usual one.
+bool showSliceCursor(Editor& editor);
+/// Draws the outline of the picture with its handles.
+void paintSliceOutline(Editor& editor, HDC dc);
+
+} // namespace facetor
