@@ -20,6 +20,7 @@
 #include <algorithm>
 #include <iterator>
 #include <span>
+#include <string>
 
 namespace facetor {
 
@@ -112,7 +113,17 @@ CommandOutcome onTool(Editor& editor, int number, LPARAM)
 
 CommandOutcome onRecentModel(Editor& editor, int number, LPARAM)
 {
-    openRecentModel(editor, number);
+    if (const std::string path = recentModelOf(editor, number); !path.empty())
+        SendMessageA(editor.mainWindow, WM_COMMAND, IDM_FILE_OPEN_PATH,
+                     reinterpret_cast<LPARAM>(path.c_str()));
+    return CommandOutcome::done;
+}
+
+/// A command of the texture list window; nothing while that is closed.
+CommandOutcome onTextures(Editor& editor, int number, LPARAM argument)
+{
+    if (const HWND window = editor.textureWindow.window)
+        SendMessageA(window, WM_COMMAND, static_cast<WPARAM>(number), argument);
     return CommandOutcome::done;
 }
 
@@ -134,6 +145,10 @@ constexpr Command mainCommands[] = {
     {IDM_EDIT_PROPERTY, IDM_EDIT_PROPERTY, perform<showPropertyDialog>, ChangedFlag::keep},
     {IDM_HELP_CONTENTS, IDM_HELP_CONTENTS, perform<showHelp>, ChangedFlag::keep},
     {IDM_HELP_ABOUT, IDM_HELP_ABOUT, perform<showAbout>, ChangedFlag::keep},
+    {IDM_TEXTURE_OPEN, IDM_TEXTURE_SAVE, onTextures, ChangedFlag::keep},
+    {IDM_VIEW_TEXTURES, IDM_VIEW_TEXTURES, perform<toggleTextureWindow>, ChangedFlag::keep},
+    {IDM_TEXTURE_UNDO, IDM_TEXTURE_UNDO, onTextures, ChangedFlag::keep},
+    {IDM_TEXTURE_COPY, IDM_TEXTURE_BACKSPACE, onTextures, ChangedFlag::keep},
     {IDM_OPTIONS_LIGHT, IDM_OPTIONS_LIGHT, perform<showLightDialog>, ChangedFlag::set},
     {IDM_OPTIONS_SCREEN, IDM_OPTIONS_SCREEN, perform<showScreenDialog>, ChangedFlag::set},
     {IDM_CAMERA_FORWARD, IDM_CAMERA_BOTTOM, onFixedView, ChangedFlag::keep},
@@ -143,6 +158,7 @@ constexpr Command mainCommands[] = {
     {IDM_INVERT_SURFACE, IDM_INVERT_SURFACE, perform<invertPickedSurface>, ChangedFlag::set},
     {IDM_GOURAUD_TABLE, IDM_GOURAUD_TABLE, perform<bakeGouraudTable>, ChangedFlag::set},
     {IDM_SELECT_MODEL, IDM_SELECT_MATERIAL, onSelect, ChangedFlag::keep},
+    {IDM_TEXTURE_INFORMATION, IDM_TEXTURE_INFORMATION, onTextures, ChangedFlag::keep},
     {IDM_TOOL_ROTATE, IDM_TOOL_SCALE, onTool, ChangedFlag::keep},
     {IDM_TOOL_SELECT, IDM_TOOL_MOVE_SLICE, onTool, ChangedFlag::keep},
     {IDM_RECENT_MODEL_1, IDM_RECENT_MODEL_4, onRecentModel, ChangedFlag::keep},

@@ -2,6 +2,7 @@
 
 #include "app/editor_win.h"
 #include "app/model_view_window.h"
+#include "texture/texture_edits.h"
 #include "ui/window_data_win.h"
 
 namespace facetor {
@@ -45,7 +46,15 @@ void bakeGouraudTable(Editor& editor)
 
 void undoLastEdit(Editor& editor)
 {
-    const Message message = undoModelEdit(editor.undo, editor.document.model);
+    Document& document = editor.document;
+    Message message;
+    if (isTextureEdit(editor.undo)) {
+        message = undoTextureEdit(document.textures, editor.undo, document.model);
+        document.texturesChanged = true;
+        redrawTextures(editor);
+    } else {
+        message = undoModelEdit(editor.undo, document.model);
+    }
     if (message != Message::none)
         alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation);
     requestRedraw(editor);

@@ -22,7 +22,8 @@ void invertPickedSurface(Editor& editor);
 /// Bakes the light of the present view into every polygon with Gouraud shading by light.
 void bakeGouraudTable(Editor& editor);
 
-/// Brings back the state before the last edit; done again, the edited one.
+/// Brings back the state before the last edit; done again, the edited one. An edit of textures is
+/// not redone.
 void undoLastEdit(Editor& editor);
 
 } // namespace facetor

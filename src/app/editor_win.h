@@ -9,6 +9,7 @@
 #include "model/model.h"
 #include "model/undo.h"
 #include "texture/texture_list.h"
+#include "texture/texture_window.h"
 #include "ui/alert_win.h"
 #include "ui/colour_picker_win.h"
 #include "ui/file_dialog_win.h"
@@ -31,6 +32,7 @@ namespace facetor {
 struct Document {
     Model model;
     TextureList textures;
+    std::string textureFile;   ///< where the list was opened or saved last; empty until then
     bool modelUntitled = true; ///< until the first model file is opened or saved
     bool modelChanged = false;
     bool texturesChanged = false;
@@ -68,6 +70,8 @@ struct LightChoice {
 struct FileDialogs {
     FileDialog openModel{"MX3 Files(*.MX3)\0*.mx3\0"};
     FileDialog saveModel{"MX3 Files(*.MX3)\0*.mx3\0MDL Files(*.MDL)\0*.mdl\0"};
+    FileDialog openTextures{"MXT Files(*.MXT)\0*.mxt\0TXR Files(*.TXR)\0*.txr\0"};
+    FileDialog saveTextures{"MXT Files(*.MXT)\0*.mxt\0TXR Files(*.TXR)\0*.txr\0"};
 };
 
 /// All there is, once in the process.
@@ -92,11 +96,13 @@ struct Editor {
     std::string settingsPath; ///< empty when no settings are kept
     SettingsRecord settings;  ///< as read; what belongs to no window of this run is written again
     RecentFiles recentModels;
+    RecentFiles recentTextures;
 
     HWND mainWindow = nullptr; ///< from its creation message to its destroy message
     HWND toolBar = nullptr;
     HWND statusBar = nullptr;
     ToolBox toolBox;
+    TextureWindow textureWindow;
     HWND attributeWindow = nullptr; ///< while it is open
     WorkingAttribute workingAttribute;
     TabPages attributePages;        ///< of the attribute window; `current` also while it is closed

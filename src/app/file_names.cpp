@@ -9,4 +9,9 @@ std::string modelSavePath(std::string_view path)
     return std::string(cutExtension(path)) + ".mx3";
 }
 
+std::string textureSavePath(std::string_view path)
+{
+    return std::string(cutExtension(path)) + ".mxt";
+}
+
 } // namespace facetor

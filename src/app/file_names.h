@@ -9,4 +9,7 @@ namespace facetor {
 /// ".mx3".
 std::string modelSavePath(std::string_view path);
 
+/// The same of a texture list, with ".mxt".
+std::string textureSavePath(std::string_view path);
+
 } // namespace facetor

@@ -6,6 +6,8 @@
 #include "ui/tool_bar_win.h"
 #include "view/selection.h"
 
+#include <vector>
+
 namespace facetor {
 
 namespace {
@@ -43,6 +45,16 @@ constexpr ToolTip tips[] = {
     {IDM_OPTIONS_SCREEN, Word::tipScreen},    {IDM_VIEW_TOOL_BOX, Word::tipToolBox},
 };
 
+void showStates(HMENU menu, HWND toolBar, const std::vector<CommandState>& states)
+{
+    for (const CommandState& state : states) {
+        const auto item = static_cast<UINT>(state.command);
+        EnableMenuItem(menu, item, state.enabled ? MF_ENABLED : MF_GRAYED);
+        CheckMenuItem(menu, item, state.checked ? MF_CHECKED : MF_UNCHECKED);
+        setButtonState(toolBar, state.command, state.enabled, state.checked);
+    }
+}
+
 } // namespace
 
 HWND createMainToolBar(HWND mainWindow)
@@ -63,19 +75,21 @@ void refreshMenuState(Editor& editor)
                           .toolBoxShown = toolBox && IsWindowVisible(toolBox) != FALSE,
                           .attributesShown = editor.attributeWindow != nullptr,
                           .hierarchyShown = editor.hierarchyWindow != nullptr,
+                          .texturesShown = editor.textureWindow.window != nullptr,
                           .sliceShown = editor.slice.shown,
                           .menuTool = editor.toolBox.menuTool,
                           .cameraStored = editor.view.cameraStored};
     const HMENU menu = GetMenu(editor.mainWindow);
-    for (const CommandState& state : menuState(facts)) {
-        const auto item = static_cast<UINT>(state.command);
-        EnableMenuItem(menu, item, state.enabled ? MF_ENABLED : MF_GRAYED);
-        CheckMenuItem(menu, item, state.checked ? MF_CHECKED : MF_UNCHECKED);
-        setButtonState(editor.toolBar, state.command, state.enabled, state.checked);
-    }
+    showStates(menu, editor.toolBar, menuState(facts));
     // A submenu has no number: it goes with its neighbour.
     EnableMenuItem(GetSubMenu(menu, optionsMenu), rotateVerticesItem,
                    MF_BYPOSITION | (facts.anyPicked ? MF_ENABLED : MF_GRAYED));
+    if (const TextureWindow& textures = editor.textureWindow; textures.window)
+        showStates(GetMenu(textures.window), textures.toolBar,
+                   textureMenuState({.undoAvailable = facts.undoAvailable,
+                                     .aboveStart = textures.topSlot > 0,
+                                     .pasteAvailable = IsClipboardFormatAvailable(CF_DIB) != FALSE,
+                                     .sliceShown = facts.sliceShown}));
 }
 
 } // namespace facetor

@@ -13,7 +13,8 @@ HWND createMainToolBar(HWND mainWindow);
 /// Handles a notification to the main window; false when it is not for the tool bar.
 bool onMainToolBarNotify(const Editor& editor, LPARAM notification);
 
-/// Makes the menu's items and the tool bar's buttons look as the editor's state asks for.
+/// Makes the menu items and the tool bars' buttons, also those of the open texture list window,
+/// look as the editor's state and the clipboard ask for.
 void refreshMenuState(Editor& editor);
 
 } // namespace facetor

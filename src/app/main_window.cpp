@@ -11,6 +11,7 @@
 #include "app/tool_box_window.h"
 #include "app/window_place.h"
 #include "resources/resource_ids.h"
+#include "ui/dropped_file_win.h"
 #include "ui/status_bar_win.h"
 #include "ui/tool_bar_win.h"
 #include "ui/window_data_win.h"
@@ -28,9 +29,6 @@ namespace facetor {
 namespace {
 
 constexpr int statusPartEdges[] = {100, 200, 300}; // right edges in pixels
-
-/// The longest path that a drop is taken with, in bytes.
-constexpr UINT longestDroppedPath = 256;
 
 Message startDocument(Editor& editor)
 {
@@ -84,18 +82,13 @@ void onSize(Editor& editor, WPARAM kind, LPARAM size)
     requestRedraw(editor);
 }
 
-/// Takes the first of the dropped files; the others are ignored.
 void onDropFiles(Editor& editor, HDROP drop)
 {
-    std::string path(longestDroppedPath, '\0');
-    const UINT length = DragQueryFileA(drop, 0, nullptr, 0);
-    const bool fits = length > 0 && length <= longestDroppedPath;
-    if (fits) path.resize(DragQueryFileA(drop, 0, path.data(), longestDroppedPath + 1));
-    DragFinish(drop);
-    if (fits)
+    std::string path;
+    if (const Message message = takeDroppedFile(drop, path); message != Message::none)
+        alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation);
+    else if (!path.empty())
         openAnyPath(editor, path);
-    else if (length > longestDroppedPath) // a path that was cut would name another file
-        alert(editor.alerts, editor.mainWindow, Message::cannotOpenFile, AlertStyle::exclamation);
 }
 
 void onClose(Editor& editor)
@@ -152,8 +145,10 @@ LRESULT CALLBACK mainWindowProcedure(HWND window, UINT message, WPARAM wParam, L
     case WM_ENABLE: // an alert or a dialog of this window keeps its tool windows from acting as
                     // well
         EnableWindow(editor.toolBox.window, wParam != FALSE);
+        EnableWindow(editor.textureWindow.window, wParam != FALSE);
         for (const HWND dialog : editor.modelessDialogs) EnableWindow(dialog, wParam != FALSE);
         return 0;
+    case WM_ACTIVATEAPP: refreshMenuState(editor); break; // the clipboard may have changed
     case messageRedraw: renewModelView(editor); return 0;
     case messageOpenPath: SendMessageA(window, WM_COMMAND, IDM_FILE_OPEN_PATH, lParam); return 0;
     default: break;

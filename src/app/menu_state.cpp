@@ -21,7 +21,8 @@ std::vector<CommandState> menuState(const MenuFacts& facts)
 {
     std::vector<CommandState> states{{IDM_VIEW_ATTRIBUTES, true, facts.attributesShown},
                                      {IDM_VIEW_HIERARCHY, true, facts.hierarchyShown},
-                                     {IDM_EDIT_UNDO, facts.undoAvailable, false}};
+                                     {IDM_EDIT_UNDO, facts.undoAvailable, false},
+                                     {IDM_VIEW_TEXTURES, true, facts.texturesShown}};
     for (int i = 0; const bool stored : facts.cameraStored)
         states.push_back({IDM_CAMERA_RECALL_1 + i++, stored, false});
     states.insert(states.end(), {{IDM_INVERT_SURFACE, facts.anyPicked, false},
@@ -34,6 +35,16 @@ std::vector<CommandState> menuState(const MenuFacts& facts)
                           command == commandOf(facts.menuTool)});
     states.push_back({IDM_VIEW_TOOL_BOX, true, facts.toolBoxShown});
     return states;
+}
+
+std::vector<CommandState> textureMenuState(const TextureMenuFacts& facts)
+{
+    return {{IDM_TEXTURE_LINE_UP, facts.aboveStart, false},
+            {IDM_TEXTURE_PAGE_UP, facts.aboveStart, false},
+            {IDM_TEXTURE_UNDO, facts.undoAvailable, false},
+            {IDM_TEXTURE_PASTE, facts.pasteAvailable, false},
+            {IDM_TEXTURE_EMPTY_CLIPBOARD, facts.pasteAvailable, false},
+            {IDM_TEXTURE_SHOW_SLICED, true, facts.sliceShown}};
 }
 
 int commandOf(ViewTool tool)

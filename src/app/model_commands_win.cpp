@@ -11,6 +11,7 @@
 #include "model/model_file.h"
 #include "output/model_source.h"
 #include "resources/resource_ids.h"
+#include "texture/texture_commands_win.h"
 #include "texture/texture_file.h"
 #include "ui/handles_win.h"
 #include "ui/window_data_win.h"
@@ -19,13 +20,11 @@ namespace facetor {
 
 namespace {
 
-Decision askSave(Editor& editor, Message question, Word reason, int saveCommand)
+Decision askSave(Editor& editor, Message question, Word reason, void (*save)(Editor&))
 {
     setAlertTexts(editor.alerts, loadCatalogueText(editor.mainWindow, reason), {});
     switch (alert(editor.alerts, editor.mainWindow, question, AlertStyle::question)) {
-    case AlertButton::yes:
-        SendMessageA(editor.mainWindow, WM_COMMAND, static_cast<WPARAM>(saveCommand), 0);
-        return Decision::goOn;
+    case AlertButton::yes: save(editor); return Decision::goOn;
     case AlertButton::no: return Decision::goOn;
     default: return Decision::stay;
     }
@@ -81,13 +80,16 @@ CommandOutcome writeModelAs(Editor& editor, const std::string& path, DWORD filte
 Decision askSaveModel(Editor& editor, Word reason)
 {
     if (!editor.document.modelChanged) return Decision::goOn;
-    return askSave(editor, Message::saveModelFirst, reason, IDM_FILE_SAVE_AS);
+    return askSave(editor, Message::saveModelFirst, reason,
+                   [](Editor& e) { SendMessageA(e.mainWindow, WM_COMMAND, IDM_FILE_SAVE_AS, 0); });
 }
 
 Decision askSaveTextures(Editor& editor, Word reason)
 {
     if (!editor.document.texturesChanged) return Decision::goOn;
-    return askSave(editor, Message::saveTexturesFirst, reason, IDM_TEXTURE_SAVE);
+    // Not by way of the window, which may be closed.
+    return askSave(editor, Message::saveTexturesFirst, reason,
+                   [](Editor& e) { runTextureCommand(e, IDM_FILE_SAVE_AS, 0); });
 }
 
 CommandOutcome openModelPath(Editor& editor, const std::string& path)
@@ -129,21 +131,12 @@ CommandOutcome saveModelAs(Editor& editor)
     return CommandOutcome::done;
 }
 
-void openTexturePath(Editor& editor, const std::string& path)
-{
-    if (askSaveTextures(editor, Word::openingNewFile) == Decision::stay) return;
-    {
-        const WaitCursor waiting;
-        // What could be read before an error stays in the list, and is shown.
-        if (readTextureFile(editor.document.textures, path) == Message::none)
-            editor.document.texturesChanged = false;
-    }
-    requestRedraw(editor);
-}
-
 void openAnyPath(Editor& editor, const std::string& path)
 {
-    if (isTextureFile(path)) return openTexturePath(editor, path);
+    if (isTextureFile(path)) {
+        runTextureCommand(editor, IDM_FILE_OPEN_PATH, reinterpret_cast<LPARAM>(path.c_str()));
+        return;
+    }
     SendMessageA(editor.mainWindow, WM_COMMAND, IDM_FILE_OPEN_PATH,
                  reinterpret_cast<LPARAM>(path.c_str()));
 }

@@ -17,7 +17,7 @@ enum class Decision { goOn, stay };
 /// not been changed.
 Decision askSaveModel(Editor& editor, Word reason);
 
-/// The same question about the texture list; Yes saves the list.
+/// The same question about the texture list; Yes runs its Save as.
 Decision askSaveTextures(Editor& editor, Word reason);
 
 /// Asks about a changed model, then opens the model file. The message of a failure has been shown
@@ -34,10 +34,6 @@ CommandOutcome saveModel(Editor& editor);
 /// Saves the model under a name that the user chooses, as a model file or as C source. Either way
 /// the model then goes by that name with ".mx3".
 CommandOutcome saveModelAs(Editor& editor);
-
-/// Asks about a changed texture list, then reads the file into it: slots that the file does not
-/// name keep what they hold. A failed read is not reported.
-void openTexturePath(Editor& editor, const std::string& path);
 
 /// Opens a file that was dropped or named on the command line: a texture list by what the file
 /// begins with, anything else as a model, through its command.

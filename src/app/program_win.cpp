@@ -46,6 +46,7 @@ public:
     {
         UnregisterClassA(mainWindowClass, editor_.instance);
         UnregisterClassA(toolBoxClass, editor_.instance);
+        UnregisterClassA(textureWindowClass, editor_.instance);
         setTheEditor(nullptr);
     }
     EditorScope(const EditorScope&) = delete;
@@ -103,7 +104,7 @@ int runProgram(const Start& start)
     editor->settingsPath = start.settingsPath;
     if (!registerMainWindow(*editor)) return 0;
     const EditorScope scope(*editor);
-    if (!registerToolBox(*editor)) return 0;
+    if (!registerToolBox(*editor) || !registerTextureWindow(*editor)) return 0;
     if (!createMainWindow(*editor)) return 0;
     setTitleFile(*editor, nullptr);
     ShowWindow(editor->mainWindow, start.showCommand);

@@ -98,6 +98,7 @@ bool applySettings(Editor& editor)
     editor.transparentColour = settings->transparent;
     editor.view.dragDrawMode = static_cast<DragDrawMode>(settings->dragMethod);
     editor.recentModels = settings->modelFiles;
+    editor.recentTextures = settings->textureFiles;
     return true;
 }
 
@@ -111,11 +112,13 @@ void writeSettings(Editor& editor)
     settings.toolBox = windowPlace(editor.toolBox.window);
     // A window that is closed has left its place there.
     if (editor.attributeWindow) settings.attributes = windowPlace(editor.attributeWindow);
+    if (editor.textureWindow.window) settings.textures = windowPlace(editor.textureWindow.window);
     settings.background = editor.view.backgroundColour;
     settings.pickedPolygon = editor.engine.settings.pickedColour;
     settings.transparent = editor.transparentColour;
     settings.dragMethod = static_cast<std::uint32_t>(editor.view.dragDrawMode);
     settings.modelFiles = editor.recentModels;
+    settings.textureFiles = editor.recentTextures;
     const std::string text = formatSettings(settings);
     if (writeFile(editor.settingsPath, std::as_bytes(std::span(text))) != Message::none)
         DeleteFileA(editor.settingsPath.c_str());

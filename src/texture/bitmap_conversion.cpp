@@ -2,8 +2,10 @@
 
 #include "base/bytes.h"
 
+#include <algorithm>
 #include <array>
 #include <cassert>
+#include <optional>
 
 namespace facetor {
 
@@ -13,6 +15,9 @@ namespace {
 // not change what the texels are. The header's size field is not looked at.
 constexpr std::size_t headerSize = 40;
 constexpr std::size_t colourSize = 4; ///< of a colour table's entry: blue, green, red, reserved
+
+constexpr std::uint16_t packedDepth = 24;        // bits a pixel of what is made here
+constexpr std::uint32_t packedResolution = 2835; // pixels a metre
 
 struct Header {
     std::int32_t width, height;
@@ -72,6 +77,30 @@ Rgb555 pixelColour(std::span<const std::byte> row, std::size_t x, unsigned bitCo
     }
 }
 
+/// A bitmap that can be converted: nothing in it is beyond its end.
+struct BitmapParts {
+    Header header;
+    std::span<const std::byte> colours; ///< empty above 8 bits
+    std::span<const std::byte> bits;
+};
+
+std::optional<BitmapParts> takeApart(std::span<const std::byte> bitmap)
+{
+    const std::optional<Header> header = readHeader(bitmap);
+    if (!header || !isUsableSize(header->width, header->height)) return std::nullopt;
+    if (header->compression != 0) return std::nullopt;
+    const unsigned bitCount = header->bitCount;
+    if (bitCount != 4 && bitCount != 8 && bitCount != 16 && bitCount != 24 && bitCount != 32)
+        return std::nullopt;
+    const std::size_t tableCount = bitCount == 4 ? 16 : bitCount == 8 ? 256 : 0;
+    const auto height = static_cast<std::size_t>(header->height);
+    const std::size_t rowBytes = rowBytesOf(static_cast<std::size_t>(header->width), bitCount);
+    ByteReader in{bitmap.subspan(headerSize)};
+    const auto colours = in.take(tableCount * colourSize);
+    if (!in.ok() || height > in.left() / rowBytes) return std::nullopt;
+    return BitmapParts{*header, colours, in.take(height * rowBytes)};
+}
+
 } // namespace
 
 BitmapSize packedBitmapSize(std::span<const std::byte> bitmap)
@@ -84,29 +113,20 @@ BitmapSize packedBitmapSize(std::span<const std::byte> bitmap)
 bool convertBitmap(std::span<const std::byte> bitmap, Rgb555 transparentColour,
                    std::span<Rgb555> texels)
 {
-    const std::optional<Header> header = readHeader(bitmap);
-    if (!header || !isUsableSize(header->width, header->height)) return false;
-    if (header->compression != 0) return false;
-    const unsigned bitCount = header->bitCount;
-    if (bitCount != 4 && bitCount != 8 && bitCount != 16 && bitCount != 24 && bitCount != 32)
-        return false;
-
-    const auto width = static_cast<std::size_t>(header->width);
-    const auto height = static_cast<std::size_t>(header->height);
-    const std::size_t tableCount = bitCount == 4 ? 16 : bitCount == 8 ? 256 : 0;
+    const auto parts = takeApart(bitmap);
+    if (!parts) return false;
+    const unsigned bitCount = parts->header.bitCount;
+    const auto width = static_cast<std::size_t>(parts->header.width);
+    const auto height = static_cast<std::size_t>(parts->header.height);
     const std::size_t rowBytes = rowBytesOf(width, bitCount);
-    ByteReader in{bitmap.subspan(headerSize)};
-    const auto colours = in.take(tableCount * colourSize);
-    if (!in.ok() || height > in.left() / rowBytes) return false;
-    const auto bits = in.take(height * rowBytes);
     assert(texels.size() >= width * height);
 
     ColourTable table{};
-    for (std::size_t i = 0; i < tableCount; ++i)
-        table[i] = colourFrom(colours.subspan(i * colourSize, colourSize));
+    for (std::size_t i = 0; i < parts->colours.size() / colourSize; ++i)
+        table[i] = colourFrom(parts->colours.subspan(i * colourSize, colourSize));
     const Rgb555 transparent = transparentColour & 0x7FFF;
     for (std::size_t y = 0; y < height; ++y) {
-        const auto row = bits.subspan((height - 1 - y) * rowBytes, rowBytes);
+        const auto row = parts->bits.subspan((height - 1 - y) * rowBytes, rowBytes);
         for (std::size_t x = 0; x < width; ++x) {
             const Rgb555 colour = pixelColour(row, x, bitCount, table);
             texels[y * width + x] =
@@ -114,6 +134,41 @@ bool convertBitmap(std::span<const std::byte> bitmap, Rgb555 transparentColour,
         }
     }
     return true;
+}
+
+bool isConvertible(std::span<const std::byte> bitmap)
+{
+    return takeApart(bitmap).has_value();
+}
+
+std::uint64_t packedTextureSize(const TextureSlot& texture)
+{
+    return headerSize + std::uint64_t{rowBytesOf(texture.width, packedDepth)} * texture.height;
+}
+
+void packTexture(const TextureSlot& texture, std::span<std::byte> bitmap)
+{
+    const std::size_t rowBytes = rowBytesOf(texture.width, packedDepth);
+    ByteWriter header;
+    header.u32(headerSize);
+    header.u32(texture.width);
+    header.u32(texture.height);
+    header.u16(1); // planes
+    header.u16(packedDepth);
+    header.u32(0); // uncompressed
+    header.u32(static_cast<std::uint32_t>(rowBytes * texture.height));
+    header.u32(packedResolution);
+    header.u32(packedResolution);
+    std::ranges::copy(header.release(), bitmap.begin());
+    const Rgb555* texel = texture.pixels;
+    for (std::size_t y = texture.height; y-- > 0;) {
+        auto* out = bitmap.data() + headerSize + y * rowBytes;
+        for (std::size_t x = 0; x < texture.width; ++x, ++texel) {
+            const int mark = *texel & opaqueBit ? 0 : 1;
+            for (const int channel : {*texel << 3, *texel >> 2, *texel >> 7}) // blue, green, red
+                *out++ = static_cast<std::byte>((channel & 0xF8) + mark);
+        }
+    }
 }
 
 } // namespace facetor

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/colour.h"
+#include "engine/texture_slot.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -23,5 +24,17 @@ BitmapSize packedBitmapSize(std::span<const std::byte> bitmap);
 /// the bitmap is compressed, of another depth, or cut.
 [[nodiscard]] bool convertBitmap(std::span<const std::byte> bitmap, Rgb555 transparentColour,
                                  std::span<Rgb555> texels);
+
+/// Whether convertBitmap() takes a bitmap, so that no texels need be allocated for one that lies
+/// about its size.
+bool isConvertible(std::span<const std::byte> bitmap);
+
+/// Bytes of a texture as a packed bitmap of 24 bits a pixel.
+std::uint64_t packedTextureSize(const TextureSlot& texture);
+
+/// The reverse of convertBitmap(): a texture as an uncompressed packed bitmap of 24 bits a pixel,
+/// 72 pixels to the inch. Each channel is a multiple of 8 for an opaque texel, one more for a
+/// transparent one. Needs packedTextureSize() bytes, all of them zero.
+void packTexture(const TextureSlot& texture, std::span<std::byte> bitmap);
 
 } // namespace facetor

@@ -1,6 +1,7 @@
 #include "texture/texture_edits.h"
 
 #include "base/bytes.h"
+#include "texture/bitmap_conversion.h"
 
 #include <algorithm>
 #include <array>
@@ -175,6 +176,20 @@ EditOutcome replaceTexture(TextureList& list, UndoSlot& undo, std::uint32_t slot
     const Message message = rememberTexture(list, undo, textureReplaced, slot);
     list.set(slot, width, height, std::move(pixels));
     return {message, Message::none};
+}
+
+EditOutcome pasteBitmap(TextureList& list, UndoSlot& undo, std::uint32_t slot,
+                        std::span<const std::byte> bitmap, Rgb555 transparentColour)
+{
+    const auto [width, height] = packedBitmapSize(bitmap);
+    if (width % 8 != 0) return {Message::none, Message::textureWidthNotMultipleOf8};
+    if (!isConvertible(bitmap)) return {Message::none, Message::clipboardTypeNotSupported};
+    PageArray<Rgb555> texels;
+    if (!texels.allocate(static_cast<std::size_t>(width) * static_cast<std::size_t>(height)))
+        return {Message::none, Message::outOfMemory};
+    (void)convertBitmap(bitmap, transparentColour, {texels.data(), texels.size()}); // it can
+    return replaceTexture(list, undo, slot, static_cast<std::uint16_t>(width),
+                          static_cast<std::uint16_t>(height), std::move(texels));
 }
 
 EditOutcome deleteTexture(TextureList& list, UndoSlot& undo, std::uint32_t slot)

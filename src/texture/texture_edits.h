@@ -29,6 +29,12 @@ enum class PolygonNumbers { keep, follow };
 EditOutcome replaceTexture(TextureList& list, UndoSlot& undo, std::uint32_t slot,
                            std::uint16_t width, std::uint16_t height, PageArray<Rgb555> pixels);
 
+/// Puts a packed bitmap into a slot. Nothing is done when its width is no multiple of 8
+/// (textureWidthNotMultipleOf8), when convertBitmap() does not take it (clipboardTypeNotSupported)
+/// or when memory is short (outOfMemory). Of `transparentColour` the low 15 bits count.
+EditOutcome pasteBitmap(TextureList& list, UndoSlot& undo, std::uint32_t slot,
+                        std::span<const std::byte> bitmap, Rgb555 transparentColour);
+
 /// Makes a slot empty.
 EditOutcome deleteTexture(TextureList& list, UndoSlot& undo, std::uint32_t slot);
 

@@ -27,6 +27,11 @@ std::string loadCatalogueText(HWND window, Word word)
     return {buffer.data(), static_cast<std::size_t>(length)};
 }
 
+std::string loadCatalogueText(HWND window, Message message)
+{
+    return loadCatalogueText(window, static_cast<Word>(message));
+}
+
 std::string programFolder(HWND window)
 {
     std::array<char, MAX_PATH> path{};

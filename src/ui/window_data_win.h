@@ -17,6 +17,8 @@ std::string windowText(HWND window);
 /// Catalogue text `word`, at most 127 characters, from the module that owns the window. Empty when
 /// the module's catalogue does not hold it.
 std::string loadCatalogueText(HWND window, Word word);
+/// A message's own text, to be shown within another.
+std::string loadCatalogueText(HWND window, Message message);
 
 /// The folder of the module that owns a window, without a separator at its end; the program's for
 /// no window. Empty when its name is longer than any that the system takes here.

@@ -31,6 +31,7 @@ TEST(MenuState, EachFactTurnsItsOwnCommandsAndNoOther)
          {{40070, true, false}, {40090, true, false}, {40092, true, false}, {40093, true, false}}},
         {"the attribute window", {.attributesShown = true}, {{40008, true, true}}},
         {"the hierarchy window", {.hierarchyShown = true}, {{40009, true, true}}},
+        {"the texture list window", {.texturesShown = true}, {{40030, true, true}}},
         {"the tool box", {.toolBoxShown = true}, {{40125, true, true}}},
         {"a stored camera", {.cameraStored = {false, false, true, false}}, {{40052, true, false}}},
         {"a tool", {.menuTool = ViewTool::scaleModel}, {{40103, true, false}, {40105, true, true}}},

@@ -2,8 +2,8 @@
 """Makes the bitmaps of their pictures in letters.
 
 Needs only Python's standard library:  python3 make_bitmaps.py
-Reads palette.txt, toolbar.txt, toolbox.txt and mesh0.txt beside it; writes bitmaps of these names one
-folder up, all images of a file side by side, 24 bits a pixel.
+Reads palette.txt and the pictures beside it; writes bitmaps of their names one folder up, all images of
+a file side by side, 24 bits a pixel.
 """
 
 import pathlib
@@ -50,7 +50,9 @@ def main():
     for line in lines("palette.txt"):
         letter, *channels = line.split()
         palette[letter] = tuple(map(int, channels))
-    for name, size, count in (("toolbar", 16, 18), ("toolbox", 22, 6), ("mesh0", 8, 1)):
+    bitmaps = [("toolbar", 16, 18), ("toolbox", 22, 6), ("mesh0", 8, 1)]
+    bitmaps += [(f"marquee{step}", 8, 1) for step in range(4)]
+    for name, size, count in bitmaps:
         images = read_images(f"{name}.txt", size, count)
         write_bitmap(HERE.parent / f"{name}.bmp", images, size, palette)
 
