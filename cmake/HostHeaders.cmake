@@ -1,3 +1,4 @@
+include_guard(GLOBAL)
 # The header-only libraries come from the host's packages, also for the cross-builds. /usr/include
 # itself must not be searched there: it holds the host's C library. So each library is reached
 # through a link of its own in the build folder.

@@ -8,6 +8,7 @@
 #include "engine/engine.h"
 #include "model/model.h"
 #include "model/undo.h"
+#include "texture/plug_in_list.h"
 #include "texture/texture_list.h"
 #include "texture/texture_window.h"
 #include "ui/alert_win.h"
@@ -72,6 +73,7 @@ struct FileDialogs {
     FileDialog saveModel{"MX3 Files(*.MX3)\0*.mx3\0MDL Files(*.MDL)\0*.mdl\0"};
     FileDialog openTextures{"MXT Files(*.MXT)\0*.mxt\0TXR Files(*.TXR)\0*.txr\0"};
     FileDialog saveTextures{"MXT Files(*.MXT)\0*.mxt\0TXR Files(*.TXR)\0*.txr\0"};
+    FileDialog importTextures{nullptr}; ///< with the filters of the plug-ins
 };
 
 /// All there is, once in the process.
@@ -92,6 +94,7 @@ struct Editor {
     Rgb555 transparentColour = 0x8000; ///< of textures; bit 15 does not count
     int propertyTab = 0;               ///< the page of the property dialog that was shown last
     FileDialogs fileDialogs;
+    PlugIns plugIns;
 
     std::string settingsPath; ///< empty when no settings are kept
     SettingsRecord settings;  ///< as read; what belongs to no window of this run is written again

@@ -11,6 +11,7 @@
 #include "app/tool_box_window.h"
 #include "app/window_place.h"
 #include "resources/resource_ids.h"
+#include "texture/plug_in_commands_win.h"
 #include "ui/dropped_file_win.h"
 #include "ui/status_bar_win.h"
 #include "ui/tool_bar_win.h"
@@ -59,7 +60,7 @@ bool createContents(Editor& editor)
         return false;
     rebuildRecentModelMenu(editor);
     refreshMenuState(editor);
-    return true;
+    return scanPlugIns(editor);
 }
 
 void releaseContents(Editor& editor)

@@ -103,7 +103,7 @@ std::string resolvedTarget(const std::string& path)
 
 } // namespace
 
-std::optional<Bytes> readFile(const std::string& path)
+std::optional<Bytes> readFile(const std::string& path, std::uint64_t largest)
 {
     if (isUnreadableKind(path)) return std::nullopt;
     const UniqueFile file(std::fopen(path.c_str(), "rb"));
@@ -112,13 +112,13 @@ std::optional<Bytes> readFile(const std::string& path)
     constexpr std::size_t step = 256 * 1024;
     for (;;) {
         const std::size_t start = bytes.size();
-        if (start > largestFile) return std::nullopt;
+        if (start > largest) return std::nullopt;
         bytes.resize(start + step);
         const std::size_t read = std::fread(bytes.data() + start, 1, step, file.get());
         bytes.resize(start + read);
         if (read < step) break;
     }
-    if (std::ferror(file.get())) return std::nullopt;
+    if (std::ferror(file.get()) || bytes.size() > largest) return std::nullopt;
     return bytes;
 }
 

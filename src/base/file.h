@@ -14,9 +14,9 @@ namespace facetor {
 /// everyday sizes is some megabytes) and small enough to be held in memory by a 32-bit process.
 inline constexpr std::uint64_t largestFile = 512u * 1024 * 1024;
 
-/// The whole file. None when it cannot be opened or read, is larger than largestFile or no regular
-/// file. Paths are bytes in the process's code page (UTF-8 wherever the system offers it).
-std::optional<Bytes> readFile(const std::string& path);
+/// The whole file. None when it cannot be opened or read, is larger than `largest` bytes or no
+/// regular file. Paths are bytes in the process's code page (UTF-8 wherever the system offers it).
+std::optional<Bytes> readFile(const std::string& path, std::uint64_t largest = largestFile);
 
 /// The file's first bytes, at most `count`; none when it cannot be opened.
 std::optional<Bytes> readFileStart(const std::string& path, std::size_t count);

@@ -46,11 +46,22 @@ bool isUsableSize(std::int32_t width, std::int32_t height)
     return width >= 1 && width <= largest && height >= 1 && height <= largest;
 }
 
+/// A row's own bytes.
+std::size_t bareRowBytesOf(std::size_t width, unsigned bitCount)
+{
+    return bitCount == 4 ? (width + 1) / 2 : width * (bitCount / 8);
+}
+
 /// Bytes from one row to the next: the row's own, filled up to a multiple of 4.
 std::size_t rowBytesOf(std::size_t width, unsigned bitCount)
 {
-    const std::size_t own = bitCount == 4 ? (width + 1) / 2 : width * (bitCount / 8);
-    return (own + 3) / 4 * 4;
+    return (bareRowBytesOf(width, bitCount) + 3) / 4 * 4;
+}
+
+/// Bytes of the colour table.
+std::size_t tableBytesOf(unsigned bitCount)
+{
+    return colourSize * (bitCount == 4 ? 16 : bitCount == 8 ? 256 : 0);
 }
 
 /// From blue, green and red, a byte each.
@@ -77,6 +88,25 @@ Rgb555 pixelColour(std::span<const std::byte> row, std::size_t x, unsigned bitCo
     }
 }
 
+ColourTable readColourTable(std::span<const std::byte> colours)
+{
+    ColourTable table{};
+    for (std::size_t i = 0; i < colours.size() / colourSize; ++i)
+        table[i] = colourFrom(colours.subspan(i * colourSize, colourSize));
+    return table;
+}
+
+/// Converts one row, as many pixels as `texels` has room for.
+void convertRow(std::span<const std::byte> row, unsigned bitCount, const ColourTable& table,
+                Rgb555 transparentColour, std::span<Rgb555> texels)
+{
+    const Rgb555 transparent = transparentColour & 0x7FFF;
+    for (std::size_t x = 0; x < texels.size(); ++x) {
+        const Rgb555 colour = pixelColour(row, x, bitCount, table);
+        texels[x] = colour == transparent ? colour : static_cast<Rgb555>(colour | opaqueBit);
+    }
+}
+
 /// A bitmap that can be converted: nothing in it is beyond its end.
 struct BitmapParts {
     Header header;
@@ -92,11 +122,10 @@ std::optional<BitmapParts> takeApart(std::span<const std::byte> bitmap)
     const unsigned bitCount = header->bitCount;
     if (bitCount != 4 && bitCount != 8 && bitCount != 16 && bitCount != 24 && bitCount != 32)
         return std::nullopt;
-    const std::size_t tableCount = bitCount == 4 ? 16 : bitCount == 8 ? 256 : 0;
     const auto height = static_cast<std::size_t>(header->height);
     const std::size_t rowBytes = rowBytesOf(static_cast<std::size_t>(header->width), bitCount);
     ByteReader in{bitmap.subspan(headerSize)};
-    const auto colours = in.take(tableCount * colourSize);
+    const auto colours = in.take(tableBytesOf(bitCount));
     if (!in.ok() || height > in.left() / rowBytes) return std::nullopt;
     return BitmapParts{*header, colours, in.take(height * rowBytes)};
 }
@@ -121,18 +150,10 @@ bool convertBitmap(std::span<const std::byte> bitmap, Rgb555 transparentColour,
     const std::size_t rowBytes = rowBytesOf(width, bitCount);
     assert(texels.size() >= width * height);
 
-    ColourTable table{};
-    for (std::size_t i = 0; i < parts->colours.size() / colourSize; ++i)
-        table[i] = colourFrom(parts->colours.subspan(i * colourSize, colourSize));
-    const Rgb555 transparent = transparentColour & 0x7FFF;
-    for (std::size_t y = 0; y < height; ++y) {
-        const auto row = parts->bits.subspan((height - 1 - y) * rowBytes, rowBytes);
-        for (std::size_t x = 0; x < width; ++x) {
-            const Rgb555 colour = pixelColour(row, x, bitCount, table);
-            texels[y * width + x] =
-                colour == transparent ? colour : static_cast<Rgb555>(colour | opaqueBit);
-        }
-    }
+    const ColourTable table = readColourTable(parts->colours);
+    for (std::size_t y = 0; y < height; ++y)
+        convertRow(parts->bits.subspan((height - 1 - y) * rowBytes, rowBytes), bitCount, table,
+                   transparentColour, texels.subspan(y * width, width));
     return true;
 }
 
@@ -169,6 +190,26 @@ void packTexture(const TextureSlot& texture, std::span<std::byte> bitmap)
                 *out++ = static_cast<std::byte>((channel & 0xF8) + mark);
         }
     }
+}
+
+std::size_t imageBufferSize(std::uint32_t width, std::uint32_t height, int depth)
+{
+    if (depth != 4 && depth != 8 && depth != 16 && depth != 24 && depth != 32) return 0;
+    const unsigned bitCount = depth == 24 ? 32u : static_cast<unsigned>(depth);
+    return tableBytesOf(bitCount) + bareRowBytesOf(width, bitCount) * height;
+}
+
+void convertImageBuffer(std::span<const std::byte> buffer, std::uint32_t width, int depth,
+                        Rgb555 transparentColour, std::span<Rgb555> texels)
+{
+    const unsigned bitCount = depth == 24 ? 32u : static_cast<unsigned>(depth);
+    const std::size_t rowBytes = bareRowBytesOf(width, bitCount);
+    ByteReader in{buffer};
+    const ColourTable table = readColourTable(in.take(tableBytesOf(bitCount)));
+    for (std::size_t start = 0; start < texels.size(); start += width)
+        convertRow(in.take(rowBytes), bitCount, table, transparentColour,
+                   texels.subspan(start, width));
+    assert(in.ok());
 }
 
 } // namespace facetor

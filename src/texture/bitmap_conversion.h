@@ -37,4 +37,18 @@ std::uint64_t packedTextureSize(const TextureSlot& texture);
 /// transparent one. Needs packedTextureSize() bytes, all of them zero.
 void packTexture(const TextureSlot& texture, std::span<std::byte> bitmap);
 
+// The image buffer that plug-ins fill (docs/plugins.md): rows top-down without bytes between them.
+// 4 and 8 bits a pixel index a table of 16 or 256 colours in front of the rows, an entry of 4 bytes
+// (blue, green, red, reserved); 16 bits are 5-5-5 with red high; 24 and 32 bits are both blue,
+// green, red and an unused byte.
+
+/// Bytes of the buffer for an image; 0 for a depth other than 4, 8, 16, 24 and 32. Needs both sizes
+/// in 0-65535.
+std::size_t imageBufferSize(std::uint32_t width, std::uint32_t height, int depth);
+
+/// Converts a buffer into texels, top row first, opaque as convertBitmap() makes them. Needs a
+/// buffer of imageBufferSize(), and `texels` of whole rows.
+void convertImageBuffer(std::span<const std::byte> buffer, std::uint32_t width, int depth,
+                        Rgb555 transparentColour, std::span<Rgb555> texels);
+
 } // namespace facetor

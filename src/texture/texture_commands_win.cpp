@@ -5,6 +5,7 @@
 #include "app/model_view_window.h"
 #include "app/recent_menu_win.h"
 #include "resources/resource_ids.h"
+#include "texture/plug_in_commands_win.h"
 #include "texture/texture_clipboard_win.h"
 #include "texture/texture_file_commands_win.h"
 #include "texture/texture_text.h"
@@ -22,6 +23,7 @@ namespace {
 enum class ListFlag {
     keep,
     set, ///< always, also when there was nothing to do
+    setOnSuccess,
     clearOnSuccess,
 };
 
@@ -140,6 +142,7 @@ constexpr TextureCommand textureCommands[] = {
     {IDM_TEXTURE_INSERT, IDM_TEXTURE_INSERT, moveSlots<insertSlot>, ListFlag::set},
     {IDM_TEXTURE_BACKSPACE, IDM_TEXTURE_BACKSPACE, moveSlots<removeSlot>, ListFlag::set},
     {IDM_TEXTURE_EMPTY_CLIPBOARD, IDM_TEXTURE_EMPTY_CLIPBOARD, onEmptyClipboard, ListFlag::keep},
+    {IDM_TEXTURE_IMPORT, IDM_TEXTURE_IMPORT, perform<importTextures>, ListFlag::setOnSuccess},
     {IDM_TEXTURE_INFORMATION, IDM_TEXTURE_INFORMATION, onInformation, ListFlag::keep},
     {IDM_RECENT_TEXTURES_1, IDM_RECENT_TEXTURES_4, onRecent, ListFlag::clearOnSuccess},
     {IDM_TEXTURE_DELETE_ALL, IDM_TEXTURE_DELETE_ALL, onDeleteAll, ListFlag::clearOnSuccess},
@@ -158,7 +161,8 @@ void runTextureCommand(Editor& editor, int number, LPARAM argument)
     const CommandOutcome outcome = command->handler(editor, number, argument);
     bool& changed = editor.document.texturesChanged;
     if (command->flag == ListFlag::set) changed = true;
-    if (command->flag == ListFlag::clearOnSuccess && outcome == CommandOutcome::done)
+    if (outcome == CommandOutcome::done && command->flag == ListFlag::setOnSuccess) changed = true;
+    if (outcome == CommandOutcome::done && command->flag == ListFlag::clearOnSuccess)
         changed = false;
     refreshMenuState(editor);
 }

@@ -7,6 +7,7 @@
 #include "app/recent_menu_win.h"
 #include "base/text.h"
 #include "output/texture_source.h"
+#include "texture/plug_in_commands_win.h"
 #include "texture/texture_file.h"
 #include "ui/handles_win.h"
 #include "ui/window_data_win.h"
@@ -69,7 +70,9 @@ CommandOutcome openTexturePath(Editor& editor, const std::string& path)
     if (askSaveTextures(editor, Word::openingNewFile) == Decision::stay)
         return CommandOutcome::abandoned;
     if (isTextureFile(path)) return loadTextures(editor, path);
-    alert(editor.alerts, editor.mainWindow, Message::formatNotSupported, AlertStyle::exclamation);
+    // An image that came in makes the list another one than any file's.
+    if (importTexturePath(editor, path) == CommandOutcome::done)
+        editor.document.texturesChanged = true;
     return CommandOutcome::abandoned;
 }
 

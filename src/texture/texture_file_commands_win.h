@@ -16,7 +16,8 @@ struct Editor;
 /// when the user cancels or chooses the form that is only written.
 CommandOutcome openTexturesWithDialog(Editor& editor);
 
-/// The same with a path. formatNotSupported is shown for a file that is no texture list.
+/// The same with a path. A file that is no texture list is imported as an image, into the current
+/// slot; that is `abandoned` as well, and leaves the list changed.
 CommandOutcome openTexturePath(Editor& editor, const std::string& path);
 
 /// Saves the list under its name with the extension ".mxt"; one without a file as Save as does. The

@@ -1,7 +1,7 @@
 #include "ui/colour_picker_win.h"
 
 #include "ui/colour_button_win.h"
-#include "ui/handles_win.h"
+#include "ui/module_win.h"
 #include "ui/window_data_win.h"
 
 #include <windows.h>
@@ -15,34 +15,18 @@ namespace facetor {
 
 namespace {
 
-using UniqueModule = UniqueHandle<HMODULE, FreeLibrary>;
-
 /// The module's export. It answers with 16 bits; what the register holds above them is not said.
 using GetColourFunction = DWORD(WINAPI*)(HWND owner, WORD colour);
 constexpr WORD getColourOrdinal = 1;
 
-/// Loads the module by its full path, so that none of the same name elsewhere is taken; what it
-/// needs itself is searched for from its own folder first. Without the system's own message about
-/// a file that is no module of this architecture.
-UniqueModule loadColourModule()
-{
-    const std::string folder = programFolder(nullptr);
-    if (folder.empty()) return nullptr;
-    DWORD errorMode = 0;
-    SetThreadErrorMode(SEM_FAILCRITICALERRORS, &errorMode);
-    UniqueModule module(LoadLibraryExA((folder + "\\" + colourModuleName).c_str(), nullptr,
-                                       LOAD_WITH_ALTERED_SEARCH_PATH));
-    SetThreadErrorMode(errorMode, nullptr);
-    return module;
-}
-
 std::optional<Rgb555> pickWithModule(HWND owner, Rgb555 colour)
 {
-    const UniqueModule module = loadColourModule();
+    const std::string folder = programFolder(nullptr);
+    if (folder.empty()) return std::nullopt;
+    const UniqueModule module = loadModule(folder + "\\" + colourModuleName);
     if (!module) return std::nullopt;
-    // By way of void*: the compiler rightly doubts a cast between kinds of functions.
-    const auto getColour = reinterpret_cast<GetColourFunction>(reinterpret_cast<void*>(
-        GetProcAddress(module.get(), reinterpret_cast<LPCSTR>(getColourOrdinal))));
+    const auto getColour =
+        exportOf<GetColourFunction>(module, reinterpret_cast<LPCSTR>(getColourOrdinal));
     if (!getColour) return std::nullopt;
     return static_cast<Rgb555>(getColour(owner, colour));
 }

@@ -2,6 +2,7 @@
 
 #include "ui/window_data_win.h"
 
+#include <cderr.h>
 #include <commdlg.h>
 
 #include <vector>
@@ -15,8 +16,10 @@ constexpr std::size_t pathBufferSize = 16640; ///< bytes, with the terminating N
 /// What a dialog may append to a name that is typed without an extension.
 constexpr char defaultExtension[] = "123";
 
-std::optional<ChosenFile> askFile(HWND owner, FileDialog& dialog, const std::string& initialName,
-                                  DWORD flags, BOOL(WINAPI* ask)(LPOPENFILENAMEA))
+/// What a dialog leaves in its buffer; none when the user cancels.
+std::optional<std::vector<char>> runDialog(HWND owner, FileDialog& dialog,
+                                           const std::string& initialName, DWORD flags,
+                                           BOOL(WINAPI* ask)(LPOPENFILENAMEA))
 {
     std::vector<char> path(pathBufferSize), title(pathBufferSize);
     initialName.copy(path.data(), path.size() - 1);
@@ -33,17 +36,51 @@ std::optional<ChosenFile> askFile(HWND owner, FileDialog& dialog, const std::str
     description.lpstrDefExt = defaultExtension;
     // Without OFN_NOCHANGEDIR the folder last looked at could not be removed while we run.
     description.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | flags;
-    if (!ask(&description)) return std::nullopt;
+    if (!ask(&description)) {
+        if (CommDlgExtendedError() != FNERR_BUFFERTOOSMALL) return std::nullopt;
+        path.assign(2, '\0');
+    }
     dialog.filter = description.nFilterIndex;
-    return ChosenFile{path.data(), description.nFilterIndex};
+    return path;
 }
+
+std::optional<ChosenFile> askFile(HWND owner, FileDialog& dialog, const std::string& initialName,
+                                  DWORD flags, BOOL(WINAPI* ask)(LPOPENFILENAMEA))
+{
+    const auto path = runDialog(owner, dialog, initialName, flags, ask);
+    if (!path || path->front() == '\0') return std::nullopt;
+    return ChosenFile{path->data(), dialog.filter};
+}
+
+/// The paths in the buffer of a dialog for several files: one path, or a folder and the names of
+/// files in it, each with its NUL, and one more NUL.
+std::vector<std::string> splitPaths(const char* next)
+{
+    std::vector<std::string> texts;
+    for (; *next != '\0'; next += texts.back().size() + 1) texts.emplace_back(next);
+    if (texts.size() <= 1) return texts;
+    std::string folder = texts.front();
+    if (!folder.ends_with('\\')) folder += '\\';
+    texts.erase(texts.begin());
+    for (std::string& text : texts) text.insert(0, folder);
+    return texts;
+}
+
+constexpr DWORD openFlags = OFN_PATHMUSTEXIST | OFN_FILEMUSTEXIST | OFN_CREATEPROMPT;
 
 } // namespace
 
 std::optional<ChosenFile> askOpenFile(HWND owner, FileDialog& dialog)
 {
-    return askFile(owner, dialog, {}, OFN_PATHMUSTEXIST | OFN_FILEMUSTEXIST | OFN_CREATEPROMPT,
-                   GetOpenFileNameA);
+    return askFile(owner, dialog, {}, openFlags, GetOpenFileNameA);
+}
+
+std::optional<ChosenFiles> askOpenFiles(HWND owner, FileDialog& dialog)
+{
+    const auto names =
+        runDialog(owner, dialog, {}, openFlags | OFN_ALLOWMULTISELECT, GetOpenFileNameA);
+    if (!names) return std::nullopt;
+    return ChosenFiles{splitPaths(names->data()), dialog.filter};
 }
 
 std::optional<ChosenFile> askSaveFile(HWND owner, FileDialog& dialog,

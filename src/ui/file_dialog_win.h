@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace facetor {
 
@@ -22,6 +23,15 @@ struct FileDialog {
 /// Asks for an existing file; none when the user cancels. Offers to create a missing one, which
 /// then does not exist when this returns.
 std::optional<ChosenFile> askOpenFile(HWND owner, FileDialog& dialog);
+
+/// Files chosen together, in the order in which the dialog gives them.
+struct ChosenFiles {
+    std::vector<std::string> paths; ///< empty when more were chosen than their names have room for
+    DWORD filter;                   ///< number of the filter that was set, from 1
+};
+
+/// As askOpenFile(), for one or more files of a folder.
+std::optional<ChosenFiles> askOpenFiles(HWND owner, FileDialog& dialog);
 
 /// Asks where to save. The folder must exist; overwriting is confirmed.
 std::optional<ChosenFile> askSaveFile(HWND owner, FileDialog& dialog,

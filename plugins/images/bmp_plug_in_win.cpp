@@ -1,0 +1,8 @@
+#include "images/bmp_codec.h"
+#include "images/plug_in_codec.h"
+
+namespace facetor {
+
+const ImageCodec& plugInCodec = bmpCodec;
+
+} // namespace facetor

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "images/image_codec.h"
+
+namespace facetor {
+
+/// The codec that a plug-in serves with; each plug-in defines its own.
+extern const ImageCodec& plugInCodec;
+
+} // namespace facetor

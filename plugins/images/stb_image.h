@@ -1,0 +1,29 @@
+#pragma once
+
+#include "images/image_codec.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace facetor {
+
+// The stb library, which reads and writes the compressed formats. Only its PNG and TGA readers are
+// compiled. Needs bytes that have been found to be of the one format or the other: it takes either.
+
+/// What stb says an image's size is; its depth is 32 when the image has alpha, otherwise 24.
+std::optional<ImageInfo> stbInfo(std::span<const std::byte> file);
+
+/// Red, green, blue and alpha of every pixel, top row first; empty when the image cannot be decoded
+/// or is larger than largestImageSide.
+std::vector<std::uint8_t> stbDecode(std::span<const std::byte> file);
+
+/// Pixels of `channels` bytes, 3 or 4 with alpha, top row first, as a PNG file. Empty when memory
+/// is short.
+Bytes stbEncodePng(std::uint32_t width, std::uint32_t height, int channels,
+                   std::span<const std::uint8_t> pixels);
+/// The same, with alpha, as a TGA file.
+Bytes stbEncodeTga(std::uint32_t width, std::uint32_t height, std::span<const std::uint8_t> rgba);
+
+} // namespace facetor

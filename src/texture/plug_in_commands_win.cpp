@@ -1,0 +1,105 @@
+#include "texture/plug_in_commands_win.h"
+
+#include "app/editor_win.h"
+#include "app/model_view_window.h"
+#include "model/undo.h"
+#include "texture/plug_ins_win.h"
+#include "ui/handles_win.h"
+#include "ui/window_data_win.h"
+
+#include <utility>
+
+namespace facetor {
+
+namespace {
+
+/// Shows why something is not done. A library that is gone or broken is the graver matter.
+CommandOutcome refuse(Editor& editor, const InputFault& fault)
+{
+    setAlertTexts(editor.alerts, fault.text1, fault.text2);
+    alert(editor.alerts, editor.mainWindow, fault.message,
+          fault.message == Message::noPlugIn ? AlertStyle::stop : AlertStyle::exclamation);
+    return CommandOutcome::abandoned;
+}
+
+std::string plugInPath(const Editor& editor, const std::string& file)
+{
+    return editor.plugIns.folder + "\\" + file;
+}
+
+/// Puts one image into a slot, or shows why not.
+bool importOne(Editor& editor, const std::string& plugIn, const std::string& path,
+               std::uint32_t slot)
+{
+    ImportedImage image;
+    {
+        const WaitCursor waiting;
+        image = importImage(plugIn, path, editor.transparentColour);
+    }
+    if (image.fault) {
+        (void)refuse(editor, *image.fault);
+        return false;
+    }
+    editor.document.textures.set(slot, image.width, image.height, std::move(image.pixels));
+    return true;
+}
+
+/// What follows an import: the undo slot may hold a texture that is no longer there.
+void showImported(Editor& editor)
+{
+    undoClear(editor.undo);
+    redrawTextures(editor);
+    requestRedraw(editor);
+}
+
+} // namespace
+
+bool scanPlugIns(Editor& editor)
+{
+    editor.plugIns.folder = programFolder(editor.mainWindow) + "\\" +
+                            loadCatalogueText(editor.mainWindow, Word::plugInFolder);
+    const auto report = [&](Message message, const std::string& file) {
+        setAlertTexts(editor.alerts, file, {});
+        alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation);
+    };
+    const Message message = scanPlugInFolder(editor.plugIns, report);
+    if (message == Message::none) return true;
+    alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation);
+    return false;
+}
+
+CommandOutcome importTextures(Editor& editor)
+{
+    const PlugInList& list = editor.plugIns.import;
+    if (list.files.empty()) return refuse(editor, {Message::noPlugIn});
+    editor.fileDialogs.importTextures.filters = list.filter.data();
+    const auto chosen = askOpenFiles(editor.mainWindow, editor.fileDialogs.importTextures);
+    if (!chosen || chosen->filter < 1 || chosen->filter > list.files.size())
+        return CommandOutcome::abandoned;
+    if (chosen->paths.empty()) return refuse(editor, {Message::outOfMemory});
+    const std::string plugIn = plugInPath(editor, list.files[chosen->filter - 1]);
+    const std::uint32_t first = editor.document.textures.current;
+    const std::uint32_t count = importCount(first, chosen->paths.size());
+    CommandOutcome outcome = CommandOutcome::abandoned;
+    for (std::uint32_t i = 0; i < count; ++i) // one that fails does not keep the others out
+        if (importOne(editor, plugIn, chosen->paths[i], first + i)) outcome = CommandOutcome::done;
+    showImported(editor);
+    return outcome;
+}
+
+CommandOutcome importTexturePath(Editor& editor, const std::string& path)
+{
+    for (const std::string& file : editor.plugIns.import.files) {
+        const std::string plugIn = plugInPath(editor, file);
+        const Message message = checkImage(plugIn, path);
+        if (message == Message::formatNotSupported) continue;
+        if (message != Message::none) return refuse(editor, {message});
+        if (!importOne(editor, plugIn, path, editor.document.textures.current))
+            return CommandOutcome::abandoned;
+        showImported(editor);
+        return CommandOutcome::done;
+    }
+    return refuse(editor, {Message::formatNotSupported});
+}
+
+} // namespace facetor

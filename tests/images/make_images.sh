@@ -1,0 +1,73 @@
+#!/usr/bin/env bash
+# Makes the pictures of this folder with ImageMagick, and beside each the pixels that ImageMagick
+# itself reads from it: red, green, blue and alpha, two bytes each, the high one first. They are
+# kept, so that no test needs the program.
+set -eu
+cd "$(dirname "${BASH_SOURCE[0]}")"
+rm -f ./*.bmp ./*.png ./*.tga ./*.jpg ./*.gif ./*.tif ./*.rgba
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+# make NAME SOURCE OPTION...: a picture and what it shows.
+make() {
+    convert "$work/$2.miff" "${@:3}" "$1"
+    convert "$1" -strip -alpha set -depth 16 -endian MSB "RGBA:${1##*:}.rgba"
+}
+
+# 16 x 8 pixels: near-black in the first row, then ramps of the components by themselves and
+# together. `cut` has opaque, transparent and half transparent rows.
+convert -size 16x8 xc:black -channel R -fx 'j==0 ? (i%5)*2/255 : j<5 ? i/15 : 1-i*j/105' \
+    -channel G -fx 'j==0 ? (i%4)*3/255 : j%2 ? i*17/255 : j/7' \
+    -channel B -fx 'j==0 ? (i%3)*4/255 : j<3 ? i/31 : 1-j/7' -depth 8 "$work/full.miff"
+convert "$work/full.miff" -alpha set -channel A \
+    -fx 'j<2 ? 1 : j<4 ? 0 : (112+i*2)/255' "$work/cut.miff"
+convert "$work/full.miff" -colorspace Gray "$work/grey.miff"
+convert "$work/full.miff" +dither -colors 13 "$work/few.miff"
+convert "$work/full.miff" +dither -posterize 5 "$work/many.miff"
+convert "$work/grey.miff" -threshold 50% "$work/two.miff"
+convert "$work/few.miff" -alpha set -channel A -fx 'i<5 ? 0 : 1' "$work/holes.miff"
+for size in 12x8 264x8 8x300; do
+    convert -size "$size" gradient:navy-yellow "$work/$size.miff"
+done
+convert "$work/full.miff" -crop 15x7+0+0 +repage "$work/odd.miff"
+
+for bits in 4 8; do
+    make BMP3:bmp$bits.bmp "$([ $bits = 4 ] && echo few || echo many)" -type Palette -compress none
+    make BMP3:odd$bits.bmp odd $([ $bits = 4 ] && echo +dither -colors 16) -type Palette -compress none
+done
+make BMP2:core8.bmp many -type Palette -compress none
+make BMP3:rle8.bmp many -type Palette -compress RLE
+make bmp555.bmp full -define bmp:subtype=RGB555
+make bmp565.bmp full -define bmp:subtype=RGB565
+make BMP3:odd24.bmp odd -type TrueColor
+make BMP3:bmp24.bmp full -type TrueColor
+make BMP2:core24.bmp full -type TrueColor
+make bmp32.bmp cut -type TrueColorAlpha
+make BMP3:bmp1.bmp two -type Bilevel -monochrome
+make PNG8:palette.png few
+make PNG8:palette-cut.png holes
+make PNG24:rgb.png full
+make PNG32:rgba.png cut
+make PNG48:rgb48.png full
+make PNG64:rgba64.png cut
+make PNG24:interlaced.png full -interlace PNG
+make grey.png grey -type Grayscale
+make two.png two -type Bilevel
+make rgb.tga full -type TrueColor -compress none
+make rgb-rle.tga full -type TrueColor -compress RLE
+make rgba.tga cut -type TrueColorAlpha -compress none
+make rgba-rle.tga cut -type TrueColorAlpha -compress RLE
+make palette.tga few -type Palette -compress none
+make palette-rle.tga few -type Palette -compress RLE
+make grey.tga grey -type Grayscale -compress none
+make rgb.jpg full -sampling-factor 1x1 -quality 95
+make grey.jpg grey -quality 95
+make holes.gif holes
+make full.gif few
+make rgb.tif full -compress none
+make lzw.tif full -compress LZW
+make cut.tif cut -compress Zip
+for size in 12x8 264x8 8x300; do
+    for type in bmp png tga jpg; do convert "$work/$size.miff" "$size.$type"; done
+done
+rm -f ./[0-9]*.rgba
