@@ -31,8 +31,8 @@ RECT partOf(const PixelRectangle& cell, const PixelRectangle& part)
 
 void fill(HDC dc, const RECT& area, COLORREF colour)
 {
-    const UniqueHandle<HBRUSH, DeleteObject> brush(CreateSolidBrush(colour));
-    FillRect(dc, &area, brush.get());
+    SetDCBrushColor(dc, colour);
+    FillRect(dc, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
 }
 
 /// A frame of one pixel: its upper left half in one colour, its lower right half in another.

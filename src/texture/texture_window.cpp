@@ -187,7 +187,7 @@ void onDestroy(Editor& editor)
     releaseToolBarImages(textures.toolBar);
     textures.window = nullptr;
     textures.toolBar = nullptr;
-    if (IsWindow(editor.toolBar)) refreshMenuState(editor); // not when the editor ends
+    refreshMenuState(editor);
 }
 
 LRESULT CALLBACK textureProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)

@@ -57,6 +57,23 @@ TEST(MenuState, AtTheStartOnlyTheRotateToolIsCheckedAndSelectAllEnabled)
         EXPECT_EQ(stateOf({}, command), (CommandState{command, false, false}));
 }
 
+TEST(MenuState, TheTextureWindowsCommandsFollowTheirFacts)
+{
+    using States = std::vector<CommandState>;
+    EXPECT_EQ(textureMenuState({}), (States{{40032, false, false},
+                                            {40034, false, false},
+                                            {40035, false, false},
+                                            {40038, false, false},
+                                            {40085, false, false},
+                                            {40099, true, false}}));
+    EXPECT_EQ(textureMenuState({true, true, true, true}), (States{{40032, true, false},
+                                                                  {40034, true, false},
+                                                                  {40035, true, false},
+                                                                  {40038, true, false},
+                                                                  {40085, true, false},
+                                                                  {40099, true, true}}));
+}
+
 TEST(MenuState, ToolsAndCommandsAreEachOthers)
 {
     for (const int command : {40103, 40104, 40105, 40107, 40108})

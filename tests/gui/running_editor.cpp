@@ -204,7 +204,7 @@ void RunningEditor::post(UINT message, WPARAM wParam, LPARAM lParam) const
     PostMessageA(window_, message, wParam, lParam);
 }
 
-void RunningEditor::postDrop(const std::vector<std::string>& paths) const
+void RunningEditor::postDrop(const std::vector<std::string>& paths, HWND target) const
 {
     std::string names;
     for (const std::string& path : paths) names += path + '\0';
@@ -214,7 +214,8 @@ void RunningEditor::postDrop(const std::vector<std::string>& paths) const
     *files = {sizeof(DROPFILES), {0, 0}, FALSE, FALSE};
     std::memcpy(files + 1, names.data(), names.size());
     GlobalUnlock(block);
-    post(WM_DROPFILES, reinterpret_cast<WPARAM>(block)); // the receiver frees the block
+    PostMessageA(target ? target : window_, WM_DROPFILES, reinterpret_cast<WPARAM>(block),
+                 0); // the receiver frees the block
 }
 
 void RunningEditor::call(const std::function<void(Editor&)>& action) const

@@ -55,8 +55,8 @@ public:
     LRESULT sendCommand(int number, LPARAM argument = 0) const;
     /// Posts a message: for what brings up an alert, a dialog or a menu and returns after it.
     void post(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
-    /// Posts what a drop of these files sends.
-    void postDrop(const std::vector<std::string>& paths) const;
+    /// Posts what a drop of these files sends, to the main window unless another is given.
+    void postDrop(const std::vector<std::string>& paths, HWND target = nullptr) const;
 
     /// Runs `action` on the editor's thread, between two messages.
     void call(const std::function<void(Editor&)>& action) const;

@@ -1,5 +1,6 @@
 #include "base/file.h"
 #include "base/temporary_folder.h"
+#include "gui/command_line_tool.h"
 #include "gui/model_files.h"
 #include "gui/running_editor.h"
 #include "model/model_file.h"
@@ -111,25 +112,6 @@ TEST(Save, SaveAsWritesTheChosenFormAndNamesTheModelAfterIt)
         EXPECT_FALSE(isChanged(editor));
         EXPECT_EQ(recentItems(editor).size(), current.recents);
     }
-}
-
-/// Runs facetor-cli and waits for its end. Returns its exit status; -1 when it does not start or
-/// end.
-int runCommandLineTool(const std::string& arguments)
-{
-    std::string commandLine = "\"" FACETOR_CLI "\" " + arguments;
-    STARTUPINFOA start{};
-    start.cb = sizeof start;
-    PROCESS_INFORMATION process{};
-    if (!CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                        &start, &process))
-        return -1;
-    DWORD status = static_cast<DWORD>(-1);
-    if (WaitForSingleObject(process.hProcess, longestWait) == WAIT_OBJECT_0)
-        GetExitCodeProcess(process.hProcess, &status);
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-    return static_cast<int>(status);
 }
 
 TEST(Save, TheSourceOfASampleIsTheOneThatTheCommandLineToolWrites)

@@ -1,6 +1,7 @@
 #include "app/main_window.h"
 #include "app/title_win.h"
 #include "base/temporary_folder.h"
+#include "gui/menu_outline.h"
 #include "gui/model_files.h"
 #include "gui/running_editor.h"
 #include "ui/window_data_win.h"
@@ -19,29 +20,6 @@
 namespace facetor {
 
 namespace {
-
-/// A menu's items as text, submenus in braces: "A {B, C}, -, D=number". What is grey stands in
-/// parentheses.
-std::string menuOutline(HMENU menu)
-{
-    std::string outline;
-    for (int position = 0; position < GetMenuItemCount(menu); ++position) {
-        std::array<char, 128> text{};
-        const auto index = static_cast<UINT>(position);
-        GetMenuStringA(menu, index, text.data(), static_cast<int>(text.size()), MF_BYPOSITION);
-        outline += position == 0 ? "" : ", ";
-        std::string item = text.data();
-        const UINT state = GetMenuState(menu, index, MF_BYPOSITION);
-        if (const HMENU submenu = GetSubMenu(menu, position))
-            item += " {" + menuOutline(submenu) + "}";
-        else if (state & MF_SEPARATOR)
-            item = "-";
-        else
-            item += "=" + std::to_string(GetMenuItemID(menu, position));
-        outline += state & MF_GRAYED && item != "-" ? "(" + item + ")" : item;
-    }
-    return outline;
-}
 
 TEST(Start, MainWindowHasItsClassStyleTitleAndMenu)
 {

@@ -140,5 +140,27 @@ TEST(BitmapConversion, EveryCutOfAGoodBitmapIsRefused)
     }
 }
 
+TEST(BitmapConversion, PacksATextureSoThatItComesBackAndMarksTransparentTexels)
+{
+    Rgb555 texels[] = {0x7FFF, 0xFFFF, opaque(1, 2, 4), rgb555(30, 20, 10), 0x8000, 0x0000};
+    const TextureSlot texture{3, 2, texels};
+    Bytes bitmap(packedTextureSize(texture));
+    packTexture(texture, bitmap);
+    ByteWriter expected = header(3, 2, 24);
+    Bytes bytes = expected.release();
+    for (const auto& [offset, value] : {std::pair{20u, 24},
+                                        {24u, 2835 & 255},
+                                        {25u, 2835 >> 8},
+                                        {28u, 2835 & 255},
+                                        {29u, 2835 >> 8}})
+        bytes[offset] = static_cast<std::byte>(value);
+    for (const int value : {81,   161,  241,  0,    0,    0,    1,  1,  1, 0, 0, 0, // the lower row
+                            0xF9, 0xF9, 0xF9, 0xF8, 0xF8, 0xF8, 32, 16, 8, 0, 0, 0})
+        bytes.push_back(static_cast<std::byte>(value));
+    EXPECT_EQ(bitmap, bytes);
+    for (Rgb555& texel : texels) texel |= opaqueBit; // which is not what the channels tell
+    EXPECT_EQ(convert(bitmap), std::vector<Rgb555>(std::begin(texels), std::end(texels)));
+}
+
 } // namespace
 } // namespace facetor

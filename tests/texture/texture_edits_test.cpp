@@ -38,6 +38,32 @@ protected:
     UndoSlot undo;
 };
 
+TEST_F(TextureEdits, APastedBitmapReplacesTheSlotOrIsRefusedWithEverythingAsItWas)
+{
+    const auto bitmap = [&](std::uint32_t width, std::uint32_t height, std::size_t rows) {
+        ByteWriter out;
+        for (const std::uint32_t field : {40u, width, height, 24u << 16 | 1u, 0u}) out.u32(field);
+        out.zeros(20 + rows * width * 3);
+        return out.release();
+    };
+    const std::pair<Bytes, Message> cases[] = {
+        {bitmap(12, 2, 2), Message::textureWidthNotMultipleOf8},
+        {bitmap(8, 2, 1), Message::clipboardTypeNotSupported},
+        {bitmap(65528, 65535, 0), Message::clipboardTypeNotSupported},
+        {bitmap(65544, 1, 1), Message::clipboardTypeNotSupported},
+        {{}, Message::clipboardTypeNotSupported},
+        {bitmap(8, 2, 2), Message::none}};
+    putNumbered(list, 5, 8, 1, 40);
+    for (const auto& [bytes, message] : cases) {
+        EXPECT_EQ(list.slot(5).height, 1);
+        EXPECT_TRUE(undo.isEmpty());
+        EXPECT_EQ(pasteBitmap(list, undo, 5, bytes, 0xFFFF).edit, message);
+    }
+    EXPECT_EQ(numbersOf(list, 5), std::vector<int>(16, 0));
+    EXPECT_EQ(undoTextureEdit(list, undo, model), Message::none);
+    EXPECT_EQ(list.slot(5).pixels[0] & 0x7FFF, 40);
+}
+
 TEST_F(TextureEdits, FlipsAndTurnsMoveEveryTexelToItsPlace)
 {
     // 0 1 2
