@@ -5,6 +5,7 @@
 #include "base/angle.h"
 #include "base/colour.h"
 #include "base/geometry.h"
+#include "output/target_image.h"
 #include "view/view.h"
 
 #include <array>
@@ -25,8 +26,16 @@ int runInfo(const std::string& path, InfoFormat format);
 /// Reads every file and says of each "PATH: ok" or what is wrong with it.
 int runCheck(const std::vector<std::string>& paths);
 
+struct ConvertOptions {
+    std::vector<std::string> paths; ///< the input, then the output
+    float scale = 1.0f;             ///< of positions in a model's target image
+};
+
 /// Reads `paths` but the last and writes the last; the extensions say what becomes of what.
-int runConvert(const std::vector<std::string>& paths, Progress progress);
+int runConvert(const ConvertOptions& options, Progress progress);
+
+/// Writes a scene's target image.
+int runScene(const SceneSettings& scene, const std::string& output, Progress progress);
 
 /// What `render` is asked for; the defaults are those of a freshly started editor.
 struct RenderOptions {

@@ -55,6 +55,32 @@ void addCommon(CLI::App& command, Progress& progress)
         "-q,--quiet", [&progress] { progress = Progress::silent; }, "Do not report progress");
 }
 
+constexpr char colourForm[] = "R,G,B";
+
+// What rendering a frame and describing a scene have in common.
+
+void addLight(CLI::App& command, Vector3& direction, Rgb555& colour, Rgb555& ambient)
+{
+    addValue(command, "--light", direction, parseVector, "X,Y,Z",
+             "Light direction, used as given; default 0.577,0.577,0.577");
+    addValue(command, "--light-color", colour, parseColour, colourForm,
+             "Light colour, 0-31 each; default 31,31,31");
+    addValue(command, "--ambient", ambient, parseColour, colourForm,
+             "Ambient colour, 0-31 each; default 0,0,0");
+}
+
+void addBackground(CLI::App& command, Rgb555& colour)
+{
+    addValue(command, "--background", colour, parseColour, colourForm,
+             "Background colour, 0-31 each; default 0,0,16");
+}
+
+void addViewAngle(CLI::App& command, Angle& angle)
+{
+    addValue(command, "--angle", angle, parseViewAngle, "DEGREES",
+             "View angle, 1 to 179 degrees; default 16383 angle units, about 90 degrees");
+}
+
 using Action = std::function<int()>;
 
 void addInfo(CLI::App& app, Progress& progress, Action& action)
@@ -91,13 +117,19 @@ void addConvert(CLI::App& app, Progress& progress, Action& action)
         "convert", "Convert a file into what its new extension says:\n"
                    "  .mx3 to .mx3   reads a model and writes it again in the current layout\n"
                    "  .mx3 to .mdl   writes a model as C source\n"
+                   "  .mx3 to .sal   writes a model's target image\n"
                    "  .mxt to .mxt   reads a texture list and writes it again\n"
-                   "  .mxt to .txr   writes a texture list as C source");
+                   "  .mxt to .txr   writes a texture list as C source\n"
+                   "  .mxt to .sal   writes a texture list's target image");
     addCommon(*command, progress);
-    const auto paths = std::make_shared<std::vector<std::string>>();
-    command->add_option("FILE", *paths, "The input, then the output")->required()->expected(2, -1);
-    command->callback([&action, &progress, paths] {
-        action = [&progress, paths] { return runConvert(*paths, progress); };
+    const auto options = std::make_shared<ConvertOptions>();
+    command->add_option("FILE", options->paths, "The input, then the output")
+        ->required()
+        ->expected(2, -1);
+    addValue(*command, "--scale", options->scale, parseFloat, "S",
+             "Scale of positions in a model's target image; default 1.0");
+    command->callback([&action, &progress, options] {
+        action = [&progress, options] { return runConvert(*options, progress); };
     });
 }
 
@@ -130,24 +162,16 @@ void addRender(CLI::App& app, Progress& progress, Action& action)
                                                    "One of the fixed views");
     addValue(*command, "--view-scale", options->viewScale, parseFloat, "S", "View scale; default 1")
         ->needs(noFit);
-    addValue(*command, "--angle", options->viewAngle, parseViewAngle, "DEGREES",
-             "View angle, 1 to 179 degrees; default 16383 angle units, about 90 degrees");
+    addViewAngle(*command, options->viewAngle);
     command->add_flag("--parallel", options->parallel, "Parallel projection");
     addChoice(*command, "--draw", options->draw,
               std::map<std::string, DragDrawMode>{{"full", DragDrawMode::full},
                                                   {"flat", DragDrawMode::flat},
                                                   {"wire", DragDrawMode::wire}},
               "Draw mode; default full");
-    addValue(*command, "--light", options->light, parseVector, "X,Y,Z",
-             "Light direction, used as given; default 0.577,0.577,0.577");
-    const std::string colour = "R,G,B";
-    addValue(*command, "--light-color", options->lightColour, parseColour, colour,
-             "Light colour, 0-31 each; default 31,31,31");
-    addValue(*command, "--ambient", options->ambientColour, parseColour, colour,
-             "Ambient colour, 0-31 each; default 0,0,0");
-    addValue(*command, "--background", options->backgroundColour, parseColour, colour,
-             "Background colour, 0-31 each; default 0,0,16");
-    addValue(*command, "--picked", options->pickedColour, parseColour, colour,
+    addLight(*command, options->light, options->lightColour, options->ambientColour);
+    addBackground(*command, options->backgroundColour);
+    addValue(*command, "--picked", options->pickedColour, parseColour, colourForm,
              "Colour of picked polygons, 0-31 each; default 0,31,0");
     addChoice(*command, "--select", options->selectAll,
               std::map<std::string, bool>{{"all", true}, {"none", false}},
@@ -158,6 +182,27 @@ void addRender(CLI::App& app, Progress& progress, Action& action)
         "Draw the whole frame N times, 1 to 1000000, and print how long it took");
     command->callback([&action, &progress, options] {
         action = [&progress, options] { return runRender(*options, progress); };
+    });
+}
+
+void addScene(CLI::App& app, Progress& progress, Action& action)
+{
+    CLI::App* command = app.add_subcommand("scene", "Write the target image of a scene");
+    addCommon(*command, progress);
+    struct Arguments {
+        SceneSettings scene;
+        std::string output;
+    };
+    const auto arguments = std::make_shared<Arguments>();
+    SceneSettings& scene = arguments->scene;
+    command->add_option("OUT", arguments->output, "The target image (.sal)")->required();
+    addLight(*command, scene.lightDirection, scene.lightColour, scene.ambientColour);
+    addBackground(*command, scene.backgroundColour);
+    addViewAngle(*command, scene.viewAngle);
+    command->callback([&action, &progress, arguments] {
+        action = [&progress, arguments] {
+            return runScene(arguments->scene, arguments->output, progress);
+        };
     });
 }
 
@@ -173,6 +218,7 @@ int run(int argumentCount, const char* const* arguments)
     addCheck(app, progress, action);
     addConvert(app, progress, action);
     addRender(app, progress, action);
+    addScene(app, progress, action);
     try {
         app.parse(argumentCount, arguments);
     } catch (const CLI::Success& answer) { // help or the version

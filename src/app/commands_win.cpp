@@ -13,6 +13,7 @@
 #include "app/property_dialog.h"
 #include "app/recent_menu_win.h"
 #include "app/screen_dialog.h"
+#include "app/send_target_win.h"
 #include "app/view_commands_win.h"
 #include "attr/attribute_window.h"
 #include "resources/resource_ids.h"
@@ -133,6 +134,12 @@ CommandOutcome onToolBox(Editor& editor, int, LPARAM)
     return CommandOutcome::done;
 }
 
+CommandOutcome onSendTarget(Editor& editor, int number, LPARAM)
+{
+    sendTarget(editor, static_cast<TargetImage>(number - IDM_SEND_MODEL));
+    return CommandOutcome::done;
+}
+
 constexpr Command mainCommands[] = {
     {IDM_FILE_OPEN, IDM_FILE_OPEN, onOpen, ChangedFlag::clearOnSuccess},
     {IDM_FILE_EXIT, IDM_FILE_EXIT, onExit, ChangedFlag::keep},
@@ -159,6 +166,7 @@ constexpr Command mainCommands[] = {
     {IDM_GOURAUD_TABLE, IDM_GOURAUD_TABLE, perform<bakeGouraudTable>, ChangedFlag::set},
     {IDM_SELECT_MODEL, IDM_SELECT_MATERIAL, onSelect, ChangedFlag::keep},
     {IDM_TEXTURE_INFORMATION, IDM_TEXTURE_INFORMATION, onTextures, ChangedFlag::keep},
+    {IDM_SEND_MODEL, IDM_SEND_SCENE, onSendTarget, ChangedFlag::keep},
     {IDM_TOOL_ROTATE, IDM_TOOL_SCALE, onTool, ChangedFlag::keep},
     {IDM_TOOL_SELECT, IDM_TOOL_MOVE_SLICE, onTool, ChangedFlag::keep},
     {IDM_RECENT_MODEL_1, IDM_RECENT_MODEL_4, onRecentModel, ChangedFlag::keep},

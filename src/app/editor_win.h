@@ -96,8 +96,9 @@ struct Editor {
     FileDialogs fileDialogs;
     PlugIns plugIns;
 
-    std::string settingsPath; ///< empty when no settings are kept
-    SettingsRecord settings;  ///< as read; what belongs to no window of this run is written again
+    std::array<std::string, 2> targetFolders; ///< for target images: the first that takes them
+    std::string settingsPath;                 ///< empty when no settings are kept
+    SettingsRecord settings; ///< as read; what belongs to no window of this run is written again
     RecentFiles recentModels;
     RecentFiles recentTextures;
 

@@ -2,6 +2,7 @@
 
 #include "app/main_window.h"
 #include "app/model_commands_win.h"
+#include "app/settings_win.h"
 #include "app/title_win.h"
 #include "ui/handles_win.h"
 
@@ -102,6 +103,7 @@ int runProgram(const Start& start)
     editor->platform = start.platform;
     editor->accelerators = LoadAcceleratorsA(start.instance, "IDR_ACCEL");
     editor->settingsPath = start.settingsPath;
+    editor->targetFolders = sharedFolders();
     if (!registerMainWindow(*editor)) return 0;
     const EditorScope scope(*editor);
     if (!registerToolBox(*editor) || !registerTextureWindow(*editor)) return 0;

@@ -65,9 +65,15 @@ std::optional<SettingsRecord> readSettings(const std::string& path)
 
 } // namespace
 
+std::array<std::string, 2> sharedFolders()
+{
+    return {windowsFolder(), userFolder()};
+}
+
 std::string findSettingsPath()
 {
-    return chooseSettingsPath(programFolder(nullptr), windowsFolder(), userFolder());
+    const auto [windows, user] = sharedFolders();
+    return chooseSettingsPath(programFolder(nullptr), windows, user);
 }
 
 WindowRectangle virtualScreen()

@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <array>
 #include <string>
 
 namespace facetor {
@@ -14,6 +15,10 @@ struct Editor;
 
 /// Where this installation keeps its settings.
 std::string findSettingsPath();
+
+/// The folders for files that outlive a run: the Windows directory and, where that cannot be
+/// written, the user's own folder for this program.
+std::array<std::string, 2> sharedFolders();
 
 /// Reads the settings into editor.settings and applies those of the main window, the view and the
 /// recent files. False, with everything as it is, when there are none or they cannot be read.

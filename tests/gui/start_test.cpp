@@ -51,7 +51,7 @@ TEST(Start, MainWindowHasItsClassStyleTitleAndMenu)
               "(Select Clea&r\tCtrl+D=40092), -, Pr&operty...\tAlt+Enter=40021}, "
               "&View {Tool &Box=40125, &Attribute=40008, &Hierarchy=40009, "
               "&Texture List=40030, -, "
-              "Send &Target {(&Model=40100), (&Texture=40101), (&Scene=40102)}}, "
+              "Send &Target {&Model=40100, &Texture=40101, &Scene=40102}}, "
               "&Options {&Light...=40042, &Screen...=40043, -, "
               "&Camera {&Foward=40044, &Back=40045, &Left=40046, &Right=40047, &Top=40048, "
               "B&ottom=40049, -, (Camera #&1=40050), (Camera #&2=40051), (Camera #&3=40052), "

@@ -1,5 +1,6 @@
 #include "output/exported_sample.h"
 
+#include "attr/attribute_packing.h"
 #include "attr/gouraud_count.h"
 #include "model/model_file.h"
 
@@ -25,6 +26,9 @@ void expectSame(const Vector3& expected, const double* actual)
 struct Comparison {
     const Model& model;
     test::ExportedSample exported;
+    std::uint16_t imageLight = firstGouraudTable;
+    std::uint16_t imageTable =
+        static_cast<std::uint16_t>(firstGouraudTable + countGouraud(model).light);
     std::uint32_t objects = 0, polygons = 0, vertices = 0, light = 0, table = 0;
 
     void compareGouraud(const PolygonAttribute& attribute, const ATTR& actual)
@@ -52,6 +56,10 @@ struct Comparison {
         EXPECT_EQ(actual.color, attribute.color & 0x7FFF);
         EXPECT_EQ(static_cast<std::uint32_t>(actual.mode), attribute.flags & 0x1F00);
         if ((attribute.flags & gouraudShading) != 0) compareGouraud(attribute, actual);
+        const PackedAttribute packed = packAttribute(attribute, imageLight, imageTable);
+        EXPECT_EQ(std::to_integer<int>(packed[8]) << 8 | std::to_integer<int>(packed[9]),
+                  actual.gouraud)
+            << "source and target image name the same table";
     }
 
     void compareMesh(const Mesh& mesh, const PDATA& data)

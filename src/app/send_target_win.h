@@ -1,0 +1,19 @@
+#pragma once
+
+namespace facetor {
+
+struct Editor;
+
+/// The target images, in the order of their commands.
+enum class TargetImage { model, textures, scene };
+
+/// How long the monitor program may take for its answer, in milliseconds. One that takes longer
+/// counts as missing, so that it does not stop the editor for good.
+inline constexpr unsigned monitorPatience = 5000;
+
+/// Writes a target image into the shared folder and hands its path to the monitor program. Every
+/// failure to write shows message 17; a monitor that is missing, refuses or does not answer in time
+/// shows message 38 with its title, the file having been written.
+void sendTarget(Editor& editor, TargetImage image);
+
+} // namespace facetor

@@ -1,0 +1,146 @@
+#include "app/send_target_win.h"
+#include "base/file.h"
+#include "base/temporary_folder.h"
+#include "gui/model_files.h"
+#include "gui/running_editor.h"
+#include "output/target_image.h"
+#include "resources/resource_ids.h"
+#include "ui/handles_win.h"
+#include "ui/window_data_win.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace facetor {
+
+namespace {
+
+/// The stand-in monitor as a process of its own, with a window of this title, until the end of the
+/// scope.
+class RunningMonitor {
+public:
+    RunningMonitor(const std::string& title, const std::string& answer, const std::string& report)
+    {
+        std::string line = "\"" + programFolder(nullptr) + "\\stand_in_monitor.exe\" \"" + title +
+                           "\" " + answer + " \"" + report + "\"";
+        STARTUPINFOA start{};
+        start.cb = sizeof start;
+        EXPECT_TRUE(CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                                   nullptr, &start, &process_));
+        EXPECT_TRUE(waitUntil([&] { return FindWindowA(nullptr, title.c_str()) != nullptr; }));
+    }
+    ~RunningMonitor()
+    {
+        TerminateProcess(process_.hProcess, 0);
+        WaitForSingleObject(process_.hProcess, longestWait);
+        CloseHandle(process_.hThread);
+        CloseHandle(process_.hProcess);
+    }
+    RunningMonitor(const RunningMonitor&) = delete;
+    RunningMonitor& operator=(const RunningMonitor&) = delete;
+
+private:
+    PROCESS_INFORMATION process_{};
+};
+
+constexpr char monitorTitle[] = "TQ Monitor for NT";
+
+std::string contentsOf(const std::string& path)
+{
+    const auto bytes = readFile(path);
+    if (!bytes) return {};
+    return {reinterpret_cast<const char*>(bytes->data()), bytes->size()};
+}
+
+class SendTarget : public testing::Test {
+protected:
+    /// Sends one image and returns the alert's text; empty when there was none.
+    std::string send(const RunningEditor& editor, int command) const
+    {
+        editor.call([&](Editor& e) { e.targetFolders = folders; });
+        editor.post(WM_COMMAND, static_cast<WPARAM>(command));
+        editor.begin(
+            [this](Editor&) { done = true; }); // handled after the command, or within its alert
+        ShownAlert shown;
+        EXPECT_TRUE(waitUntil([&] {
+            shown = editor.findAlert();
+            return shown.window || done;
+        }));
+        shown = editor.findAlert();
+        if (shown.window) EXPECT_TRUE(editor.press(shown, IDOK));
+        done = false;
+        return shown.text;
+    }
+
+    TemporaryFolder folder;
+    std::array<std::string, 2> folders{folder.path().string(), ""};
+    std::string report = folder.file("report.txt");
+    mutable std::atomic<bool> done = false;
+};
+
+TEST_F(SendTarget, TheMonitorGetsThePathOfEachImage)
+{
+    const RunningEditor editor({"samples\\prop.mx3", "samples\\ship.mxt"});
+    const RunningMonitor monitor(monitorTitle, "0", report);
+    const std::pair<int, const char*> images[] = {{IDM_SEND_MODEL, "devMX3.sal"},
+                                                  {IDM_SEND_TEXTURES, "devMXT.sal"},
+                                                  {IDM_SEND_SCENE, "devMXS.sal"}};
+    for (const auto& [command, name] : images) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(send(editor, command), "");
+        const std::string path = folders[0] + "\\" + name, text = contentsOf(report);
+        EXPECT_TRUE(text.starts_with("5451414c 1 " + path + "\n")) << text;
+        const Bytes expected = editor.ask([command = command](Editor& e) {
+            if (command == IDM_SEND_MODEL)
+                return formatModelImage(e.document.model, e.view.viewScale);
+            if (command == IDM_SEND_SCENE) return formatSceneImage({});
+            Bytes image;
+            EXPECT_EQ(formatTextureImage(image, e.document.textures), Message::none);
+            return image;
+        });
+        EXPECT_EQ(readFile(path), expected);
+        EXPECT_NE(text.find(command == IDM_SEND_MODEL      ? "\n60ae000 288\n60afff8 4\n60b0000 "
+                            : command == IDM_SEND_TEXTURES ? "\n602b000 128\n25c10000 "
+                                                           : "\n602f000 12\n602f00c 2\n"),
+                  std::string::npos)
+            << text;
+    }
+}
+
+TEST_F(SendTarget, AMonitorThatIsMissingRefusesOrHangsIsNamedAndTheFileStays)
+{
+    const std::string missing = "Cannot find TQ Monitor for NT.";
+    const RunningEditor editor;
+    EXPECT_EQ(send(editor, IDM_SEND_SCENE), missing);
+    EXPECT_TRUE(std::filesystem::exists(folders[0] + "\\devMXS.sal"));
+    {
+        const RunningMonitor other("tq monitor FOR nt", "0", report);
+        EXPECT_EQ(send(editor, IDM_SEND_SCENE), missing) << "the title is not quite that";
+    }
+    for (const char* answer : {"1", "-5", "hang"}) {
+        const RunningMonitor monitor(monitorTitle, answer, report);
+        EXPECT_EQ(send(editor, IDM_SEND_MODEL), missing) << answer;
+        EXPECT_TRUE(std::filesystem::remove(report)) << "it was asked";
+    }
+    const RunningEditor consumer({}, Platform::consumer);
+    EXPECT_EQ(send(consumer, IDM_SEND_SCENE), "Cannot find TQ Monitor for Win95.");
+}
+
+TEST_F(SendTarget, WhatCannotBeWrittenIsMessage17AndTheUsersFolderTakesTheWindowsFoldersPlace)
+{
+    const std::string failure = "Cannot allocate enough memory to do this function.";
+    const RunningEditor editor;
+    EXPECT_EQ(send(editor, IDM_SEND_TEXTURES), failure) << "no textures";
+    folders = {folder.file("missing"), ""};
+    EXPECT_EQ(send(editor, IDM_SEND_MODEL), failure);
+    EXPECT_EQ(folder.entryCount(), 0u);
+    folders[1] = folder.path().string();
+    const RunningMonitor monitor(monitorTitle, "0", report);
+    EXPECT_EQ(send(editor, IDM_SEND_MODEL), "");
+    EXPECT_TRUE(contentsOf(report).starts_with("5451414c 1 " + folders[1] + "\\devMX3.sal\n"));
+}
+
+} // namespace
+
+} // namespace facetor
