@@ -4,6 +4,7 @@
 #include "base/temporary_folder.h"
 #include "model/model_file.h"
 #include "output/model_source.h"
+#include "output/target_image.h"
 #include "output/texture_source.h"
 #include "texture/texture_file.h"
 
@@ -97,7 +98,7 @@ protected:
 
 TEST_F(Cli, EveryLevelHasHelpAndAVersion)
 {
-    for (const char* command : {"", "info", "check", "convert", "render"}) {
+    for (const char* command : {"", "info", "check", "convert", "render", "scene"}) {
         SCOPED_TRACE(command);
         std::vector<std::string> words;
         if (*command) words.push_back(command);
@@ -305,6 +306,32 @@ TEST_F(Cli, ConvertWritesAModelAsTheEditorsSource)
     EXPECT_EQ(runProgram({"convert", cube, output}).status, 0);
     ASSERT_EQ(readModelFile(model, cube), Message::none); // with the face normals of its corners
     EXPECT_TRUE(readFile(output) == bytesOf(formatModelSource(model, "cube.MDL").view()));
+}
+
+TEST_F(Cli, ConvertAndSceneWriteTargetImages)
+{
+    const std::string output = folder.file("cube.sal");
+    EXPECT_EQ(runProgram({"convert", cube, output, "--scale", "0.5"}).status, 0);
+    ASSERT_EQ(readModelFile(model, cube), Message::none); // with the face normals of its corners
+    EXPECT_EQ(readFile(output), formatModelImage(model, 0.5f));
+    EXPECT_EQ(runProgram({"scene", output}).status, 0);
+    EXPECT_EQ(readFile(output), formatSceneImage({}));
+    EXPECT_EQ(runProgram({"-q", "scene", output, "--light", "0,-1,0.5", "--light-color", "1,2,3",
+                          "--ambient", "4,5,6", "--background", "7,8,9", "--angle", "60"})
+                  .status,
+              0);
+    EXPECT_EQ(readFile(output),
+              formatSceneImage(
+                  {{0, -1, 0.5f}, rgb555(1, 2, 3), 10922, rgb555(4, 5, 6), rgb555(7, 8, 9)}));
+    TextureList list;
+    ASSERT_EQ(list.create(), Message::none);
+    PageArray<Rgb555> pixels;
+    ASSERT_TRUE(pixels.allocate(264));
+    list.set(0, 264, 1, std::move(pixels));
+    const std::string wide = put("wide.mxt", writeTextures(list)), none = folder.file("none.sal");
+    EXPECT_NE(runProgram({"convert", wide, none}).errors.find("texture 0 is 264 texels wide"),
+              std::string::npos);
+    EXPECT_FALSE(readFile(none));
 }
 
 TEST_F(Cli, ConvertKeepsTheSlotsOfATextureList)
