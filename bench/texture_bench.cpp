@@ -1,9 +1,11 @@
-// How long edits of a full texture list take: 4096 textures of 64 x 64 texels, and 4096 polygons
-// sliced into such textures. Run from the repository's root.
+// How long edits of a full texture list take, and the pictures of its window: 4096 textures of
+// 64 x 64 texels, and 4096 polygons sliced into such textures. Run from the repository's root.
 
 #include "bench_scene.h"
+#include "texture/image_surface.h"
 #include "texture/slice.h"
 #include "texture/texture_edits.h"
+#include "texture/texture_grid.h"
 #include "view/selection.h"
 
 #include <benchmark/benchmark.h>
@@ -60,6 +62,25 @@ void scaleAll(benchmark::State& state)
     });
 }
 
+/// The pictures of a texture list window that fills a screen, one slot further in each round.
+void showPage(benchmark::State& state)
+{
+    constexpr GridArea area{30, 1920, 1080};
+    TextureList list;
+    ImageSurface surface;
+    if (!fill(list) || createSurface(surface, 256, 256, 16) != Message::none)
+        return state.SkipWithError("out of memory");
+    std::int32_t top = 0;
+    for (auto _ : state) {
+        for (std::int32_t slot = top; const auto cell = cellOf(area, top, slot); ++slot) {
+            const TextureSlot& texture = list.slot(static_cast<std::uint32_t>(slot));
+            showTexture(surface, texture.pixels, texture.width, texture.height, 0);
+            benchmark::DoNotOptimize(fittedInto(*cell, texture.width, texture.height));
+        }
+        top = (top + 1) % 2048;
+    }
+}
+
 void sliceAll(benchmark::State& state, Sampling sampling)
 {
     const auto scene = makeSampleScene("samples/max.mx3", "samples/max.mxt");
@@ -86,6 +107,7 @@ void sliceAll(benchmark::State& state, Sampling sampling)
 BENCHMARK(flipAll)->Name("textures/flip 4096")->Unit(benchmark::kMillisecond);
 BENCHMARK(turnAll)->Name("textures/turn 4096")->Unit(benchmark::kMillisecond);
 BENCHMARK(scaleAll)->Name("textures/scale 4096, smooth")->Unit(benchmark::kMillisecond);
+BENCHMARK(showPage)->Name("textures/pictures of a window")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(sliceAll, nearest, Sampling::nearest)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(sliceAll, smooth, Sampling::smooth)->Unit(benchmark::kMillisecond);
 

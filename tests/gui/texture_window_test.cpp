@@ -10,7 +10,7 @@
 #include "gui/running_editor.h"
 #include "resources/resource_ids.h"
 #include "texture/bitmap_conversion.h"
-#include "texture/numbered_texture.h"
+#include "texture/texture_file.h"
 #include "ui/handles_win.h"
 #include "ui/window_data_win.h"
 
@@ -420,7 +420,7 @@ TEST_F(TextureWindowTest, ScrollsAndKeepsPlaceAndSlotWhileItIsClosed)
     EXPECT_FALSE(window());
 }
 
-TEST_F(TextureWindowTest, KeysDoNothingWhileItIsClosed)
+TEST_F(TextureWindowTest, WhileItIsClosedKeysDoNothingAndTheListIsSavedAllTheSame)
 {
     run(IDM_TEXTURE_EMPTY_CLIPBOARD);
     set("abc", 1, false);
@@ -430,6 +430,13 @@ TEST_F(TextureWindowTest, KeysDoNothingWhileItIsClosed)
     EXPECT_EQ(letters(), "abc");
     EXPECT_FALSE(changed());
     EXPECT_FALSE(IsClipboardFormatAvailable(CF_DIB));
+    const TemporaryFolder folder;
+    set("abc", 1, true);
+    editor.post(WM_CLOSE);
+    EXPECT_TRUE(editor.press(editor.waitForAlert(), IDYES));
+    EXPECT_TRUE(editor.fillFileDialog(folder.file("kept.mxt"), 1));
+    EXPECT_EQ(editor.waitForEnd(), 0);
+    EXPECT_TRUE(isTextureFile(folder.file("kept.mxt")));
 }
 
 TEST_F(TextureWindowTest, TheMainWindowsKeysReachIt)
