@@ -69,14 +69,13 @@ class LineReader {
 public:
     explicit LineReader(std::string_view text) : rest_(text) {}
 
-    /// The next line with its line feed, or its first part when it is too long; empty at the end.
+    /// The next line with its line feed; of a line that is too long its first part. Empty at the
+    /// end.
     std::string_view next()
     {
-        const std::size_t feed = rest_.substr(0, longestLine).find('\n');
-        const std::size_t size = feed == std::string_view::npos ? longestLine : feed + 1;
-        const std::string_view line = rest_.substr(0, size);
+        const std::string_view line = rest_.substr(0, std::min(rest_.find('\n'), rest_.size()) + 1);
         rest_.remove_prefix(line.size());
-        return line;
+        return line.substr(0, longestLine);
     }
 
     /// Goes on behind the first line that is exactly `header`. False when there is none.

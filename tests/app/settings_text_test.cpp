@@ -96,6 +96,7 @@ TEST(Settings, AreReadAllOrNotAtAll)
         {"a section missing", text.substr(0, text.find("[MXTFILES]")), false},
         {"fewer files than announced", replaced("Files =  1", "Files =  3"), false},
         {"an unknown drag method", replaced("byFULL", "byHAND"), true},
+        {"a path beyond the longest line", replaced("C:\\a.mx3", std::string(300, 'x')), true},
         {"an empty file", "", false},
         {"no text at all", std::string(5000, '\xFF'), false},
         {"zeros", std::string(300, '\0'), false},
