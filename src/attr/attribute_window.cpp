@@ -151,7 +151,8 @@ bool fillWindow(Editor& editor, HWND window)
     refreshPage(editor);
     moveToItsPlace(editor, window);
     editor.attributeWindow = window;
-    editor.modelessDialogs.push_back(window);
+    // The main loop asks it before the hierarchy window, whichever was opened first.
+    editor.modelessDialogs.insert(editor.modelessDialogs.begin(), window);
     return true;
 }
 

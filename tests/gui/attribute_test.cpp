@@ -235,7 +235,10 @@ TEST(AttributeWindow, HasThePagesWithTheirControls)
         {"Option", {"&Single", "&Dual", "&Near Clip", "grey &Depth Cueing"}},
     };
     const RunningEditor editor;
+    editor.sendCommand(IDM_VIEW_HIERARCHY);
     const AttributeWindow attributes(editor);
+    EXPECT_EQ(editor.ask([](Editor& e) { return e.modelessDialogs.front(); }), attributes.window())
+        << "the main loop asks it before the hierarchy window";
     EXPECT_EQ(windowText(attributes.window()), "Attribute");
     EXPECT_EQ(windowText(GetDlgItem(attributes.window(), IDOK)), "&Apply");
     EXPECT_TRUE(attributes.isItemChecked());
