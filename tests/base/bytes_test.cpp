@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <limits>
 
 namespace facetor {
@@ -62,32 +61,6 @@ TEST(ByteReader, AChunkHeaderNeedsAllEightBytes)
     ASSERT_TRUE(header.has_value());
     EXPECT_EQ(header->tag, tag("MX3D"));
     EXPECT_EQ(header->size, 256u);
-}
-
-TEST(ByteWriter, GivesTheBytesThatAReaderTakes)
-{
-    ByteWriter out;
-    const std::size_t payload = out.beginChunk(tag("AbCd"));
-    out.u8(7);
-    out.u16(0xBEEF);
-    out.f32(std::bit_cast<float>(0x3F800001u));
-    out.text("hi");
-    out.zeros(2);
-    out.endChunk(payload);
-    EXPECT_EQ(out.release(), bytesOf({'A', 'b', 'C', 'd', 11, 0, 0, 0, 7, 0xEF, 0xBE, 0x01, 0x00,
-                                      0x80, 0x3F, 'h', 'i', 0, 0}));
-}
-
-TEST(ByteWriter, ChunksWithinChunksHaveTheirOwnSizes)
-{
-    ByteWriter out;
-    const std::size_t outer = out.beginChunk(tag("OUTR"));
-    const std::size_t inner = out.beginChunk(tag("INNR"));
-    out.u8(1);
-    out.endChunk(inner);
-    out.endChunk(outer);
-    EXPECT_EQ(out.release(),
-              bytesOf({'O', 'U', 'T', 'R', 9, 0, 0, 0, 'I', 'N', 'N', 'R', 1, 0, 0, 0, 1}));
 }
 
 TEST(TagText, ShowsWhatCannotBePrintedAsAQuestionMark)

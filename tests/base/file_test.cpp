@@ -27,15 +27,6 @@ TEST(File, HoldsWhatWasWrittenLast)
     EXPECT_EQ(folder.entryCount(), 1u) << "nothing is left beside the file";
 }
 
-TEST(File, NamesAreBytesOfUtf8)
-{
-    const TemporaryFolder folder;
-    const std::string path = folder.file("\xC3\xA9tage \xE6\xA8\xA1.mx3");
-    ASSERT_EQ(writeFile(path, bytesOf("x")), Message::none);
-    EXPECT_EQ(readFile(path), bytesOf("x"));
-    EXPECT_EQ(folder.entryCount(), 1u);
-}
-
 TEST(File, AFileOfSeveralReadStepsIsReadWhole)
 {
     const TemporaryFolder folder;
@@ -59,14 +50,6 @@ TEST(File, WhatIsNoRegularFileCannotBeRead)
     EXPECT_FALSE(readFileStart(folder.path().string(), 4).has_value());
 }
 
-TEST(File, TheStartOfAShortFileIsAllOfIt)
-{
-    const TemporaryFolder folder;
-    ASSERT_EQ(writeFile(folder.file("short"), bytesOf("abc")), Message::none);
-    EXPECT_EQ(readFileStart(folder.file("short"), 2), bytesOf("ab"));
-    EXPECT_EQ(readFileStart(folder.file("short"), 8), bytesOf("abc"));
-}
-
 TEST(File, AFolderIsNotReplaced)
 {
     const TemporaryFolder folder;
@@ -75,14 +58,6 @@ TEST(File, AFolderIsNotReplaced)
     EXPECT_EQ(writeFile(target, bytesOf("x")), Message::cannotCreateFile);
     EXPECT_TRUE(std::filesystem::is_directory(target));
     EXPECT_EQ(folder.entryCount(), 1u);
-}
-
-TEST(File, AMissingFolderIsNotMade)
-{
-    const TemporaryFolder folder;
-    EXPECT_EQ(writeFile(folder.file("missing/model.mx3"), bytesOf("x")), Message::cannotCreateFile);
-    EXPECT_EQ(writeFile("", bytesOf("x")), Message::cannotCreateFile);
-    EXPECT_EQ(folder.entryCount(), 0u);
 }
 
 TEST(File, ANameThatIsTakenBesideTheTargetIsLeftAlone)

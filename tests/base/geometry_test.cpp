@@ -40,24 +40,10 @@ TEST(Geometry, ZeroOfEitherSignIsZeroAndADenormalIsNot)
     EXPECT_FALSE(isZero({0.0f, std::numeric_limits<float>::denorm_min(), 0.0f}));
 }
 
-TEST(Geometry, CrossProductIsRightHanded)
-{
-    expectEqual(crossProduct({1, 0, 0}, {0, 1, 0}), {0, 0, 1});
-    expectEqual(crossProduct({1, 2, 3}, {4, 5, 6}), {-3, 6, -3});
-    EXPECT_EQ(dotProduct({1, 2, 3}, {4, -5, 6}), 12.0f);
-}
-
 TEST(Geometry, DotProductCarriesItsSumInDoublePrecision)
 {
     // In single precision the first two products swallow the third.
     EXPECT_EQ(dotProduct({1e5f, -1e5f, 1}, {1e5f, 1e5f, 1}), 1.0f);
-}
-
-TEST(Geometry, PointsTakeTheTranslationAndDirectionsDoNot)
-{
-    const Matrix matrix{{0, 2, 0, 9, -3, 0, 0, 9, 0, 0, 4, 9, 10, 20, 30, 9}};
-    expectEqual(transformPoint({1, 2, 3}, matrix), {4, 22, 42});
-    expectEqual(rotateVector({1, 2, 3}, matrix), {-6, 2, 12});
 }
 
 } // namespace

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
-
 namespace facetor {
 namespace {
 
@@ -23,33 +21,10 @@ TEST(MessageCatalogue, TextsStandExactlyAsTheyAreSpelled)
                                  " Save changes before doing?");
 }
 
-TEST(MessageCatalogue, NamesInTheCodeStandForTheirNumbers)
-{
-    EXPECT_EQ(static_cast<int>(Message::outOfMemory), 17);
-    EXPECT_EQ(static_cast<int>(Message::formatNotSupported), 19);
-    EXPECT_EQ(static_cast<int>(Message::cannotOpenFile), 22);
-    EXPECT_EQ(static_cast<int>(Message::cannotCreateFile), 23);
-    EXPECT_EQ(static_cast<int>(Message::texturesEmpty), 29);
-    EXPECT_EQ(catalogueText(Message::cannotOpenFile), "Cannot open File.");
-    EXPECT_EQ(catalogueText(Word::openingNewFile), "opening new file");
-    EXPECT_EQ(catalogueText(Word::polygons), "Polygons");
-}
-
 TEST(MessageCatalogue, HoldsEveryMessageFrom16To41AndNothingBeyond)
 {
     for (int number = 16; number <= 41; ++number) EXPECT_FALSE(catalogueText(number).empty());
     for (const int number : {-1, 0, 15, 42, 100000}) EXPECT_TRUE(catalogueText(number).empty());
-}
-
-TEST(MessageCatalogue, GivesEachNumberOnce)
-{
-    std::set<int> numbers;
-#define FACETOR_MESSAGE(number, name, text) EXPECT_TRUE(numbers.insert(number).second) << number;
-#define FACETOR_WORD(number, name, text) EXPECT_TRUE(numbers.insert(number).second) << number;
-#include "base/messages.inc"
-#undef FACETOR_MESSAGE
-#undef FACETOR_WORD
-    EXPECT_TRUE(numbers.contains(161));
 }
 
 TEST(Placeholders, AreReplacedByTheTwoTexts)

@@ -411,15 +411,6 @@ TEST_F(Cli, RenderDrawsTheFrameSurface)
         for (const int component : colour) EXPECT_EQ(component % 8, 0) << component;
 }
 
-TEST_F(Cli, RenderRoundsTheWidthDownToAMultipleOfFour)
-{
-    const Picture picture = rendered({"--size", "67x31"});
-    EXPECT_EQ(picture.width, 64);
-    EXPECT_EQ(picture.height, 31);
-    const Picture largest = rendered({"--size", "640x489"});
-    EXPECT_EQ(largest.height, 489);
-}
-
 TEST_F(Cli, RenderOptionsChangeThePicture)
 {
     using Colour = std::array<int, 3>;
@@ -482,13 +473,6 @@ TEST_F(Cli, RenderSaysHowLongRepeatedFramesTook)
         << run.output;
     EXPECT_GE(median, least);
     EXPECT_EQ(polygons, 1u) << "one face looks at the camera";
-}
-
-TEST_F(Cli, RenderTakesAModelWithoutObjects)
-{
-    model.objectCount = model.totalVertexCount = model.totalPolygonCount = 0;
-    cube = put("empty.mx3", writeModel(model));
-    EXPECT_EQ(rendered({"--size", "32x32"}).colours().size(), 1u) << "the background alone";
 }
 
 } // namespace

@@ -158,17 +158,6 @@ INSTANTIATE_TEST_SUITE_P(Rasteriser, FillersAgree,
                          testing::Values("Flat", "Gouraud", "Textured", "TexturedGouraud"),
                          [](const auto& values) { return std::string(values.param); });
 
-TEST(Rasteriser, APolygonPartlyOffTheSurfaceIsCutAtItsEdge)
-{
-    const auto engine = makeEngine();
-    fillFlat(*engine, {{{-10, 5}, {3, 5}, {3, 8}, {-10, 8}}}, 0x7FFF, 0, 0);
-    for (std::int32_t y = 0; y < height; ++y)
-        for (std::int32_t x = 0; x < width; ++x) {
-            const bool inside = x <= 3 && y >= 5 && y <= 8;
-            ASSERT_EQ(engine->surface.at(x, y), inside ? 0x7FFF : background) << x << " " << y;
-        }
-}
-
 TEST(Rasteriser, CornersMillionsOfPixelsAwayAreCutWithoutHarm)
 {
     const auto engine = makeEngine();
@@ -186,42 +175,6 @@ TEST(Rasteriser, CornersMillionsOfPixelsAwayAreCutWithoutHarm)
     drawOutline(engine->surface, around, 0);
     drawLine(engine->surface, {-far, -far + 7}, {far, far}, 0x7C00);
     drawLine(engine->surface, {far, 3}, {2, -far}, 0x7C00);
-}
-
-TEST(Rasteriser, MeshParitiesOfFlatAndTexturedFillsAreOpposite)
-{
-    const auto engine = makeEngine();
-    Texture texture(8, 8);
-    std::fill(texture.texels.begin(), texture.texels.end(), Rgb555{0xFFFF});
-    const ScreenQuad all{{{0, 0}, {63, 0}, {63, 47}, {0, 47}}};
-    fillFlat(*engine, all, 0x001F, 0, meshMode);
-    fillTextured(*engine, all, texture.slot, 16, meshMode);
-    for (std::int32_t y = 0; y < height; ++y)
-        for (std::int32_t x = 0; x < width; ++x) {
-            const std::int32_t row = height - 1 - y;
-            ASSERT_EQ(engine->surface.at(x, y), (x & 1) == (row & 1) ? 0x001F : 0xFFFF);
-        }
-}
-
-TEST(Rasteriser, FlipsShowTheTexelsOfTheirCorners)
-{
-    // The texel at each corner of the polygon, by flip: 0 none, 1 horizontal, 2 vertical, 3 both.
-    Texture texture(16, 8);
-    for (std::size_t i = 0; i < texture.texels.size(); ++i)
-        texture.texels[i] = static_cast<Rgb555>(opaqueBit | i);
-    const auto texel = [&](int u, int v) {
-        return texture.texels[static_cast<std::size_t>(v * 16 + u)];
-    };
-    const ScreenQuad quad{{{2, 2}, {58, 2}, {58, 44}, {2, 44}}};
-    for (std::uint32_t flip = 0; flip < 4; ++flip) {
-        const auto engine = makeEngine();
-        fillTextured(*engine, quad, texture.slot, 16, flip);
-        const int u = (flip & 1) != 0 ? 15 : 0, v = (flip & 2) != 0 ? 7 : 0;
-        EXPECT_EQ(engine->surface.at(2, 2), texel(u, v)) << flip;
-        EXPECT_EQ(engine->surface.at(58, 2), texel(15 - u, v)) << flip;
-        EXPECT_EQ(engine->surface.at(58, 44), texel(15 - u, 7 - v)) << flip;
-        EXPECT_EQ(engine->surface.at(2, 44), texel(u, 7 - v)) << flip;
-    }
 }
 
 TEST(Rasteriser, LargeTexturesSqueezedIntoAFewPixelsAreNeverReadBeyondTheirEnd)
@@ -329,22 +282,6 @@ TEST(Rasteriser, ClearingFillsTheWholeSurfaceAndNothingBehindIt)
         EXPECT_EQ(std::count(surface.pixels(), surface.pixels() + width * height, 0x1234), cleared);
         EXPECT_EQ(surface.pixels()[cleared - 1], 0x1234);
     }
-}
-
-TEST(Rasteriser, TheSurfaceIsABitmapThatTheSystemTakes)
-{
-    const auto engine = makeEngine();
-    setSurfaceSize(engine->surface, 631, 200);
-    const BitmapHeader& header = engine->surface.header();
-    EXPECT_EQ(header.headerSize, 40u);
-    EXPECT_EQ(header.width, 628);
-    EXPECT_EQ(header.height, 200) << "positive: the rows are stored bottom-up";
-    EXPECT_EQ(header.planes, 1);
-    EXPECT_EQ(header.bitCount, 16);
-    EXPECT_EQ(header.compression, 0u);
-    EXPECT_EQ(header.imageSize, 628u * 200 * 2);
-    EXPECT_EQ(reinterpret_cast<const std::byte*>(engine->surface.pixels()),
-              engine->surface.block.data() + 40);
 }
 
 } // namespace facetor

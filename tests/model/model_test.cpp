@@ -80,16 +80,6 @@ TEST_F(ModelTest, TheCubesStoredNormalsAreThoseOfItsCorners)
     expectEqual(model.polygons[0].normal, {0, 0, -1});
 }
 
-TEST_F(ModelTest, PoolsHoldTheirCapacities)
-{
-    EXPECT_EQ(model.vertices.size(), 4096u);
-    EXPECT_EQ(model.vertexNormals.size(), 4096u);
-    EXPECT_EQ(model.polygons.size(), 4096u);
-    EXPECT_EQ(model.gouraud.size(), 4096u);
-    EXPECT_EQ(model.meshes.size(), 128u);
-    EXPECT_EQ(model.objects.size(), 128u);
-}
-
 TEST(FaceNormal, TakesTheEdgeToCornerTwoForOneWithoutLength)
 {
     const Vertex vertices[] = {{0, 0, 0}, {1, 0, 0},    {1, 1, 0}, {0, 1, 0},
@@ -190,15 +180,6 @@ TEST_F(ModelTest, OnlyLinksThatReachEachObjectOnceFormAForest)
             EXPECT_LT(culprit, model.objectCount);
         }
     }
-}
-
-TEST_F(ModelTest, AChainThroughEveryObjectOfTheTableIsAForest)
-{
-    makeObjects(objectCapacity);
-    for (std::uint32_t i = 0; i + 1 < objectCapacity; ++i) model.objects[i].child = i + 1;
-    EXPECT_TRUE(isSafeToDraw(model));
-    assignDepths(model, 0, 0);
-    EXPECT_EQ(model.objects[objectCapacity - 1].depth, objectCapacity - 1);
 }
 
 TEST_F(ModelTest, WhateverPointsOutsideItsTableIsNotSafeToDraw)
