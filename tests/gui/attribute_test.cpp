@@ -57,11 +57,6 @@ public:
     {
         SetWindowPos(window(), nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
     }
-    bool isItemChecked() const
-    {
-        const HMENU menu = GetMenu(editor_.window());
-        return (GetMenuState(menu, IDM_VIEW_ATTRIBUTES, MF_BYCOMMAND) & MF_CHECKED) != 0;
-    }
     HWND item(int control) const { return GetDlgItem(page(), control); }
     std::string idText() const { return windowText(item(IDC_ATTRIBUTE_TEXTURE)); }
     bool isChecked(int control) const { return IsDlgButtonChecked(page(), control) == BST_CHECKED; }
@@ -209,7 +204,7 @@ TEST(AttributeWindow, EveryControlOfEveryPageReachesTheFileAndNothingElseDoes)
         attributes.change(row.control);
         EXPECT_TRUE(save(editor, path) == before) << "nothing before Apply";
         attributes.apply();
-        EXPECT_TRUE(editor.ask([](Editor& e) { return e.document.modelChanged; }));
+        EXPECT_TRUE(editor.isChanged());
         PolygonState expected = row.before;
         row.change(expected);
         expected.flags |= picked;
@@ -241,7 +236,7 @@ TEST(AttributeWindow, HasThePagesWithTheirControls)
         << "the main loop asks it before the hierarchy window";
     EXPECT_EQ(windowText(attributes.window()), "Attribute");
     EXPECT_EQ(windowText(GetDlgItem(attributes.window(), IDOK)), "&Apply");
-    EXPECT_TRUE(attributes.isItemChecked());
+    EXPECT_TRUE(editor.isItemChecked(IDM_VIEW_ATTRIBUTES));
     for (int i = 0; const auto& [title, controls] : pages) {
         attributes.choose(static_cast<AttributePage>(i++));
         std::array<char, 32> text{};
@@ -281,9 +276,9 @@ TEST(AttributeWindow, ApplyWithCtrlDeselectsAndWithoutSelectedPolygonsSaysSo)
         attributes.apply();
     }
     EXPECT_EQ(attributeOf(editor, 5).flags, (before & ~picked) | shadowMode);
-    editor.call([](Editor& e) { e.document.modelChanged = false; });
+    editor.setChanged(false);
     EXPECT_EQ(attributes.refusal(), "No Selected polygons could be found. ");
-    EXPECT_FALSE(editor.ask([](Editor& e) { return e.document.modelChanged; }));
+    EXPECT_FALSE(editor.isChanged());
     editor.sendCommand(IDM_EDIT_UNDO);
     EXPECT_EQ(attributeOf(editor, 5).flags, before) << "with its mark: only one Apply was kept";
 }
@@ -353,7 +348,7 @@ TEST(AttributeWindow, KeepsTabValuesAndPlaceWhileItIsClosedAndItsPlaceFromRunToR
         attributes.moveTo(321, 234);
         SendMessageA(attributes.window(), WM_CLOSE, 0, 0);
         EXPECT_FALSE(attributes.window());
-        EXPECT_FALSE(attributes.isItemChecked());
+        EXPECT_FALSE(editor.isItemChecked(IDM_VIEW_ATTRIBUTES));
         editor.call([](Editor& e) { setWorkingTexture(e, 9); });
         attributes.toggle();
         EXPECT_EQ(attributes.corner(), std::pair(321, 234));

@@ -70,7 +70,6 @@ TEST(ScreenDialog, ShowsAndChangesProjectionAndViewAngle)
     EXPECT_TRUE(itemText(dialog, IDC_SCREEN_LABEL).ends_with(" = 40"));
     EXPECT_TRUE(isChecked(dialog, IDC_SCREEN_PARALLEL));
     editor.closeDialog(dialog, IDCANCEL);
-    editor.call([](Editor& e) { e.document.modelChanged = false; });
 }
 
 /// A point of the light dialog's picker, as shares of its frame, in the dialog's client pixels.
@@ -130,7 +129,6 @@ TEST(LightDialog, APointOfTheGlobeIsADirection)
     editor.call([&](Editor& e) {
         EXPECT_EQ(e.light.point.x, marker.x);
         EXPECT_TRUE(e.document.modelChanged);
-        e.document.modelChanged = false;
     });
 }
 
@@ -149,7 +147,6 @@ TEST(LightDialog, TheChosenLightIsWhatGouraudTablesAreMadeFrom)
         for (const Rgb555 colour : e.document.model.gouraud[0].color)
             EXPECT_EQ(colour, opaqueBit | rgb555(29, 29, 29));
         EXPECT_EQ(e.document.model.attributes[0].flags, polygonFace | gouraudShading);
-        e.document.modelChanged = false;
     });
 }
 
@@ -184,7 +181,6 @@ TEST(LightDialog, ColoursAreChosenInTheSystemsDialogAndTakenWithOk)
     editor.call([](Editor& e) {
         EXPECT_EQ(e.view.lightColour, fromPickedColour(RGB(255, 128, 64)));
         EXPECT_EQ(e.view.ambientColour, fromPickedColour(RGB(8, 16, 0)));
-        e.document.modelChanged = false;
     });
 }
 
@@ -209,7 +205,7 @@ TEST(About, ShowsTheVersionResource)
     EXPECT_EQ(itemText(dialog, IDC_ABOUT_PRODUCT_VERSION), FACETOR_VERSION);
     EXPECT_TRUE(itemText(dialog, IDC_ABOUT_COPYRIGHT).starts_with("Copyright (c) "));
     editor.closeDialog(dialog, IDOK);
-    EXPECT_FALSE(editor.ask([](Editor& e) { return e.document.modelChanged; }));
+    EXPECT_FALSE(editor.isChanged());
 }
 
 TEST(Help, SaysSoWhenThereIsNone)

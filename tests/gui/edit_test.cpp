@@ -28,11 +28,6 @@ Bytes stateOf(const RunningEditor& editor)
     });
 }
 
-bool isEnabled(const RunningEditor& editor, UINT command)
-{
-    return (GetMenuState(GetMenu(editor.window()), command, MF_BYCOMMAND) & MF_GRAYED) == 0;
-}
-
 TEST(Edit, EveryPolygonEditShowsMarksTheModelAndIsUndoneAndRedone)
 {
     const RunningEditor editor({"samples\\ship.mx3"});
@@ -42,27 +37,26 @@ TEST(Edit, EveryPolygonEditShowsMarksTheModelAndIsUndoneAndRedone)
     for (const int command : {IDM_ROTATE_CLOCKWISE, IDM_ROTATE_COUNTERCLOCKWISE,
                               IDM_ROTATE_HALF_TURN, IDM_INVERT_SURFACE, IDM_GOURAUD_TABLE}) {
         SCOPED_TRACE(command);
-        editor.call([](Editor& e) { e.document.modelChanged = false; });
+        editor.setChanged(false);
         const Bytes before = stateOf(editor);
         const Picture shown = editor.picture();
         editor.sendCommand(command);
         const Bytes edited = stateOf(editor);
         EXPECT_NE(edited, before);
-        EXPECT_TRUE(editor.ask([](Editor& e) { return e.document.modelChanged; }));
-        EXPECT_TRUE(isEnabled(editor, IDM_EDIT_UNDO));
+        EXPECT_TRUE(editor.isChanged());
+        EXPECT_TRUE(editor.isItemEnabled(IDM_EDIT_UNDO));
         savePicture(editor.picture(), "edit-" + std::to_string(command));
         editor.sendCommand(IDM_EDIT_UNDO);
         EXPECT_EQ(stateOf(editor), before);
         EXPECT_EQ(editor.picture(), shown);
         editor.sendCommand(IDM_EDIT_UNDO);
         EXPECT_EQ(stateOf(editor), edited);
-        EXPECT_TRUE(isEnabled(editor, IDM_EDIT_UNDO)) << "it can be undone again";
+        EXPECT_TRUE(editor.isItemEnabled(IDM_EDIT_UNDO)) << "it can be undone again";
     }
     editor.call([](Editor& e) {
         const auto& attributes = e.document.model.attributes;
         EXPECT_TRUE(std::ranges::none_of(attributes, isLightGouraud));
         EXPECT_TRUE(std::ranges::any_of(attributes, isTableGouraud));
-        e.document.modelChanged = false;
     });
 }
 
@@ -75,14 +69,13 @@ TEST(Edit, WithCtrlHeldTheChangedPolygonsAreNoLongerPicked)
             const HeldKey control(editor, VK_CONTROL);
             editor.sendCommand(command);
         }
-        EXPECT_FALSE(isEnabled(editor, IDM_SELECT_CLEAR));
-        EXPECT_FALSE(isEnabled(editor, IDM_INVERT_SURFACE));
+        EXPECT_FALSE(editor.isItemEnabled(IDM_SELECT_CLEAR));
+        EXPECT_FALSE(editor.isItemEnabled(IDM_INVERT_SURFACE));
         const Bytes before = stateOf(editor);
         editor.sendCommand(command); // nothing is picked
         EXPECT_EQ(stateOf(editor), before);
         EXPECT_FALSE(editor.findAlert().window);
     }
-    editor.call([](Editor& e) { e.document.modelChanged = false; });
 }
 
 } // namespace

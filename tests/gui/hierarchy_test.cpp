@@ -102,7 +102,7 @@ TEST_F(Hierarchy, FollowsALoadOf128ObjectsThatAreNested128Deep)
         model.objects[i].child = i + 1 < objectCapacity ? i + 1 : noObject;
     }
     ASSERT_EQ(writeModelFile(model, path), Message::none);
-    editor.sendCommand(IDM_FILE_OPEN_PATH, reinterpret_cast<LPARAM>(path.c_str()));
+    editor.open(path);
     for (std::uint32_t i = 1; i < objectCapacity; ++i)
         EXPECT_EQ(sendTree(TVM_GETNEXTITEM, TVGN_CHILD, i - 1),
                   editor.ask([&](Editor& e) { return LRESULT(e.hierarchyItems.at(i)); }));

@@ -87,23 +87,7 @@ TEST(ModelView, FixedViewsShowTheSixSidesOfTheCube)
         EXPECT_NE(centreOf(picture), picture.at(2, 40)) << command;
     }
     EXPECT_EQ(sides.size(), 6u);
-    EXPECT_FALSE(editor.ask([](Editor& e) { return e.document.modelChanged; }));
-}
-
-TEST(ModelView, FollowsTheSizeOfTheWindow)
-{
-    const RunningEditor editor;
-    std::uint32_t cube = 0;
-    for (const auto& [width, height] : {std::pair{300, 240}, {620, 440}, {360, 400}}) {
-        SCOPED_TRACE(width);
-        editor.resizeClient(width, height);
-        const Picture picture = editor.picture();
-        ASSERT_EQ(picture.width, width);
-        ASSERT_EQ(picture.height, height);
-        if (cube == 0) cube = centreOf(picture);
-        EXPECT_NE(centreOf(picture), picture.at(1, 40));
-        EXPECT_EQ(centreOf(picture), cube) << "the model stays in the middle";
-    }
+    EXPECT_FALSE(editor.isChanged());
 }
 
 TEST(ModelView, ReachesTheEdgeOfAWidthThatIsNoMultipleOfFour)

@@ -10,74 +10,32 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <array>
+#include <filesystem>
 
 namespace facetor {
 
 namespace {
 
-LPARAM pathArgument(const std::string& path)
-{
-    return reinterpret_cast<LPARAM>(path.c_str());
-}
+constexpr char programTitle[] = "Facetor for NT - ";
 
-std::string titleOf(const std::string& path)
-{
-    return "Facetor for NT - " + path;
-}
-
-bool isChanged(const RunningEditor& editor)
-{
-    return editor.ask([](Editor& e) { return e.document.modelChanged; });
-}
-
-void setChanged(const RunningEditor& editor)
-{
-    editor.call([](Editor& e) { e.document.modelChanged = true; });
-}
-
-TEST(Open, CommandLineArgumentIsOpenedAndFitted)
+TEST(Open, ACommandLineArgumentOfAnyScriptIsOpenedAndItsFullPathIsTheTitle)
 {
     const TemporaryFolder folder;
-    const std::string path = folder.file("five.mx3");
-    writeCubeFile(path, 5);
-    const RunningEditor editor({path});
-    ASSERT_TRUE(waitUntil([&] { return editor.title() == titleOf(path); })) << editor.title();
-    EXPECT_EQ(editor.statusText(1), "Polygons = 5");
-    // Fitted: the cube's edge is about half the window, so the middle of a quarter shows it.
-    editor.resizeClient(640, 489);
-    editor.sendCommand(IDM_FILE_OPEN_PATH, pathArgument(path));
-    const Picture picture = editor.picture();
-    savePicture(picture, "fitted");
-    EXPECT_EQ(picture.at(320 - 100, 244), picture.at(320, 244));
-    EXPECT_NE(picture.at(20, 244), picture.at(320, 244));
-}
-
-TEST(Open, ARelativePathIsMadeAbsoluteForTheTitle)
-{
-    const TemporaryFolder folder;
-    writeCubeFile(folder.file("here.mx3"), 3);
     const auto before = std::filesystem::current_path();
     std::filesystem::current_path(folder.path());
+    // "Modell é 模型.mx3"
+    const std::string name = "Modell \xC3\xA9 \xE6\xA8\xA1\xE5\x9E\x8B.mx3";
+    writeCubeFile(folder.file(name), 5);
     {
-        const RunningEditor editor({"here.mx3"});
-        EXPECT_TRUE(waitUntil([&] { return editor.title() == titleOf(folder.file("here.mx3")); }))
-            << editor.title();
+        const RunningEditor editor({name});
+        EXPECT_TRUE(editor.waitForTitle(folder.file(name)));
+        EXPECT_EQ(editor.statusText(1), "Polygons = 5");
+        std::array<wchar_t, 300> wide{};
+        GetWindowTextW(editor.window(), wide.data(), static_cast<int>(wide.size()));
+        EXPECT_TRUE(std::wstring(wide.data()).ends_with(L"Modell \x00E9 \x6A21\x578B.mx3"));
     }
     std::filesystem::current_path(before);
-}
-
-TEST(Open, ANameInAnyScriptReachesTheFileAndTheTitle)
-{
-    const TemporaryFolder folder;
-    // "Modell é 模型.mx3"
-    const std::string path = folder.file("Modell \xC3\xA9 \xE6\xA8\xA1\xE5\x9E\x8B.mx3");
-    writeCubeFile(path, 4);
-    const RunningEditor editor({path});
-    ASSERT_TRUE(waitUntil([&] { return editor.title() == titleOf(path); })) << editor.title();
-    std::wstring wide(300, L'\0');
-    wide.resize(static_cast<std::size_t>(
-        GetWindowTextW(editor.window(), wide.data(), static_cast<int>(wide.size()))));
-    EXPECT_TRUE(wide.ends_with(L"Modell \x00E9 \x6A21\x578B.mx3"));
 }
 
 TEST(Open, OnlyTheFirstOfThreeDroppedFilesIsOpened)
@@ -90,7 +48,7 @@ TEST(Open, OnlyTheFirstOfThreeDroppedFilesIsOpened)
     }
     const RunningEditor editor;
     editor.postDrop(paths);
-    ASSERT_TRUE(waitUntil([&] { return editor.title() == titleOf(paths[0]); }));
+    ASSERT_TRUE(editor.waitForTitle(paths[0]));
     const std::vector<int> seen = editor.commandsSeen();
     EXPECT_EQ(std::ranges::count(seen, IDM_FILE_OPEN_PATH), 1);
     EXPECT_EQ(editor.statusText(1), "Polygons = 2");
@@ -119,20 +77,18 @@ TEST(Open, AFileThatIsNoModelLeavesEverythingAsItWas)
     writeTextFile(folder.file("text.mx3"), "no model at all");
     writeTextFile(folder.file("empty.mx3"), "");
     const RunningEditor editor({folder.file("good.mx3")});
-    ASSERT_TRUE(waitUntil([&] { return editor.title() == titleOf(folder.file("good.mx3")); }));
+    ASSERT_TRUE(editor.waitForTitle(folder.file("good.mx3")));
     const Picture before = editor.picture();
     for (const std::string& path :
          {folder.file("text.mx3"), folder.file("empty.mx3"), folder.file("missing.mx3"),
           folder.path().string(), std::string()}) {
         SCOPED_TRACE(path);
-        editor.begin([&](Editor& e) {
-            SendMessageA(e.mainWindow, WM_COMMAND, IDM_FILE_OPEN_PATH, pathArgument(path));
-        });
+        editor.beginOpen(path);
         const ShownAlert shown = editor.waitForAlert();
         EXPECT_EQ(shown.caption, "Alert");
         EXPECT_EQ(shown.text, "Sorry, this file format is not supported.");
         EXPECT_TRUE(editor.press(shown, IDOK));
-        EXPECT_EQ(editor.title(), titleOf(folder.file("good.mx3")));
+        EXPECT_EQ(editor.title(), programTitle + folder.file("good.mx3"));
         EXPECT_EQ(editor.statusText(1), "Polygons = 5");
         EXPECT_EQ(editor.picture(), before);
     }
@@ -147,17 +103,15 @@ TEST(Open, AModelThatBreaksOffInsideKeepsTitleAndChangedFlagAndCanBeDrawn)
     ASSERT_TRUE(whole);
     ASSERT_EQ(writeFile(path, std::span(*whole).first(whole->size() / 2)), Message::none);
     const RunningEditor editor;
-    setChanged(editor);
-    editor.begin([&](Editor& e) {
-        SendMessageA(e.mainWindow, WM_COMMAND, IDM_FILE_OPEN_PATH, pathArgument(path));
-    });
+    editor.setChanged();
+    editor.beginOpen(path);
     const ShownAlert question = editor.waitForAlert();
     EXPECT_TRUE(editor.press(question, IDNO));
     const ShownAlert shown = editor.waitForAlert();
     EXPECT_EQ(shown.text, "Sorry, this file format is not supported.");
     EXPECT_TRUE(editor.press(shown, IDOK));
-    EXPECT_EQ(editor.title(), titleOf("Untitled"));
-    EXPECT_TRUE(isChanged(editor));
+    EXPECT_EQ(editor.title(), "Facetor for NT - Untitled");
+    EXPECT_TRUE(editor.isChanged());
     for (int command = IDM_CAMERA_FORWARD; command <= IDM_CAMERA_BOTTOM; ++command) {
         editor.sendCommand(command);
         EXPECT_GT(editor.picture().width, 0);
@@ -172,9 +126,9 @@ TEST(Open, TheOpenMessageCarriesAPathAndMayCarryNone)
     const RunningEditor editor;
     editor.send(messageOpenPath, 0, 0);
     editor.sendCommand(IDM_FILE_OPEN_PATH, 0);
-    EXPECT_EQ(editor.title(), titleOf("Untitled"));
-    editor.send(messageOpenPath, 0, pathArgument(path));
-    EXPECT_EQ(editor.title(), titleOf(path));
+    EXPECT_EQ(editor.title(), "Facetor for NT - Untitled");
+    editor.send(messageOpenPath, 0, reinterpret_cast<LPARAM>(path.c_str()));
+    EXPECT_EQ(editor.title(), programTitle + path);
     EXPECT_EQ(editor.statusText(1), "Polygons = 1");
 }
 
@@ -192,10 +146,8 @@ TEST(Open, AChangedModelIsAskedAboutFirst)
          {Case{IDCANCEL, false, false}, {IDNO, true, false}, {IDYES, true, true}}) {
         SCOPED_TRACE(current.button);
         const RunningEditor editor;
-        setChanged(editor);
-        editor.begin([&](Editor& e) {
-            SendMessageA(e.mainWindow, WM_COMMAND, IDM_FILE_OPEN_PATH, pathArgument(path));
-        });
+        editor.setChanged();
+        editor.beginOpen(path);
         const ShownAlert shown = editor.waitForAlert();
         EXPECT_EQ(shown.text, "Save changes of model before opening new file?");
         EXPECT_EQ(shown.buttons, (std::vector<int>{IDCANCEL, IDYES, IDNO}));
@@ -203,9 +155,8 @@ TEST(Open, AChangedModelIsAskedAboutFirst)
         if (current.saves) {
             EXPECT_TRUE(editor.cancelFileDialog()) << "the model opens nevertheless";
         }
-        EXPECT_TRUE(waitUntil(
-            [&] { return editor.title() == titleOf(current.opens ? path : "Untitled"); }));
-        EXPECT_EQ(isChanged(editor), !current.opens) << "a successful open clears the flag";
+        EXPECT_TRUE(editor.waitForTitle(current.opens ? path : "Untitled"));
+        EXPECT_EQ(editor.isChanged(), !current.opens) << "a successful open clears the flag";
         const std::vector<int> seen = editor.commandsSeen();
         EXPECT_EQ(std::ranges::count(seen, IDM_FILE_SAVE_AS), current.saves ? 1 : 0);
     }
@@ -225,10 +176,10 @@ TEST(Open, ATextureListGoesIntoTheListBesideTheModel)
                0xF8F8F8;
     };
     ASSERT_TRUE(waitUntil([&] { return centre() == (red & 0xF8F8F8); }));
-    EXPECT_EQ(editor.title(), titleOf(folder.file("ship.mx3")));
+    EXPECT_EQ(editor.title(), programTitle + folder.file("ship.mx3"));
     editor.postDrop({folder.file("other.mxt")});
     EXPECT_TRUE(waitUntil([&] { return centre() == (green & 0xF8F8F8); }));
-    EXPECT_EQ(editor.title(), titleOf(folder.file("ship.mx3")));
+    EXPECT_EQ(editor.title(), programTitle + folder.file("ship.mx3"));
 }
 
 } // namespace

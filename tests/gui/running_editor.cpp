@@ -1,6 +1,7 @@
 #include "gui/running_editor.h"
 
 #include "app/main_window.h"
+#include "resources/resource_ids.h"
 #include "ui/window_data_win.h"
 
 #include <gtest/gtest.h>
@@ -179,6 +180,33 @@ std::string RunningEditor::title() const
     return windowText(window_);
 }
 
+bool RunningEditor::waitForTitle(const std::string& file) const
+{
+    const bool named = waitUntil([&] { return title() == "Facetor for NT - " + file; });
+    EXPECT_TRUE(named) << title();
+    return named;
+}
+
+bool RunningEditor::isChanged() const
+{
+    return ask([](Editor& e) { return e.document.modelChanged; });
+}
+
+void RunningEditor::setChanged(bool changed) const
+{
+    call([=](Editor& e) { e.document.modelChanged = changed; });
+}
+
+bool RunningEditor::isItemEnabled(int command) const
+{
+    return !(GetMenuState(GetMenu(window_), static_cast<UINT>(command), MF_BYCOMMAND) & MF_GRAYED);
+}
+
+bool RunningEditor::isItemChecked(int command) const
+{
+    return GetMenuState(GetMenu(window_), static_cast<UINT>(command), MF_BYCOMMAND) & MF_CHECKED;
+}
+
 std::string RunningEditor::statusText(int part) const
 {
     const HWND statusBar = FindWindowExA(window_, nullptr, STATUSCLASSNAMEA, nullptr);
@@ -332,6 +360,19 @@ bool RunningEditor::cancelFileDialog() const
     const HWND dialog = waitForFileDialog();
     PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
     return dialog && waitUntil([&] { return !IsWindow(dialog); });
+}
+
+void RunningEditor::open(const std::string& path) const
+{
+    sendCommand(IDM_FILE_OPEN_PATH, reinterpret_cast<LPARAM>(path.c_str()));
+}
+
+void RunningEditor::beginOpen(const std::string& path) const
+{
+    begin([path](Editor& e) {
+        SendMessageA(e.mainWindow, WM_COMMAND, IDM_FILE_OPEN_PATH,
+                     reinterpret_cast<LPARAM>(path.c_str()));
+    });
 }
 
 ShownAlert RunningEditor::openDialog(int command) const

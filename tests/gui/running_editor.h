@@ -48,7 +48,16 @@ public:
 
     HWND window() const { return window_; }
     std::string title() const;
+    /// Waits until the title names a model file.
+    bool waitForTitle(const std::string& file) const;
     std::string statusText(int part) const;
+
+    /// The model changed flag.
+    bool isChanged() const;
+    void setChanged(bool changed = true) const;
+    /// Whether the menu item of a command is enabled, and whether it is checked.
+    bool isItemEnabled(int command) const;
+    bool isItemChecked(int command) const;
 
     /// Sends the main window a message, and returns its result when it has been handled.
     LRESULT send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
@@ -83,6 +92,11 @@ public:
     ShownAlert waitForAlert() const;
     /// Presses a button of an alert, by its id, and waits until the alert is gone.
     bool press(const ShownAlert& alert, int button) const;
+
+    /// Opens a model file by the command that carries its path, and waits for the end of it or,
+    /// with beginOpen(), does not: for what asks or refuses.
+    void open(const std::string& path) const;
+    void beginOpen(const std::string& path) const;
 
     /// Starts a command and waits for its dialog.
     ShownAlert openDialog(int command) const;

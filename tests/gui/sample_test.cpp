@@ -57,7 +57,7 @@ TEST(Samples, FitWindowsOfEverySizeWithTheirTextures)
             SCOPED_TRACE(testing::Message() << name << " at " << width << " x " << height);
             editor.resizeClient(width, height);
             const std::string path = samplePath(name, ".mx3");
-            editor.sendCommand(IDM_FILE_OPEN_PATH, reinterpret_cast<LPARAM>(path.c_str()));
+            editor.open(path);
             const Picture picture = editor.picture();
             savePicture(picture, std::string("sample-") + name + "-" + std::to_string(width));
             const Shown shown = whatIsShown(picture);
@@ -66,26 +66,6 @@ TEST(Samples, FitWindowsOfEverySizeWithTheirTextures)
             EXPECT_GT(shown.right - shown.left, std::min(width, surfaceMaxWidth) / 4);
             EXPECT_GT(shown.colours, 20u) << "lit polygons and textures";
         }
-    }
-}
-
-TEST(Samples, TheShipTurnsToAllSixSides)
-{
-    const RunningEditor editor({samplePath("ship", ".mx3"), samplePath("ship", ".mxt")});
-    editor.resizeClient(640, 480);
-    std::vector<Picture> pictures;
-    for (int command = IDM_CAMERA_FORWARD; command <= IDM_CAMERA_BOTTOM; ++command) {
-        SCOPED_TRACE(command);
-        editor.sendCommand(command);
-        const Picture picture = editor.picture();
-        savePicture(picture, "ship-view-" + std::to_string(command));
-        const Shown shown = whatIsShown(picture);
-        EXPECT_GT(shown.left, 0);
-        EXPECT_GT(shown.top, toolBar);
-        EXPECT_LT(shown.right, 639);
-        EXPECT_GT(shown.colours, 20u);
-        EXPECT_EQ(std::ranges::find(pictures, picture), pictures.end()) << "a side of its own";
-        pictures.push_back(picture);
     }
 }
 

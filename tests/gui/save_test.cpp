@@ -25,16 +25,6 @@ std::string text(const std::string& path)
     return {reinterpret_cast<const char*>(bytes->data()), bytes->size()};
 }
 
-bool isChanged(const RunningEditor& editor)
-{
-    return editor.ask([](Editor& e) { return e.document.modelChanged; });
-}
-
-void setChanged(const RunningEditor& editor)
-{
-    editor.call([](Editor& e) { e.document.modelChanged = true; });
-}
-
 /// The items of the File menu that stand between Save as and Exit.
 std::vector<std::string> recentItems(const RunningEditor& editor)
 {
@@ -55,20 +45,24 @@ TEST(Save, AnUntitledModelIsAskedForItsName)
     const TemporaryFolder folder;
     const std::string path = folder.file("new.mx3");
     const RunningEditor editor;
-    setChanged(editor);
+    editor.setChanged();
+    editor.post(WM_COMMAND, IDM_FILE_SAVE);
+    ASSERT_TRUE(editor.cancelFileDialog());
+    EXPECT_EQ(editor.title(), std::string(programTitle) + "Untitled");
+    EXPECT_TRUE(editor.isChanged());
     editor.post(WM_COMMAND, IDM_FILE_SAVE);
     savePicture(editor.pictureOf(editor.waitForFileDialog()), "save-as");
     ASSERT_TRUE(editor.fillFileDialog(path));
-    ASSERT_TRUE(waitUntil([&] { return editor.title() == programTitle + path; }));
+    ASSERT_TRUE(editor.waitForTitle(path));
     EXPECT_TRUE(probeModelFile(path));
-    EXPECT_FALSE(isChanged(editor));
+    EXPECT_FALSE(editor.isChanged());
     EXPECT_EQ(recentItems(editor), (std::vector<std::string>{"&1 " + path, ""}));
     // From now on it is saved without a question.
     std::filesystem::remove(path);
-    setChanged(editor);
+    editor.setChanged();
     editor.sendCommand(IDM_FILE_SAVE);
     EXPECT_TRUE(probeModelFile(path));
-    EXPECT_FALSE(isChanged(editor));
+    EXPECT_FALSE(editor.isChanged());
 }
 
 TEST(Save, TheExtensionIsRewritten)
@@ -76,7 +70,7 @@ TEST(Save, TheExtensionIsRewritten)
     const TemporaryFolder folder;
     writeCubeFile(folder.file("a.old"), 4);
     const RunningEditor editor({folder.file("a.old")});
-    ASSERT_TRUE(waitUntil([&] { return editor.title() == programTitle + folder.file("a.old"); }));
+    ASSERT_TRUE(editor.waitForTitle(folder.file("a.old")));
     editor.sendCommand(IDM_FILE_SAVE);
     EXPECT_TRUE(probeModelFile(folder.file("a.mx3")));
     EXPECT_EQ(editor.title(), programTitle + folder.file("a.old"));
@@ -99,17 +93,15 @@ TEST(Save, SaveAsWritesTheChosenFormAndNamesTheModelAfterIt)
          {Case{"x.123", 1, true, "x.mx3", 2}, Case{"y.mdl", 2, false, "y.mx3", 2},
           Case{"z.mx3", 1, true, "z.mx3", 3}}) {
         SCOPED_TRACE(current.name);
-        setChanged(editor);
+        editor.setChanged();
         editor.post(WM_COMMAND, IDM_FILE_SAVE_AS);
         ASSERT_TRUE(editor.fillFileDialog(folder.file(current.name), current.filter));
-        ASSERT_TRUE(waitUntil([&] {
-            return editor.title() == programTitle + folder.file(current.title);
-        })) << editor.title();
+        ASSERT_TRUE(editor.waitForTitle(folder.file(current.title)));
         EXPECT_EQ(probeModelFile(folder.file(current.name)), current.isModel);
         EXPECT_EQ(text(folder.file(current.name)).find("POLYGON") != std::string::npos,
                   !current.isModel);
         EXPECT_EQ(folder.entryCount(), ++shown);
-        EXPECT_FALSE(isChanged(editor));
+        EXPECT_FALSE(editor.isChanged());
         EXPECT_EQ(recentItems(editor).size(), current.recents);
     }
 }
@@ -120,8 +112,7 @@ TEST(Save, TheSourceOfASampleIsTheOneThatTheCommandLineToolWrites)
     const RunningEditor editor({"samples/ship.mx3"});
     editor.post(WM_COMMAND, IDM_FILE_SAVE_AS);
     ASSERT_TRUE(editor.fillFileDialog(folder.file("ship.mdl"), 2));
-    ASSERT_TRUE(waitUntil([&] { return editor.title() == programTitle + folder.file("ship.mx3"); }))
-        << editor.title();
+    ASSERT_TRUE(editor.waitForTitle(folder.file("ship.mx3")));
     ASSERT_EQ(runCommandLineTool("-q convert samples/ship.mx3 \"" + other.file("ship.mdl") + "\""),
               0);
     const std::string saved = text(folder.file("ship.mdl"));
@@ -129,30 +120,20 @@ TEST(Save, TheSourceOfASampleIsTheOneThatTheCommandLineToolWrites)
     EXPECT_TRUE(saved == text(other.file("ship.mdl")));
 }
 
-TEST(Save, CancellingSavesNothingAndKeepsTheChangedFlag)
-{
-    const RunningEditor editor;
-    setChanged(editor);
-    editor.post(WM_COMMAND, IDM_FILE_SAVE_AS);
-    ASSERT_TRUE(editor.cancelFileDialog());
-    EXPECT_EQ(editor.title(), std::string(programTitle) + "Untitled");
-    EXPECT_TRUE(isChanged(editor));
-}
-
 TEST(Save, AFileThatCannotBeWrittenIsReportedAndTheModelStaysChanged)
 {
     const TemporaryFolder folder;
     writeCubeFile(folder.file("a.mx3"), 4);
     const RunningEditor editor({folder.file("a.mx3")});
-    ASSERT_TRUE(waitUntil([&] { return editor.title() == programTitle + folder.file("a.mx3"); }));
+    ASSERT_TRUE(editor.waitForTitle(folder.file("a.mx3")));
     std::filesystem::remove(folder.file("a.mx3"));
     std::filesystem::create_directories(folder.file("a.mx3") + "/in the way");
-    setChanged(editor);
+    editor.setChanged();
     editor.post(WM_COMMAND, IDM_FILE_SAVE);
     const ShownAlert shown = editor.waitForAlert();
     EXPECT_EQ(shown.text, "Cannot create File.");
     EXPECT_TRUE(editor.press(shown, IDOK));
-    EXPECT_TRUE(isChanged(editor));
+    EXPECT_TRUE(editor.isChanged());
 }
 
 TEST(Save, OpenAsksForTheFile)
@@ -167,7 +148,7 @@ TEST(Save, OpenAsksForTheFile)
     EXPECT_FALSE(IsWindowEnabled(editor.ask([](Editor& e) { return e.toolBox.window; })));
     savePicture(editor.pictureOf(dialog), "open");
     ASSERT_TRUE(editor.fillFileDialog(path));
-    ASSERT_TRUE(waitUntil([&] { return editor.title() == programTitle + path; }));
+    ASSERT_TRUE(editor.waitForTitle(path));
     EXPECT_EQ(editor.statusText(1), "Polygons = 5");
     EXPECT_TRUE(IsWindowEnabled(editor.ask([](Editor& e) { return e.toolBox.window; })));
     editor.post(WM_COMMAND, IDM_FILE_OPEN);
@@ -184,14 +165,15 @@ TEST(Save, RecentFilesAreOpenedFromTheMenu)
     for (std::uint32_t count = 1; count <= 5; ++count) {
         paths.push_back(folder.file(std::to_string(count) + ".mx3"));
         writeCubeFile(paths.back(), count);
-        editor.sendCommand(IDM_FILE_OPEN_PATH, reinterpret_cast<LPARAM>(paths.back().c_str()));
+        editor.open(paths.back());
     }
     const std::vector<std::string> items{"&1 " + paths[4], "&2 " + paths[3], "&3 " + paths[2],
                                          "&4 " + paths[1], ""};
     EXPECT_EQ(recentItems(editor), items);
-    editor.sendCommand(IDM_RECENT_MODEL_3);
-    EXPECT_EQ(editor.title(), programTitle + paths[2]);
-    EXPECT_EQ(editor.statusText(1), "Polygons = 3");
+    for (const int number : {1, 2, 3, 4}) {
+        editor.sendCommand(IDM_RECENT_MODEL_1 + number - 1);
+        EXPECT_EQ(editor.statusText(1), "Polygons = " + std::to_string(6 - number));
+    }
     EXPECT_EQ(recentItems(editor), items) << "a file in the list keeps its place";
 }
 
@@ -200,18 +182,14 @@ TEST(Save, OpeningEmptiesTheUndoSlotAndUndoMarksTheModelChanged)
     const TemporaryFolder folder;
     writeCubeFile(folder.file("a.mx3"), 4);
     const RunningEditor editor;
-    const auto undoIsOffered = [&] {
-        return (GetMenuState(GetMenu(editor.window()), IDM_EDIT_UNDO, MF_BYCOMMAND) & MF_GRAYED) ==
-               0;
-    };
     editor.sendCommand(IDM_GOURAUD_TABLE);
-    editor.call([](Editor& e) { e.document.modelChanged = false; });
-    EXPECT_TRUE(undoIsOffered());
-    editor.sendCommand(IDM_FILE_OPEN_PATH, reinterpret_cast<LPARAM>(folder.file("a.mx3").c_str()));
-    EXPECT_FALSE(undoIsOffered());
-    EXPECT_FALSE(isChanged(editor));
+    editor.setChanged(false);
+    EXPECT_TRUE(editor.isItemEnabled(IDM_EDIT_UNDO));
+    editor.open(folder.file("a.mx3"));
+    EXPECT_FALSE(editor.isItemEnabled(IDM_EDIT_UNDO));
+    EXPECT_FALSE(editor.isChanged());
     editor.sendCommand(IDM_EDIT_UNDO);
-    EXPECT_TRUE(isChanged(editor));
+    EXPECT_TRUE(editor.isChanged());
 }
 
 } // namespace

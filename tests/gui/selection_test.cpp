@@ -29,32 +29,27 @@ void mouse(const RunningEditor& editor, UINT message, int x, int y)
     editor.send(message, message == WM_LBUTTONUP ? 0 : MK_LBUTTON, MAKELPARAM(x, y));
 }
 
-bool isEnabled(const RunningEditor& editor, UINT command)
-{
-    return (GetMenuState(GetMenu(editor.window()), command, MF_BYCOMMAND) & MF_GRAYED) == 0;
-}
-
 TEST(Selection, AClickMarksThePolygonUnderTheCursor)
 {
     const RunningEditor editor;
     editor.resizeClient(400, 320);
     editor.sendCommand(IDM_TOOL_SELECT);
-    for (const UINT command : {IDM_SELECT_MODEL, IDM_SELECT_MATERIAL, IDM_SELECT_CLEAR})
-        EXPECT_FALSE(isEnabled(editor, command));
+    for (const int command : {IDM_SELECT_MODEL, IDM_SELECT_MATERIAL, IDM_SELECT_CLEAR})
+        EXPECT_FALSE(editor.isItemEnabled(command));
     mouse(editor, WM_LBUTTONDOWN, 200, 160);
     mouse(editor, WM_LBUTTONUP, 200, 160);
     EXPECT_EQ(pickedCount(editor), 1);
-    for (const UINT command : {IDM_SELECT_MODEL, IDM_SELECT_MATERIAL, IDM_SELECT_CLEAR})
-        EXPECT_TRUE(isEnabled(editor, command));
+    for (const int command : {IDM_SELECT_MODEL, IDM_SELECT_MATERIAL, IDM_SELECT_CLEAR})
+        EXPECT_TRUE(editor.isItemEnabled(command));
     editor.sendCommand(IDM_SELECT_MODEL);
     EXPECT_EQ(pickedCount(editor), 6);
     editor.sendCommand(IDM_SELECT_CLEAR);
     EXPECT_EQ(pickedCount(editor), 0);
-    EXPECT_FALSE(isEnabled(editor, IDM_SELECT_CLEAR));
-    EXPECT_TRUE(isEnabled(editor, IDM_SELECT_ALL));
+    EXPECT_FALSE(editor.isItemEnabled(IDM_SELECT_CLEAR));
+    EXPECT_TRUE(editor.isItemEnabled(IDM_SELECT_ALL));
     editor.sendCommand(IDM_SELECT_ALL);
     EXPECT_EQ(pickedCount(editor), 6);
-    EXPECT_FALSE(editor.ask([](Editor& e) { return e.document.modelChanged; }));
+    EXPECT_FALSE(editor.isChanged());
 }
 
 TEST(Selection, ShiftTakesTheWholeObjectAndCtrlClearsMarks)
@@ -152,11 +147,10 @@ TEST(Selection, StoredCamerasComeBackAndTheirItemsAreEnabled)
     const auto matrix = [&] { return editor.ask([](Editor& e) { return e.view.viewMatrix; }); };
     const Matrix start = matrix();
     editor.sendCommand(IDM_CAMERA_RECALL_2);
-    for (int i = 0; i < 4; ++i)
-        EXPECT_FALSE(isEnabled(editor, static_cast<UINT>(IDM_CAMERA_RECALL_1 + i)));
+    for (int i = 0; i < 4; ++i) EXPECT_FALSE(editor.isItemEnabled(IDM_CAMERA_RECALL_1 + i));
     editor.sendCommand(IDM_CAMERA_STORE_2);
-    EXPECT_TRUE(isEnabled(editor, IDM_CAMERA_RECALL_2));
-    EXPECT_FALSE(isEnabled(editor, IDM_CAMERA_RECALL_1));
+    EXPECT_TRUE(editor.isItemEnabled(IDM_CAMERA_RECALL_2));
+    EXPECT_FALSE(editor.isItemEnabled(IDM_CAMERA_RECALL_1));
     editor.sendCommand(IDM_CAMERA_TOP);
     const Matrix top = matrix();
     EXPECT_NE(std::memcmp(&top, &start, sizeof top), 0);

@@ -90,13 +90,12 @@ TEST(Settings, AreWrittenBeforeTheQuestionsOfClosing)
     const TemporaryFolder folder;
     const std::string path = folder.file("Facetor.ini");
     const RunningEditor editor({}, Platform::nt, {}, path);
-    editor.call([](Editor& e) { e.document.modelChanged = true; });
+    editor.setChanged();
     editor.post(WM_CLOSE);
     const ShownAlert shown = editor.waitForAlert();
     EXPECT_TRUE(readSettingsFile(path));
     EXPECT_TRUE(editor.press(shown, IDCANCEL));
     EXPECT_FALSE(editor.findWindow(toolBoxClass)) << "the tool box is hidden by then";
-    editor.call([](Editor& e) { e.document.modelChanged = false; });
 }
 
 TEST(Settings, AMinimisedOrMaximisedWindowIsRememberedAtItsNormalPlace)

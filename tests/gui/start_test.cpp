@@ -128,7 +128,6 @@ TEST(Start, KeysReachTheMainWindowAsCommandsWhicheverWindowHasTheFocus)
         EXPECT_EQ(std::vector<int>(seen.begin() + static_cast<std::ptrdiff_t>(before), seen.end()),
                   (std::vector<int>{40091, 40037, 40036, 40014, 40092}));
     }
-    editor.call([](Editor& e) { e.document.modelChanged = false; });
 }
 
 TEST(Start, ToolBarHasItsEntriesAndToolTips)

@@ -96,9 +96,7 @@ std::vector<int> checkedTools(const RunningEditor& editor)
 {
     std::vector<int> checked;
     for (const int command : {40103, 40104, 40105, 40107, 40108})
-        if (GetMenuState(GetMenu(editor.window()), static_cast<UINT>(command), MF_BYCOMMAND) &
-            MF_CHECKED)
-            checked.push_back(command);
+        if (editor.isItemChecked(command)) checked.push_back(command);
     return checked;
 }
 
@@ -163,12 +161,11 @@ TEST(ToolBox, IsHiddenAndShownAgainWhereItWas)
     const RunningEditor editor;
     const HWND box = editor.findWindow(toolBoxClass);
     const auto checked = [&] {
-        const bool item =
-            GetMenuState(GetMenu(editor.window()), IDM_VIEW_TOOL_BOX, MF_BYCOMMAND) & MF_CHECKED;
-        const bool button = editor.ask([](Editor& e) {
+        const bool item = editor.isItemChecked(IDM_VIEW_TOOL_BOX);
+        EXPECT_EQ(editor.ask([](Editor& e) {
             return SendMessageA(e.toolBar, TB_ISBUTTONCHECKED, IDM_VIEW_TOOL_BOX, 0) != 0;
-        });
-        EXPECT_EQ(item, button);
+        }),
+                  item);
         return item;
     };
     EXPECT_TRUE(checked());
