@@ -11,6 +11,7 @@
 #include "texture/plug_in_list.h"
 #include "texture/texture_list.h"
 #include "texture/texture_window.h"
+#include "texture/transform_dialogs.h"
 #include "ui/alert_win.h"
 #include "ui/colour_picker_win.h"
 #include "ui/file_dialog_win.h"
@@ -89,6 +90,7 @@ struct Editor {
     UndoSlot undo;
     LightChoice light;
     SliceView slice;
+    TransformSettings transforms;
     AlertState alerts;
     ColourPicking colourPicking;
     Rgb555 transparentColour = 0x8000; ///< of textures; bit 15 does not count

@@ -6,9 +6,11 @@
 #include "app/recent_menu_win.h"
 #include "resources/resource_ids.h"
 #include "texture/plug_in_commands_win.h"
+#include "texture/slice_dialog.h"
 #include "texture/texture_clipboard_win.h"
 #include "texture/texture_file_commands_win.h"
 #include "texture/texture_text.h"
+#include "texture/transform_dialogs.h"
 #include "ui/window_data_win.h"
 
 #include <algorithm>
@@ -101,12 +103,6 @@ CommandOutcome onDeleteAll(Editor& editor, int, LPARAM)
     return finishTextureEdit(editor, {});
 }
 
-CommandOutcome onEmptyClipboard(Editor& editor, int, LPARAM)
-{
-    emptyClipboard(editor);
-    return CommandOutcome::done;
-}
-
 CommandOutcome onInformation(Editor& editor, int, LPARAM)
 {
     const TextureList& list = editor.document.textures;
@@ -125,6 +121,18 @@ CommandOutcome onRecent(Editor& editor, int number, LPARAM)
     return path.empty() ? CommandOutcome::abandoned : openTexturePath(editor, path);
 }
 
+/// A dialog and what it does, whatever comes of it.
+template <void (*action)(Editor&)> CommandOutcome show(Editor& editor, int, LPARAM)
+{
+    action(editor);
+    return CommandOutcome::done;
+}
+
+CommandOutcome onSlice(Editor& editor, int, LPARAM)
+{
+    return sliceCurrentTexture(editor) ? CommandOutcome::done : CommandOutcome::abandoned;
+}
+
 constexpr TextureCommand textureCommands[] = {
     {IDM_FILE_OPEN_PATH, IDM_FILE_OPEN_PATH, onOpenPath, ListFlag::clearOnSuccess},
     // What the question about unsaved textures sends; here it means this window's own Save as.
@@ -141,9 +149,15 @@ constexpr TextureCommand textureCommands[] = {
     {IDM_TEXTURE_DELETE, IDM_TEXTURE_DELETE, onDelete, ListFlag::set},
     {IDM_TEXTURE_INSERT, IDM_TEXTURE_INSERT, moveSlots<insertSlot>, ListFlag::set},
     {IDM_TEXTURE_BACKSPACE, IDM_TEXTURE_BACKSPACE, moveSlots<removeSlot>, ListFlag::set},
-    {IDM_TEXTURE_EMPTY_CLIPBOARD, IDM_TEXTURE_EMPTY_CLIPBOARD, onEmptyClipboard, ListFlag::keep},
+    {IDM_TEXTURE_SCALE, IDM_TEXTURE_SCALE, show<showScaleDialog>, ListFlag::set},
+    {IDM_TEXTURE_FLIP, IDM_TEXTURE_FLIP, show<showFlipDialog>, ListFlag::set},
+    {IDM_TEXTURE_ROTATE, IDM_TEXTURE_ROTATE, show<showRotateDialog>, ListFlag::set},
+    {IDM_TEXTURE_EMPTY_CLIPBOARD, IDM_TEXTURE_EMPTY_CLIPBOARD, show<emptyClipboard>,
+     ListFlag::keep},
     {IDM_TEXTURE_IMPORT, IDM_TEXTURE_IMPORT, perform<importTextures>, ListFlag::setOnSuccess},
     {IDM_TEXTURE_INFORMATION, IDM_TEXTURE_INFORMATION, onInformation, ListFlag::keep},
+    {IDM_TEXTURE_SLICE, IDM_TEXTURE_SLICE, onSlice, ListFlag::setOnSuccess},
+    {IDM_TEXTURE_SHOW_SLICED, IDM_TEXTURE_SHOW_SLICED, show<toggleShowSliced>, ListFlag::keep},
     {IDM_RECENT_TEXTURES_1, IDM_RECENT_TEXTURES_4, onRecent, ListFlag::clearOnSuccess},
     {IDM_TEXTURE_DELETE_ALL, IDM_TEXTURE_DELETE_ALL, onDeleteAll, ListFlag::clearOnSuccess},
 };

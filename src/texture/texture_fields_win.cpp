@@ -1,0 +1,54 @@
+#include "texture/texture_fields_win.h"
+
+#include "app/editor_win.h"
+#include "ui/number_field_win.h"
+
+namespace facetor {
+
+void showFault(Editor& editor, HWND dialog, const InputFault& fault)
+{
+    setAlertTexts(editor.alerts, fault.text1, fault.text2);
+    alert(editor.alerts, dialog, fault.message, AlertStyle::exclamation);
+}
+
+std::optional<std::int32_t> readField(Editor& editor, HWND dialog, int field, const char* name)
+{
+    const auto number = numberIn(dialog, field);
+    if (!number) {
+        showFault(editor, dialog, {Message::dataError, name});
+        focusField(dialog, field);
+    }
+    return number;
+}
+
+void fillExtent(HWND dialog, const ExtentControls& controls, const ExtentChoice& choice)
+{
+    CheckDlgButton(dialog, choice.useExtent ? controls.extent : controls.current, BST_CHECKED);
+    setNumber(dialog, controls.from, choice.extent.first);
+    setNumber(dialog, controls.to, choice.extent.last);
+    enableExtent(dialog, controls);
+}
+
+void enableExtent(HWND dialog, const ExtentControls& controls)
+{
+    const BOOL chosen = IsDlgButtonChecked(dialog, controls.extent) == BST_CHECKED;
+    EnableWindow(GetDlgItem(dialog, controls.from), chosen);
+    EnableWindow(GetDlgItem(dialog, controls.to), chosen);
+}
+
+bool takeExtent(Editor& editor, HWND dialog, const ExtentControls& controls, ExtentChoice& choice)
+{
+    const auto first = readField(editor, dialog, controls.from, "From");
+    if (!first) return false;
+    const auto last = readField(editor, dialog, controls.to, "to");
+    if (!last) return false;
+    const SlotExtent extent{*first, *last};
+    if (const auto fault = extentFault(extent)) {
+        showFault(editor, dialog, *fault);
+        return false;
+    }
+    choice = {extent, IsDlgButtonChecked(dialog, controls.extent) == BST_CHECKED};
+    return true;
+}
+
+} // namespace facetor

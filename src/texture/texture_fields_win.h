@@ -1,0 +1,35 @@
+#pragma once
+
+#include "texture/texture_rules.h"
+#include "texture/transform_dialogs.h"
+
+#include <windows.h>
+
+#include <cstdint>
+#include <optional>
+
+namespace facetor {
+
+// What the dialogs of the texture list window share.
+
+/// Shows a fault over the dialog.
+void showFault(Editor& editor, HWND dialog, const InputFault& fault);
+
+/// The number in a field. When there is none, names the field in a message, gives it the keyboard
+/// and returns none.
+std::optional<std::int32_t> readField(Editor& editor, HWND dialog, int field, const char* name);
+
+/// The controls that choose between the current texture and an extent.
+struct ExtentControls {
+    int current, extent, from, to;
+};
+
+void fillExtent(HWND dialog, const ExtentControls& controls, const ExtentChoice& choice);
+
+/// Enables the two fields while the extent is chosen, for a press of any button of the dialog.
+void enableExtent(HWND dialog, const ExtentControls& controls);
+
+/// Takes the controls into `choice`. False, with a message shown, when they hold what is refused.
+bool takeExtent(Editor& editor, HWND dialog, const ExtentControls& controls, ExtentChoice& choice);
+
+} // namespace facetor

@@ -1,0 +1,226 @@
+#include "gui/running_editor.h"
+#include "resources/resource_ids.h"
+#include "texture/numbered_texture.h"
+#include "texture/texture_commands_win.h"
+#include "texture/transform_dialogs.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+#include <vector>
+
+namespace facetor {
+
+namespace {
+
+/// Starts a command of the texture list window and waits for its dialog or alert.
+ShownAlert begin(const RunningEditor& editor, int command)
+{
+    editor.begin([command](Editor& e) { runTextureCommand(e, command, 0); });
+    return editor.waitForAlert();
+}
+
+/// A field or a button of a dialog and what is put into it: a text, or for nullptr a press.
+struct Input {
+    int control;
+    const char* text;
+};
+
+void fill(const ShownAlert& dialog, const std::vector<Input>& inputs)
+{
+    for (const Input& input : inputs)
+        if (input.text)
+            SetDlgItemTextA(dialog.window, input.control, input.text);
+        else
+            SendDlgItemMessageA(dialog.window, input.control, BM_CLICK, 0, 0);
+}
+
+std::string textIn(const ShownAlert& dialog, int control)
+{
+    std::array<char, 64> text{};
+    GetDlgItemTextA(dialog.window, control, text.data(), static_cast<int>(text.size()));
+    return text.data();
+}
+
+/// Presses OK of the dialog, reads the alert that refuses it, and dismisses that.
+std::string refusalOf(const RunningEditor& editor, const ShownAlert& dialog)
+{
+    PostMessageA(dialog.window, WM_COMMAND, IDOK, 0);
+    ShownAlert shown;
+    EXPECT_TRUE(waitUntil([&] {
+        shown = editor.findAlert();
+        return shown.window && shown.window != dialog.window;
+    }));
+    EXPECT_TRUE(editor.press(shown, IDOK));
+    EXPECT_TRUE(IsWindowVisible(dialog.window)) << "the dialog stays open";
+    return shown.text;
+}
+
+/// Presses OK of the dialog, which closes, and waits for the alert that follows.
+ShownAlert okThenAlert(const RunningEditor& editor, const ShownAlert& dialog)
+{
+    PostMessageA(dialog.window, WM_COMMAND, IDOK, 0);
+    EXPECT_TRUE(waitUntil([&] { return !IsWindow(dialog.window); }));
+    return editor.waitForAlert();
+}
+
+constexpr char notMultipleOf8[] = "Width of Texture should be multiple of 8. ";
+
+TEST(TextureDialog, EachRefusesWhatItsRulesForbidAndRemembersItsSettings)
+{
+    const RunningEditor editor;
+    for (const int command : {IDM_TEXTURE_FLIP, IDM_TEXTURE_ROTATE, IDM_TEXTURE_SCALE}) {
+        const ShownAlert shown = begin(editor, command);
+        EXPECT_EQ(shown.text, "Texture data is empty. Nothing to edit. ");
+        EXPECT_TRUE(editor.press(shown, IDOK));
+    }
+    editor.call([](Editor& e) { putNumbered(e.document.textures, 0, 16, 8); });
+    struct Case {
+        int command;
+        std::vector<Input> inputs;
+        const char* refusal;
+    };
+    const Case cases[] = {
+        {IDM_TEXTURE_FLIP,
+         {{IDC_FLIP_EXTENT, nullptr}, {IDC_FLIP_FROM, "6"}, {IDC_FLIP_TO, "5"}},
+         "Data Error(\"From\">\"to\")"},
+        {IDM_TEXTURE_FLIP, {{IDC_FLIP_FROM, "x"}}, "Data Error(From)"},
+        {IDM_TEXTURE_FLIP, {{IDC_FLIP_TO, "99999999999"}}, "Data Error(to)"},
+        {IDM_TEXTURE_ROTATE, {{IDC_TURN_TO, "4097"}}, "Out of Polygons to edit!"},
+        {IDM_TEXTURE_SCALE, {{IDC_SIZE_WIDTH, "12"}}, notMultipleOf8},
+        {IDM_TEXTURE_SCALE, {{IDC_SIZE_WIDTH, "264"}}, "Out of Width to edit!"},
+        {IDM_TEXTURE_SCALE, {{IDC_SIZE_HEIGHT, "257"}}, "Out of Height to edit!"},
+        {IDM_TEXTURE_SCALE, {{IDC_SIZE_HEIGHT, ""}}, "Data Error(V)"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.refusal);
+        const ShownAlert dialog = begin(editor, c.command);
+        fill(dialog, c.inputs);
+        EXPECT_EQ(refusalOf(editor, dialog), c.refusal);
+        editor.closeDialog(dialog, IDCANCEL);
+    }
+    ShownAlert dialog = begin(editor, IDM_TEXTURE_ROTATE);
+    EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog.window, IDC_TURN_FROM)));
+    fill(dialog, {{IDC_TURN_HALF, nullptr}, {IDC_TURN_EXTENT, nullptr}, {IDC_TURN_TO, "7"}});
+    EXPECT_TRUE(IsWindowEnabled(GetDlgItem(dialog.window, IDC_TURN_FROM)));
+    savePicture(editor.pictureOf(dialog.window), "rotate-texture");
+    const ShownAlert stopped = okThenAlert(editor, dialog); // slot 1 is empty
+    EXPECT_EQ(stopped.text, "Texture data is empty. Nothing to edit. ");
+    EXPECT_TRUE(editor.press(stopped, IDOK));
+    EXPECT_EQ(editor.ask([](Editor& e) { return numbersOf(e.document.textures, 0)[0]; }), 127);
+    dialog = begin(editor, IDM_TEXTURE_ROTATE);
+    EXPECT_EQ(textIn(dialog, IDC_TURN_TO), "7");
+    EXPECT_EQ(IsDlgButtonChecked(dialog.window, IDC_TURN_HALF), UINT{BST_CHECKED});
+    editor.closeDialog(dialog, IDCANCEL);
+    editor.call([](Editor& e) { e.document.texturesChanged = false; });
+}
+
+TEST(TextureDialog, TransformsChangeTheCurrentTextureAndAreUndone)
+{
+    const RunningEditor editor;
+    editor.call([](Editor& e) { putNumbered(e.document.textures, 0, 16, 8); });
+    const auto first = [&] {
+        return editor.ask([](Editor& e) {
+            return std::pair(int{e.document.textures.slot(0).width},
+                             numbersOf(e.document.textures, 0)[0]);
+        });
+    };
+    struct Case {
+        int command;
+        std::vector<Input> inputs;
+        std::pair<int, int> expected; ///< width and first texel
+    };
+    const Case cases[] = {
+        {IDM_TEXTURE_FLIP,
+         {{IDC_FLIP_HORIZONTAL, nullptr}, {IDC_FLIP_VERTICAL, nullptr}},
+         {16, 127}},
+        {IDM_TEXTURE_ROTATE, {{IDC_TURN_CLOCKWISE, nullptr}}, {8, 112}},
+        {IDM_TEXTURE_SCALE, {{IDC_SIZE_DOUBLE, nullptr}}, {32, 0}},
+        {IDM_TEXTURE_SCALE, {{IDC_SIZE_HALVE, nullptr}, {IDC_SIZE_SMOOTH, nullptr}}, {8, 0}},
+    };
+    for (const auto& [command, inputs, expected] : cases) {
+        SCOPED_TRACE(command);
+        const ShownAlert dialog = begin(editor, command);
+        fill(dialog, inputs);
+        if (command == IDM_TEXTURE_SCALE) {
+            EXPECT_EQ(textIn(dialog, IDC_SIZE_OLD_WIDTH), " 16 ->");
+        }
+        savePicture(editor.pictureOf(dialog.window), "transform-" + std::to_string(command));
+        editor.closeDialog(dialog, IDOK);
+        EXPECT_EQ(first(), expected);
+        EXPECT_TRUE(editor.ask([](Editor& e) { return e.document.texturesChanged; }));
+        editor.sendCommand(IDM_EDIT_UNDO);
+        EXPECT_EQ(first(), std::pair(16, 0));
+        EXPECT_TRUE(editor.ask([](Editor& e) { return e.undo.isEmpty(); }));
+    }
+    editor.call([](Editor& e) { putNumbered(e.document.textures, 0, 16, 12); });
+    const ShownAlert dialog = begin(editor, IDM_TEXTURE_ROTATE);
+    const ShownAlert shown = okThenAlert(editor, dialog);
+    EXPECT_EQ(shown.text, notMultipleOf8);
+    EXPECT_TRUE(editor.press(shown, IDOK));
+    editor.call([](Editor& e) { e.document.texturesChanged = e.document.modelChanged = false; });
+}
+
+TEST(TextureDialog, SlicingMakesATextureForEachPickedPolygonInEveryOffsetMode)
+{
+    const RunningEditor editor({"samples\\ship.mx3", "samples\\ship.mxt"});
+    editor.resizeClient(640, 420);
+    ShownAlert shown = begin(editor, IDM_TEXTURE_SLICE);
+    EXPECT_EQ(shown.text, "No Selected polygons could be found. ");
+    EXPECT_TRUE(editor.press(shown, IDOK));
+    editor.sendCommand(IDM_SELECT_ALL);
+    const auto open = [&] { // past the warning that it cannot be undone
+        const ShownAlert warning = begin(editor, IDM_TEXTURE_SLICE);
+        EXPECT_EQ(warning.buttons.size(), 3u);
+        EXPECT_TRUE(editor.press(warning, IDNO));
+        return editor.waitForAlert();
+    };
+    shown = begin(editor, IDM_TEXTURE_SLICE);
+    EXPECT_TRUE(editor.press(shown, IDCANCEL));
+    EXPECT_FALSE(editor.findAlert().window);
+
+    ShownAlert dialog = open();
+    savePicture(editor.pictureOf(dialog.window), "slice-dialog");
+    EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog.window, IDC_SLICE_ID)));
+    fill(dialog, {{IDC_SLICE_CHOSEN, nullptr}, {IDC_SLICE_ID, "0"}});
+    EXPECT_EQ(refusalOf(editor, dialog), "Data Error(ID < CurrentID)");
+    fill(dialog, {{IDC_SLICE_ID, "9"}, {IDC_SLICE_WIDTH, "20"}});
+    EXPECT_EQ(refusalOf(editor, dialog), notMultipleOf8);
+    editor.closeDialog(dialog, IDCANCEL);
+
+    editor.call([](Editor& e) { runTextureCommand(e, IDM_TEXTURE_SHOW_SLICED, 0); });
+    const std::pair<int, const char*> modes[] = {{IDC_SLICE_TRANSPARENT, "transparent"},
+                                                 {IDC_SLICE_REPEAT, "repeat"},
+                                                 {IDC_SLICE_WRAP, "wrap"}};
+    for (const bool smooth : {false, true})
+        for (const auto& [mode, name] : modes) {
+            dialog = open();
+            fill(dialog, {{IDC_SLICE_CHOSEN, nullptr},
+                          {IDC_SLICE_ID, "100"},
+                          {mode, nullptr},
+                          {IDC_SLICE_WIDTH, "32"},
+                          {IDC_SLICE_HEIGHT, "32"}});
+            CheckDlgButton(dialog.window, IDC_SLICE_SMOOTH, smooth ? BST_CHECKED : BST_UNCHECKED);
+            editor.closeDialog(dialog, IDOK);
+            editor.call([](Editor& e) {
+                const Model& model = e.document.model;
+                EXPECT_EQ(e.document.textures.usedCount(), 100 + model.totalPolygonCount);
+                std::vector<bool> given(model.totalPolygonCount);
+                for (std::uint32_t i = 0; i < model.totalPolygonCount; ++i) {
+                    EXPECT_TRUE(model.attributes[i].flags & textureMap);
+                    given.at(model.attributes[i].texture - 100u) = true;
+                }
+                EXPECT_EQ(std::ranges::count(given, false), 0) << "each has its own";
+                EXPECT_TRUE(e.document.texturesChanged);
+            });
+            editor.sendCommand(IDM_SELECT_CLEAR);
+            savePicture(editor.picture(),
+                        std::string("sliced-") + name + (smooth ? "-smooth" : ""));
+            editor.sendCommand(IDM_SELECT_ALL);
+        }
+    editor.call([](Editor& e) { e.document.texturesChanged = e.document.modelChanged = false; });
+}
+
+} // namespace
+
+} // namespace facetor
