@@ -19,24 +19,23 @@
 #include <windows.h>
 
 #include <commctrl.h>
-#include <shlobj.h>
 
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <functional>
 #include <memory>
-#include <vector>
 
 namespace facetor {
 
 namespace {
 
-/// Puts textures of 8 x 8 texels into the first slots, one for each letter, which its texels' blue
-/// tells; "." is an empty slot. The rest of the list is empty.
-void fillList(Editor& editor, const std::string& letters)
+/// Makes the list one texture of 8 x 8 texels for each letter, which its texels' blue tells; "." is
+/// an empty slot. Polygons have the numbers of the first textures. " changed" is the list's flag.
+void setState(Editor& editor, const std::string& state)
 {
     TextureList& list = editor.document.textures;
+    const std::string letters = state.substr(0, state.find(' '));
     list.clearAll();
     for (std::uint32_t slot = 0; slot < letters.size(); ++slot) {
         if (letters[slot] == '.') continue;
@@ -45,104 +44,85 @@ void fillList(Editor& editor, const std::string& letters)
         std::ranges::fill(texels, static_cast<Rgb555>(opaqueBit | (letters[slot] - 'a' + 1)));
         list.set(slot, 8, 8, std::move(texels));
     }
+    for (std::uint16_t i = 0; i < 6; ++i) editor.document.model.attributes[i].texture = i;
+    editor.document.texturesChanged = state.ends_with(" changed");
+    undoClear(editor.undo);
 }
 
-/// The same of what the list holds.
-std::string lettersOf(const TextureList& list)
+/// The same of what the editor holds, with " undo" for an edit that can be undone.
+std::string stateOf(const Editor& editor)
 {
-    std::string letters;
+    const TextureList& list = editor.document.textures;
+    std::string state;
     for (std::uint32_t slot = 0; slot < list.usedCount(); ++slot)
-        letters += list.isEmpty(slot)
-                       ? '.'
-                       : static_cast<char>('a' - 1 + (list.slot(slot).pixels[0] & 31));
-    return letters;
+        state += list.isEmpty(slot) ? '.'
+                                    : static_cast<char>('a' - 1 + (list.slot(slot).pixels[0] & 31));
+    return state + (editor.undo.isEmpty() ? "" : " undo") +
+           (editor.document.texturesChanged ? " changed" : "");
 }
 
-/// A packed bitmap of one colour, white, whose header says what it is told to.
-Bytes whiteBitmap(std::uint32_t width, std::uint32_t height, std::uint16_t depth,
-                  std::uint32_t compression)
-{
-    ByteWriter out;
-    for (const std::uint32_t field : {40u, width, height}) out.u32(field);
-    out.u16(1);
-    out.u16(depth);
-    out.u32(compression);
-    out.zeros(20);
-    for (int i = 0; i < 8 * 8 * 3; ++i) out.u8(255);
-    return out.release();
-}
+/// A command, what it asks, and what is there afterwards.
+struct Step {
+    int command;
+    std::string state{};
+    std::string alert{}; ///< the text of the alert that comes up; none when empty
+    int button = IDOK;
+    std::string path{}; ///< for the file dialog that comes up then; "cancel" cancels it
+    int filter = 1;
+};
 
-/// The editor with its texture list window open.
 class TextureWindowTest : public testing::Test {
 protected:
-    TextureWindowTest() { editor.sendCommand(IDM_VIEW_TEXTURES); }
+    TextureWindowTest() { toggle(); }
 
-    HWND window() const
+    void toggle()
     {
-        return editor.ask([](Editor& e) { return e.textureWindow.window; });
+        editor.sendCommand(IDM_VIEW_TEXTURES);
+        window = editor.ask([](Editor& e) { return e.textureWindow.window; });
     }
-    LRESULT run(int command, const char* path = nullptr) const
-    {
-        return SendMessageA(window(), WM_COMMAND, static_cast<WPARAM>(command),
-                            reinterpret_cast<LPARAM>(path));
-    }
-    /// Starts a command that brings an alert or a dialog up.
-    void start(int command) const
-    {
-        PostMessageA(window(), WM_COMMAND, static_cast<WPARAM>(command), 0);
-    }
-    /// Presses a button of the alert that is to come and returns its text.
-    std::string answer(int button) const
-    {
-        const ShownAlert shown = editor.waitForAlert();
-        EXPECT_EQ(shown.caption, "Alert");
-        savePicture(editor.pictureOf(shown.window), "texture-alert");
-        EXPECT_TRUE(editor.press(shown, button));
-        EXPECT_TRUE(waitUntil([&] { return IsWindowEnabled(editor.window()) != FALSE; }));
-        editor.call([](Editor&) {}); // the command has come to its end or to its next question
-        return shown.text;
-    }
-    void set(const std::string& letters, std::uint32_t current, bool changed) const
+    void set(const std::string& state, std::uint32_t current = 1) const
     {
         editor.call([&](Editor& e) {
-            fillList(e, letters);
+            setState(e, state);
             e.document.textures.current = current;
-            e.document.texturesChanged = changed;
-            undoClear(e.undo);
-            for (std::uint16_t i = 0; i < 6; ++i) e.document.model.attributes[i].texture = i;
         });
     }
-    std::string letters() const
+    void run(int command) const
     {
-        return editor.ask([](Editor& e) { return lettersOf(e.document.textures); });
+        SendMessageA(window, WM_COMMAND, static_cast<WPARAM>(command), 0);
     }
-    bool changed() const
+    void take(const Step& step) const
     {
-        return editor.ask([](Editor& e) { return e.document.texturesChanged; });
+        SCOPED_TRACE(testing::Message() << step.command << " " << step.alert << step.path);
+        // A message that is sent overtakes posted ones: what asks nothing has to be over first.
+        if (step.alert.empty() && step.path.empty())
+            run(step.command);
+        else
+            PostMessageA(window, WM_COMMAND, static_cast<WPARAM>(step.command), 0);
+        finish(step);
     }
-    std::string file() const
+    void finish(const Step& step) const
     {
-        return editor.ask([](Editor& e) { return e.document.textureFile; });
+        if (!step.alert.empty()) {
+            const ShownAlert shown = editor.waitForAlert();
+            EXPECT_EQ(shown.text, step.alert);
+            savePicture(editor.pictureOf(shown.window),
+                        "texture-alert-" + std::to_string(step.command));
+            EXPECT_TRUE(editor.press(shown, step.button));
+        }
+        if (!step.path.empty()) {
+            EXPECT_TRUE(step.path == "cancel" ? editor.cancelFileDialog()
+                                              : editor.fillFileDialog(step.path, step.filter));
+        }
+        const auto state = [&] { return editor.ask(stateOf); };
+        waitUntil([&] { return IsWindowEnabled(editor.window()) && state() == step.state; });
+        editor.call([](Editor&) {}); // the command has come to its end
+        EXPECT_EQ(state(), step.state);
     }
     bool isOffered(int command) const
     {
-        return (GetMenuState(GetMenu(window()), static_cast<UINT>(command), MF_BYCOMMAND) &
-                MF_GRAYED) == 0;
-    }
-    bool isButtonOffered(int command) const
-    {
-        return editor.ask([&](Editor& e) {
-            return SendMessageA(e.textureWindow.toolBar, TB_ISBUTTONENABLED,
-                                static_cast<WPARAM>(command), 0) != 0;
-        });
-    }
-    std::int32_t topSlot() const
-    {
-        return editor.ask([](Editor& e) { return e.textureWindow.topSlot; });
-    }
-    void click(UINT message, int x, int y) const
-    {
-        SendMessageA(window(), message, 0, MAKELPARAM(x, y));
+        const UINT state = GetMenuState(GetMenu(window), static_cast<UINT>(command), MF_BYCOMMAND);
+        return (state & MF_GRAYED) == 0;
     }
     /// Runs `action` with keys held. Again, when the display has let go of them meanwhile, as it
     /// does when it learns late that the focus has moved.
@@ -152,220 +132,180 @@ protected:
             std::vector<std::unique_ptr<HeldKey>> held;
             for (const WORD key : keys) held.push_back(std::make_unique<HeldKey>(editor, key));
             action();
-            return editor.ask([&](Editor&) {
-                return std::ranges::all_of(keys, [](WORD key) { return isKeyDown(key); });
-            });
+            return editor.ask([&](Editor&) { return std::ranges::all_of(keys, isKeyDown); });
         }));
     }
-    void putOnClipboard(const Bytes& bytes) const
-    {
-        editor.call([&](Editor& e) {
-            const HGLOBAL block = GlobalAlloc(GHND, bytes.size());
-            std::memcpy(LockedGlobal(block).bytes().data(), bytes.data(), bytes.size());
-            const OpenedClipboard clipboard(e.mainWindow);
-            EmptyClipboard();
-            EXPECT_TRUE(SetClipboardData(CF_DIB, block));
-        });
-    }
 
+    const TemporaryFolder folder;
     RunningEditor editor;
+    HWND window = nullptr;
 };
 
-TEST_F(TextureWindowTest, HasItsClassStyleTitleMenuAndTips)
+TEST_F(TextureWindowTest, HasItsStyleTitleMenuAndTips)
 {
-    EXPECT_EQ(GetClassLongPtrA(window(), GCL_STYLE), 11u);
-    EXPECT_EQ(GetClassLongPtrA(window(), GCLP_HBRBACKGROUND), 5u);
+    EXPECT_EQ(GetClassLongPtrA(window, GCL_STYLE), 11u);
     constexpr LONG_PTR given = WS_POPUP | WS_VISIBLE | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME;
-    EXPECT_EQ(GetWindowLongPtrA(window(), GWL_STYLE), given | WS_CLIPSIBLINGS);
-    EXPECT_EQ(GetWindow(window(), GW_OWNER), editor.window());
-    EXPECT_EQ(windowText(window()), "Texture List");
-    EXPECT_EQ(editor.ask([](Editor& e) { return e.settings.textures.left; }), 100);
+    EXPECT_EQ(GetWindowLongPtrA(window, GWL_STYLE), given | WS_CLIPSIBLINGS);
+    EXPECT_EQ(windowText(window), "Texture List");
     run(IDM_TEXTURE_EMPTY_CLIPBOARD);
-    EXPECT_EQ(menuOutline(GetMenu(window())),
+    EXPECT_EQ(menuOutline(GetMenu(window)),
               "&File {&Open...\tCtrl+Shift+O=40026, -, &Save\tCtrl+Shift+S=40027, "
               "Save &as...=40028, -, &Import...=40086, &Export...=40087, -, C&lose=40029}, "
               "&Edit {(&Undo\tCtrl+Z=40035), -, Cu&t\tCtrl+X=40036, &Copy\tCtrl+C=40037, "
               "(&Paste\tCtrl+V=40038), &Delete\tDel=40039, -, &Insert\tCtrl+Ins=40040, "
               "&Backspace\tCtrl+Back=40041, Delete &All...=40124, -, "
               "(&Empty Clipboard=40085), -, In&formation=40095}, "
-              "&View {L&ine Down=40031, (Li&ne Up=40032), Page &Down=40033, "
-              "(Page &Up=40034)}, "
+              "&View {L&ine Down=40031, (Li&ne Up=40032), Page &Down=40033, (Page &Up=40034)}, "
               "&Tools {&Scale...=40077, F&lip...=40078, &Rotate...=40079, -, Sli&ce=40098, "
               "S&how Sliced=40099}");
-    editor.call([](Editor& e) {
+    editor.call([&](Editor&) {
         NMTTDISPINFOA tip{};
-        tip.hdr.code = TTN_GETDISPINFOA;
-        tip.hdr.idFrom = IDM_TEXTURE_OPEN;
-        SendMessageA(e.textureWindow.window, WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&tip));
+        tip.hdr = {nullptr, IDM_TEXTURE_OPEN, TTN_GETDISPINFOA};
+        SendMessageA(window, WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&tip));
         EXPECT_STREQ(tip.lpszText, "Open(Ctrl+Shift+O)");
     });
-    PostMessageA(window(), WM_RBUTTONDOWN, 0, MAKELPARAM(60, 60));
-    HWND menu = nullptr;
-    ASSERT_TRUE(waitUntil([&] { return (menu = editor.findWindow("#32768")) != nullptr; }));
-    EXPECT_EQ(GetMenuItemID(reinterpret_cast<HMENU>(SendMessageA(menu, MN_GETHMENU, 0, 0)), 0),
-              static_cast<UINT>(IDM_TEXTURE_UNDO));
-    savePicture(editor.pictureOf(menu), "texture-menu");
-    PostMessageA(window(), WM_CANCELMODE, 0, 0);
+    PostMessageA(window, WM_RBUTTONDOWN, 0, MAKELPARAM(60, 60));
+    EXPECT_TRUE(waitUntil([&] { return editor.findWindow("#32768") != nullptr; }));
+    PostMessageA(window, WM_CANCELMODE, 0, 0);
     EXPECT_TRUE(waitUntil([&] { return !editor.findWindow("#32768"); }));
 }
 
-TEST_F(TextureWindowTest, EveryEditChangesTheListAndIsUndone)
+TEST_F(TextureWindowTest, EveryEditIsUndoneAndWhatCannotBeDoneIsSaid)
 {
+    const std::string empty = "Texture data is empty. Nothing to edit. ";
+    const std::string all =
+        "WARNING : You cannot Undo after do this function.\n Save changes before doing?";
     struct Row {
-        int command;
-        bool shift;
-        std::uint32_t current;
-        const char *letters, *numbers; ///< the list and the polygons' texture numbers afterwards
+        const char* before;
+        Step step;
     };
     const Row rows[] = {
-        {IDM_TEXTURE_COPY, false, 1, "abc", "012345"},
-        {IDM_TEXTURE_PASTE, false, 2, "abb", "012345"},
-        {IDM_TEXTURE_CUT, false, 0, ".bc", "012345"},
-        {IDM_TEXTURE_PASTE, false, 4, "abc.a", "012345"},
-        {IDM_TEXTURE_DELETE, false, 1, "a.c", "012345"},
-        {IDM_TEXTURE_INSERT, false, 1, "a.bc", "012345"},
-        {IDM_TEXTURE_INSERT, true, 1, "a.bc", "023456"},
-        {IDM_TEXTURE_BACKSPACE, false, 1, "ac", "012345"},
-        {IDM_TEXTURE_BACKSPACE, true, 1, "ac", "011234"},
+        {"abc", {IDM_TEXTURE_EMPTY_CLIPBOARD, "abc"}},
+        {"abc", {IDM_TEXTURE_PASTE, "abc changed", "Clipboard data is empty. Nothing to edit. "}},
+        {"abc", {IDM_TEXTURE_COPY, "abc changed"}},
+        {"xyz", {IDM_TEXTURE_PASTE, "xbz undo changed"}},
+        {"abc", {IDM_TEXTURE_CUT, "a.c undo changed"}},
+        {"abc", {IDM_TEXTURE_DELETE, "a.c undo changed"}},
+        {"abc", {IDM_TEXTURE_INSERT, "a.bc undo changed"}},
+        {"abc", {IDM_TEXTURE_BACKSPACE, "ac undo changed"}},
+        {"", {IDM_TEXTURE_INSERT, " changed", empty}},
+        {"", {IDM_TEXTURE_BACKSPACE, " changed", empty}},
+        {"abc", {IDM_TEXTURE_INFORMATION, "abc", "ID\t= 1\nWidth\t= 8\nHeight\t= 8"}},
+        {"abc changed", {IDM_TEXTURE_DELETE_ALL, "abc changed", all, IDCANCEL}},
+        {"abc changed", {IDM_TEXTURE_DELETE_ALL, "abc changed", all, IDYES, "cancel"}},
+        {"abc changed", {IDM_TEXTURE_DELETE_ALL, "", all, IDYES, folder.file("all.mxt")}},
+        {"abc changed", {IDM_TEXTURE_DELETE_ALL, "", all, IDNO}},
     };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.command);
-        const auto numbers = [&] {
-            return editor.ask([](Editor& e) {
-                std::string text;
-                for (int i = 0; i < 6; ++i)
-                    text += std::to_string(
-                        e.document.model.attributes[static_cast<std::size_t>(i)].texture);
-                return text;
-            });
-        };
-        withKeys(row.shift ? std::vector<WORD>{VK_SHIFT} : std::vector<WORD>{}, [&] {
-            set("abc", row.current, false);
-            run(row.command);
-        });
-        EXPECT_EQ(letters(), row.letters);
-        EXPECT_EQ(numbers(), row.numbers);
-        EXPECT_TRUE(changed());
-        const bool edited = row.command != IDM_TEXTURE_COPY;
-        EXPECT_EQ(isOffered(IDM_TEXTURE_UNDO), edited);
-        EXPECT_EQ(isButtonOffered(IDM_TEXTURE_UNDO), edited);
-        editor.call([](Editor& e) { e.document.texturesChanged = false; });
-        run(IDM_TEXTURE_UNDO);
-        EXPECT_EQ(letters(), "abc");
-        EXPECT_EQ(numbers(), "012345");
-        EXPECT_TRUE(changed());
-        EXPECT_FALSE(isOffered(IDM_TEXTURE_UNDO)) << "it is not redone";
+    for (const auto& [before, step] : rows) {
+        set(before);
+        take(step);
+        const bool undo = step.state.find("undo") != std::string::npos;
+        EXPECT_EQ(isOffered(IDM_TEXTURE_UNDO), undo);
+        if (undo) take({IDM_TEXTURE_UNDO, std::string(before) + " changed"}); // and no redo
     }
+    EXPECT_TRUE(isTextureFile(folder.file("all.mxt")));
 }
 
-TEST_F(TextureWindowTest, WhatCannotBeDoneIsSaid)
+TEST_F(TextureWindowTest, ListsAreSavedAndOpenedUnderTheirNames)
 {
-    struct Row {
-        int command;
-        const char* letters;
-        Bytes clipboard; ///< none for an empty one
-        const char* text;
-    };
-    const char notSupported[] = "Sorry, this type of Clipboard data is not supported.";
-    const char listEmpty[] = "Texture data is empty. Nothing to edit. ";
-    const Row rows[] = {
-        {IDM_TEXTURE_PASTE, "abc", {}, "Clipboard data is empty. Nothing to edit. "},
-        {IDM_TEXTURE_PASTE, "abc", whiteBitmap(12, 2, 24, 0),
-         "Data Error(Width of Texture should be multiple of 8. )"},
-        {IDM_TEXTURE_PASTE, "abc", whiteBitmap(8, 8, 24, 1), notSupported},
-        {IDM_TEXTURE_PASTE, "abc", whiteBitmap(8, 8, 1, 0), notSupported},
-        {IDM_TEXTURE_PASTE, "abc", whiteBitmap(65528, 65535, 32, 0), notSupported},
-        {IDM_TEXTURE_PASTE, "abc", Bytes(7), notSupported},
-        {IDM_TEXTURE_INSERT, "", {}, listEmpty},
-        {IDM_TEXTURE_BACKSPACE, "", {}, listEmpty},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.text);
-        set(row.letters, 1, false);
-        run(IDM_TEXTURE_EMPTY_CLIPBOARD);
-        if (!row.clipboard.empty()) putOnClipboard(row.clipboard);
-        start(row.command);
-        EXPECT_EQ(answer(IDOK), row.text);
-        EXPECT_EQ(letters(), row.letters);
-        EXPECT_TRUE(changed()) << "whatever came of it";
-        EXPECT_FALSE(isOffered(IDM_TEXTURE_UNDO));
-    }
-    set("ab", 1, false);
-    start(IDM_TEXTURE_INFORMATION);
-    const ShownAlert shown = editor.waitForAlert();
-    EXPECT_EQ(shown.caption, "Texutre Information");
-    EXPECT_EQ(shown.text, "ID\t= 1\nWidth\t= 8\nHeight\t= 8");
-    savePicture(editor.pictureOf(shown.window), "texture-information");
-    editor.closeDialog(shown, IDOK);
-    EXPECT_FALSE(changed());
+    const std::string one = folder.file("one.mxt"), typed = folder.file("one.123"),
+                      question = "Save changes of texture before opening new file?";
+    writeTextFile(folder.file("broken.mxt"), "MXTX and nothing else");
+    set("ab changed");
+    take({IDM_TEXTURE_SAVE, "ab", {}, 0, typed}); // without a name it is asked for
+    set("abc changed");
+    take({IDM_TEXTURE_SAVE, "abc"});
+    set("..d");
+    take({IDM_TEXTURE_OPEN, "abc", {}, 0, one});
+    take({IDM_TEXTURE_OPEN, "abc", {}, 0, typed, 2});                  // the source is only written
+    take({IDM_TEXTURE_OPEN, "abc", {}, 0, folder.file("broken.mxt")}); // without a word
+    EXPECT_EQ(editor.ask([](Editor& e) { return e.document.textureFile; }), one);
+    EXPECT_NE(menuOutline(GetMenu(window)).find("&2 " + one + "=40121, &3 " + typed + "=40122, -"),
+              std::string::npos);
+    set("..d changed");
+    take({IDM_RECENT_TEXTURES_3, "..d changed", question, IDCANCEL});
+    take({IDM_RECENT_TEXTURES_3, "abd", question, IDNO});
+    take({IDM_RECENT_TEXTURES_4, "abd"}); // beeps
+    std::filesystem::remove(typed);
+    std::filesystem::remove(one);
+    std::filesystem::create_directories(one + "/in the way");
+    set("ab changed");
+    take({IDM_TEXTURE_SAVE, "ab changed", "Cannot create File."});
+    set(" changed");
+    take({IDM_TEXTURE_SAVE, " changed", "Texture data is empty. Nothing to edit. "});
+    writeTexturesFile(folder.file("good.mxt"), 3);
+    writeTextFile(folder.file("text.txt"), "neither textures nor a picture");
+    set("ab");
+    editor.postDrop({folder.file("good.mxt"), folder.file("text.txt")}, window);
+    finish({IDM_FILE_OPEN_PATH, "cb"});
+    editor.postDrop({folder.file("text.txt")}, window);
+    finish({IDM_FILE_OPEN_PATH, "cb", "Sorry, this file format is not supported."});
 }
 
 TEST_F(TextureWindowTest, TheClipboardIsSharedWithOtherPrograms)
 {
-    set("abc", 2, false);
-    run(IDM_TEXTURE_EMPTY_CLIPBOARD);
-    EXPECT_FALSE(isOffered(IDM_TEXTURE_EMPTY_CLIPBOARD));
-    EXPECT_FALSE(changed());
+    set("abc");
     run(IDM_TEXTURE_COPY);
-    for (const int command : {IDM_TEXTURE_PASTE, IDM_TEXTURE_EMPTY_CLIPBOARD})
-        EXPECT_TRUE(isOffered(command));
-    EXPECT_TRUE(isButtonOffered(IDM_TEXTURE_PASTE));
     editor.call([](Editor& e) {
-        Bytes expected(packedTextureSize(e.document.textures.slot(2)));
-        packTexture(e.document.textures.slot(2), expected);
+        Bytes expected(packedTextureSize(e.document.textures.slot(1)));
+        packTexture(e.document.textures.slot(1), expected);
         const OpenedClipboard clipboard(e.mainWindow);
         const LockedGlobal block(GetClipboardData(CF_DIB));
         ASSERT_GE(block.bytes().size(), expected.size());
         EXPECT_TRUE(std::ranges::equal(block.bytes().first(expected.size()), expected));
     });
-    run(IDM_TEXTURE_EMPTY_CLIPBOARD);
-    putOnClipboard(whiteBitmap(8, 8, 24, 0)); // by another program, while this one is not active
-    for (const HWND one : {editor.window(), window()}) {
-        editor.call([](Editor& e) {
-            EnableMenuItem(GetMenu(e.textureWindow.window), IDM_TEXTURE_PASTE, MF_GRAYED);
+    struct Row {
+        std::uint32_t width, height, depth, compression;
+        const char* alert;
+    };
+    const char* const refused = "Sorry, this type of Clipboard data is not supported.";
+    for (const Row& row :
+         {Row{12, 2, 24, 0, "Data Error(Width of Texture should be multiple of 8. )"},
+          Row{8, 8, 24, 1, refused}, Row{65528, 65535, 32, 0, refused}, Row{8, 8, 24, 0, ""}}) {
+        editor.call([&](Editor& e) { // as another program does, while this one is not active
+            EnableMenuItem(GetMenu(window), IDM_TEXTURE_PASTE, MF_GRAYED);
+            const HGLOBAL memory = GlobalAlloc(GHND, 40 + 8 * 8 * 3);
+            const std::uint32_t header[] = {40, row.width, row.height, row.depth << 16 | 1,
+                                            row.compression};
+            std::memcpy(LockedGlobal(memory).bytes().data(), header, sizeof header);
+            const OpenedClipboard clipboard(e.mainWindow);
+            EmptyClipboard();
+            EXPECT_TRUE(SetClipboardData(CF_DIB, memory));
         });
-        SendMessageA(one, WM_ACTIVATEAPP, TRUE, 0);
+        set("abc");
+        editor.send(WM_ACTIVATEAPP, TRUE);
         EXPECT_TRUE(isOffered(IDM_TEXTURE_PASTE));
+        take({IDM_TEXTURE_PASTE, *row.alert ? "abc changed" : "a`c undo changed", row.alert});
     }
-    editor.call([](Editor& e) { e.transparentColour = 0x7FFF; });
-    run(IDM_TEXTURE_PASTE);
-    EXPECT_EQ(editor.ask([](Editor& e) { return e.document.textures.slot(2).pixels[63]; }), 0x7FFF);
 }
 
-TEST_F(TextureWindowTest, AClickPicksAndADoubleClickPutsOnPolygonsAsTheKeysSay)
+TEST_F(TextureWindowTest, AClickPicksAndKeysSayWhatBecomesOfPolygons)
 {
     struct Row {
         std::vector<WORD> keys;
-        std::uint32_t flags; ///< of a picked polygon afterwards
+        std::uint32_t flags; ///< of a picked polygon after a double click
         std::uint16_t texture;
     };
-    const Row rows[] = {{{}, picked | textureMap, 9},
-                        {{'H'}, picked | textureMap | flipHorizontal, 9},
-                        {{'V'}, picked | textureMap | flipVertical, 9},
-                        {{'H', VK_CONTROL}, textureMap | flipHorizontal, 9},
-                        {{VK_SHIFT}, picked, 2}};
-    set("abc", 0, false);
+    const int top = editor.ask([](Editor& e) { return gridArea(e.textureWindow).top; });
+    const auto click = [&](UINT message, int x, int y) {
+        SendMessageA(window, message, 0, MAKELPARAM(x, y));
+    };
     editor.sendCommand(IDM_VIEW_ATTRIBUTES);
-    const int barHeight = editor.ask([](Editor& e) { return gridArea(e.textureWindow).top; });
-    click(WM_LBUTTONDOWN, 10, barHeight - 1); // beside the grid
-    EXPECT_EQ(editor.ask([](Editor& e) { return e.document.textures.current; }), 0u);
-    for (const Row& row : rows) {
+    for (const Row& row :
+         {Row{{}, picked | textureMap, 8}, Row{{'H'}, picked | textureMap | flipHorizontal, 8},
+          Row{{'V'}, picked | textureMap | flipVertical, 8},
+          Row{{'H', VK_CONTROL}, textureMap | flipHorizontal, 8}, Row{{VK_SHIFT}, picked, 2}}) {
         withKeys(row.keys, [&] {
-            editor.call([](Editor& e) {
-                e.document.modelChanged = false;
-                e.document.model.attributes[2] = {0, 0, 2, 0, picked, 2};
-            });
-            click(WM_LBUTTONDOWN, 0, barHeight);
-            click(WM_LBUTTONDOWN, 9 * 52 - 1, barHeight + 67);
-            editor.call([](Editor& e) { e.textureWindow.topSlot = 1; });
-            click(WM_LBUTTONDOWN, 8 * 52, barHeight);
-            click(WM_LBUTTONDBLCLK, 8 * 52, barHeight);
+            editor.call(
+                [](Editor& e) { e.document.model.attributes[2] = {0, 0, 2, 0, picked, 2}; });
+            click(WM_LBUTTONDOWN, 0, top);
+            click(WM_LBUTTONDOWN, 9 * 52 - 1, top + 67);
+            click(WM_LBUTTONDOWN, 10, top - 1); // beside the grid
+            click(WM_LBUTTONDBLCLK, 0, top);
         });
         editor.call([&](Editor& e) {
-            EXPECT_EQ(e.document.textures.current, 9u);
-            EXPECT_EQ(
-                GetDlgItemInt(e.attributePages.pages[0], IDC_ATTRIBUTE_TEXTURE, nullptr, FALSE),
-                9u);
+            EXPECT_EQ(GetDlgItemInt(e.attributePages.pages[0], IDC_ATTRIBUTE_TEXTURE, nullptr, 0),
+                      8u);
             EXPECT_EQ(e.document.model.attributes[2].flags, row.flags);
             EXPECT_EQ(e.document.model.attributes[2].texture, row.texture);
             EXPECT_TRUE(e.document.modelChanged);
@@ -373,65 +313,56 @@ TEST_F(TextureWindowTest, AClickPicksAndADoubleClickPutsOnPolygonsAsTheKeysSay)
         editor.sendCommand(IDM_EDIT_UNDO);
         EXPECT_EQ(editor.ask([](Editor& e) { return e.document.model.attributes[2].texture; }), 2);
     }
-    EXPECT_FALSE(changed());
+    // With Shift held, polygons keep their pictures when slots move.
+    for (const auto& [command, number] :
+         {std::pair{IDM_TEXTURE_INSERT, 4}, {IDM_TEXTURE_BACKSPACE, 2}}) {
+        withKeys({VK_SHIFT}, [&] {
+            set("abcd");
+            run(command);
+        });
+        EXPECT_EQ(editor.ask([](Editor& e) { return e.document.model.attributes[3].texture; }),
+                  number);
+    }
 }
 
 TEST_F(TextureWindowTest, ScrollsAndKeepsPlaceAndSlotWhileItIsClosed)
 {
-    SetWindowPos(window(), nullptr, 150, 120, 214, 300, SWP_NOZORDER);
-    RECT client{};
-    GetClientRect(window(), &client);
-    EXPECT_EQ(client.right, 208);
-    EXPECT_EQ(
-        (client.bottom - editor.ask([](Editor& e) { return gridArea(e.textureWindow).top; })) % 68,
-        0);
-    struct Row {
-        int command;
-        int top;
-    };
-    for (const Row& row : {Row{IDM_TEXTURE_LINE_UP, 0}, Row{IDM_TEXTURE_PAGE_DOWN, 4},
-                           Row{IDM_TEXTURE_LINE_DOWN, 5}, Row{IDM_TEXTURE_PAGE_UP, 1},
-                           Row{IDM_TEXTURE_LINE_UP, 0}, Row{IDM_TEXTURE_LINE_DOWN, 1}}) {
-        run(row.command);
-        EXPECT_EQ(topSlot(), row.top);
-        for (const int up : {IDM_TEXTURE_LINE_UP, IDM_TEXTURE_PAGE_UP})
-            EXPECT_EQ(isOffered(up), row.top > 0);
-        EXPECT_EQ(isButtonOffered(IDM_TEXTURE_LINE_UP), row.top > 0);
+    SetWindowPos(window, nullptr, 150, 120, 214, 300, SWP_NOZORDER);
+    for (const auto& [command, slot] : {std::pair{IDM_TEXTURE_LINE_UP, 0},
+                                        {IDM_TEXTURE_PAGE_DOWN, 4},
+                                        {IDM_TEXTURE_LINE_DOWN, 5},
+                                        {IDM_TEXTURE_PAGE_UP, 1},
+                                        {IDM_TEXTURE_LINE_UP, 0},
+                                        {IDM_TEXTURE_LINE_DOWN, 1}}) {
+        run(command);
+        EXPECT_EQ(editor.ask([](Editor& e) { return e.textureWindow.topSlot; }), slot);
+        EXPECT_EQ(isOffered(IDM_TEXTURE_LINE_UP) && isOffered(IDM_TEXTURE_PAGE_UP), slot > 0);
     }
     for (const int turned : {-60, -60, -240, 120})
-        SendMessageA(window(), WM_MOUSEWHEEL, MAKEWPARAM(0, turned), 0);
-    EXPECT_EQ(topSlot(), 9);
+        SendMessageA(window, WM_MOUSEWHEEL, MAKEWPARAM(0, turned), 0);
     RECT before{}, after{};
-    GetWindowRect(window(), &before);
-    run(IDM_TEXTURE_CLOSE);
-    EXPECT_FALSE(window());
-    const auto isChecked = [&] {
-        return (GetMenuState(GetMenu(editor.window()), IDM_VIEW_TEXTURES, MF_BYCOMMAND) &
-                MF_CHECKED) != 0;
-    };
-    EXPECT_FALSE(isChecked());
-    editor.sendCommand(IDM_VIEW_TEXTURES);
-    EXPECT_TRUE(isChecked());
-    GetWindowRect(window(), &after);
+    GetWindowRect(window, &before);
+    toggle();
+    EXPECT_FALSE(window);
+    toggle();
+    GetWindowRect(window, &after);
     EXPECT_TRUE(EqualRect(&before, &after));
-    EXPECT_EQ(topSlot(), 9);
-    EXPECT_TRUE(isOffered(IDM_TEXTURE_PAGE_UP));
-    editor.sendCommand(IDM_VIEW_TEXTURES); // once more: closed
-    EXPECT_FALSE(window());
+    EXPECT_EQ(editor.ask([](Editor& e) { return e.textureWindow.topSlot; }), 9);
+    run(IDM_TEXTURE_CLOSE);
+    EXPECT_FALSE(IsWindow(window));
 }
 
-TEST_F(TextureWindowTest, WhileItIsClosedKeysDoNothingAndTheListIsSavedAllTheSame)
+TEST_F(TextureWindowTest, KeysReachItOnlyWhileItIsOpenAndTheListIsSavedInAnyCase)
 {
-    run(IDM_TEXTURE_EMPTY_CLIPBOARD);
-    set("abc", 1, false);
-    run(IDM_TEXTURE_CLOSE);
-    for (const int command : {40026, 40027, 40035, 40036, 40037, 40038, 40039, 40040, 40041, 40095})
-        editor.sendCommand(command);
-    EXPECT_EQ(letters(), "abc");
-    EXPECT_FALSE(changed());
-    EXPECT_FALSE(IsClipboardFormatAvailable(CF_DIB));
-    const TemporaryFolder folder;
-    set("abc", 1, true);
+    constexpr int commands[] = {40026, 40027, 40035, 40036, 40037,
+                                40038, 40039, 40040, 40041, 40095};
+    set("abc");
+    editor.sendCommand(IDM_TEXTURE_DELETE);
+    EXPECT_EQ(editor.ask(stateOf), "a.c undo changed");
+    set("abc changed");
+    toggle();
+    for (const int command : commands) editor.sendCommand(command);
+    EXPECT_EQ(editor.ask(stateOf), "abc changed");
     editor.post(WM_CLOSE);
     EXPECT_TRUE(editor.press(editor.waitForAlert(), IDYES));
     EXPECT_TRUE(editor.fillFileDialog(folder.file("kept.mxt"), 1));
@@ -439,170 +370,33 @@ TEST_F(TextureWindowTest, WhileItIsClosedKeysDoNothingAndTheListIsSavedAllTheSam
     EXPECT_TRUE(isTextureFile(folder.file("kept.mxt")));
 }
 
-TEST_F(TextureWindowTest, TheMainWindowsKeysReachIt)
+TEST(TextureWindow, ShowsASampleExportsItAndOutlivesARestart)
 {
-    set("abc", 1, false);
-    editor.sendCommand(IDM_TEXTURE_COPY);
-    editor.sendCommand(IDM_TEXTURE_CUT); // has a key, but no command there
-    EXPECT_EQ(letters(), "abc");
-    editor.sendCommand(IDM_TEXTURE_DELETE);
-    EXPECT_EQ(letters(), "a.c");
-    editor.sendCommand(IDM_TEXTURE_UNDO);
-    editor.sendCommand(IDM_TEXTURE_INSERT);
-    EXPECT_EQ(letters(), "a.bc");
-    editor.sendCommand(IDM_TEXTURE_BACKSPACE);
-    editor.sendCommand(IDM_TEXTURE_PASTE);
-    EXPECT_EQ(letters(), "abc");
-}
-
-TEST_F(TextureWindowTest, ListsAreSavedAndOpenedUnderTheirNames)
-{
-    const TemporaryFolder folder;
-    set("ab", 0, true);
-    start(IDM_TEXTURE_SAVE); // without a name it is asked for
-    ASSERT_TRUE(editor.fillFileDialog(folder.file("one.123"), 1));
-    ASSERT_TRUE(waitUntil([&] { return file() == folder.file("one.123"); }));
-    EXPECT_FALSE(changed());
-    set("abc", 0, true);
-    run(IDM_TEXTURE_SAVE);
-    EXPECT_FALSE(changed());
-    set("..d", 0, false);
-    start(IDM_TEXTURE_OPEN);
-    ASSERT_TRUE(editor.fillFileDialog(folder.file("one.mxt"), 1));
-    ASSERT_TRUE(waitUntil([&] { return letters() == "abc"; })) << "the saved one is put over it";
-    EXPECT_EQ(file(), folder.file("one.mxt"));
-    start(IDM_TEXTURE_OPEN);
-    ASSERT_TRUE(editor.fillFileDialog(folder.file("one.123"), 2));
-    EXPECT_EQ(letters(), "abc") << "the source form is only written";
-    start(IDM_TEXTURE_SAVE_AS);
-    ASSERT_TRUE(editor.cancelFileDialog());
-    start(IDM_TEXTURE_SAVE_AS);
-    ASSERT_TRUE(editor.fillFileDialog(folder.file("two.txr"), 2));
-    ASSERT_TRUE(waitUntil([&] { return file() == folder.file("two.txr"); }));
-    const std::string items =
-        "&1 " + folder.file("one.mxt") + "=40120, &2 " + folder.file("one.123") + "=40121, -, ";
-    EXPECT_NE(menuOutline(GetMenu(window())).find(items + "C&lose"), std::string::npos);
-    set("", 0, true);
-    start(IDM_RECENT_TEXTURES_2);
-    EXPECT_EQ(answer(IDNO), "Save changes of texture before opening new file?");
-    EXPECT_EQ(letters(), "ab");
-    EXPECT_FALSE(changed());
-    run(IDM_RECENT_TEXTURES_4); // beeps
-    EXPECT_EQ(letters(), "ab");
-    std::filesystem::remove(folder.file("one.mxt"));
-    std::filesystem::create_directories(folder.file("one.mxt/in the way"));
-    set("ab", 0, true);
-    start(IDM_TEXTURE_SAVE);
-    EXPECT_EQ(answer(IDOK), "Cannot create File.");
-    EXPECT_TRUE(changed());
-    set("", 0, true);
-    start(IDM_TEXTURE_SAVE);
-    EXPECT_EQ(answer(IDOK), "Texture data is empty. Nothing to edit. ");
-    EXPECT_EQ(menuOutline(GetMenu(window())).find("two.txr"), std::string::npos);
-}
-
-TEST_F(TextureWindowTest, DroppedFilesAreTextureListsOrRefused)
-{
-    const TemporaryFolder folder;
-    writeTexturesFile(folder.file("good.mxt"), 3);
-    writeTextFile(folder.file("broken.mxt"), "MXTX and nothing else");
-    writeTextFile(folder.file("text.txt"), "no texture list");
-    set("ab", 0, true);
-    editor.call([](Editor& e) { e.undo.kind = tag("ATTR"); });
-    editor.postDrop({folder.file("good.mxt"), folder.file("text.txt")}, window());
-    EXPECT_EQ(answer(IDCANCEL), "Save changes of texture before opening new file?");
-    EXPECT_EQ(letters(), "ab");
-    set("ab", 0, false);
-    editor.postDrop({folder.file("good.mxt"), folder.file("text.txt")}, window());
-    ASSERT_TRUE(waitUntil([&] { return letters() == "cb"; }));
-    EXPECT_FALSE(isOffered(IDM_TEXTURE_UNDO));
-    set("ab", 0, false);
-    run(IDM_FILE_OPEN_PATH, folder.file("broken.mxt").c_str()); // without a word
-    EXPECT_EQ(letters(), "ab");
-    EXPECT_EQ(file(), folder.file("good.mxt")) << "no save goes over it";
-    editor.postDrop({folder.file("text.txt")}, window());
-    EXPECT_EQ(answer(IDOK), "Sorry, this file format is not supported.");
-}
-
-TEST_F(TextureWindowTest, DeleteAllAsksAndKeepsWhatWasToBeSavedAndWasNot)
-{
-    const TemporaryFolder folder;
-    struct Row {
-        int button;
-        bool save; ///< what becomes of the dialog of Save as
-        const char* letters;
-        bool changed;
-    };
-    for (const Row& row : {Row{IDCANCEL, false, "abc", true}, Row{IDYES, false, "abc", true},
-                           Row{IDYES, true, "", false}, Row{IDNO, false, "", false}}) {
-        set("abc", 1, true);
-        run(IDM_TEXTURE_DELETE);
-        set("abc", 1, true);
-        start(IDM_TEXTURE_DELETE_ALL);
-        const ShownAlert shown = editor.waitForAlert();
-        EXPECT_EQ(shown.text,
-                  "WARNING : You cannot Undo after do this function.\n Save changes before doing?");
-        savePicture(editor.pictureOf(shown.window), "texture-delete-all");
-        EXPECT_TRUE(editor.press(shown, row.button));
-        if (row.button == IDYES) {
-            EXPECT_TRUE(row.save ? editor.fillFileDialog(folder.file("all.mxt"), 1)
-                                 : editor.cancelFileDialog());
-        }
-        ASSERT_TRUE(
-            waitUntil([&] { return letters() == row.letters && changed() == row.changed; }));
-        EXPECT_EQ(std::filesystem::exists(folder.file("all.mxt")), row.save);
-        std::filesystem::remove(folder.file("all.mxt"));
-    }
-}
-
-TEST(TextureWindow, OutlivesARestartWithItsPlaceAndItsRecentFiles)
-{
-    const TemporaryFolder folder;
-    const std::string settings = folder.file("Facetor.ini"), path = folder.file("a.mxt");
-    writeTexturesFile(path, 3);
-    WindowRectangle place{};
-    for (const bool first : {true, false}) {
-        RunningEditor editor(first ? std::vector{path} : std::vector<std::string>{}, Platform::nt,
-                             {}, settings);
+    const TemporaryFolder folder, other; // the file's name is in the source
+    const std::string sample = "samples/ship.mxt", source = folder.file("ship.txr");
+    RECT places[2]{};
+    for (RECT& place : places) {
+        RunningEditor editor({sample}, Platform::nt, {}, folder.file("Facetor.ini"));
         editor.sendCommand(IDM_VIEW_TEXTURES);
         const HWND window = editor.findWindow(textureWindowClass);
         ASSERT_TRUE(window);
-        if (first) SetWindowPos(window, nullptr, 200, 180, 333, 222, SWP_NOZORDER);
-        RECT r{};
-        GetWindowRect(window, &r);
-        if (first) place = {r.left, r.top, r.right, r.bottom};
-        EXPECT_EQ(place, (WindowRectangle{r.left, r.top, r.right, r.bottom}));
-        EXPECT_NE(menuOutline(GetMenu(window)).find("&1 " + path + "=40120"), std::string::npos);
+        if (&place == places) SetWindowPos(window, nullptr, 40, 60, 480, 400, SWP_NOZORDER);
+        GetWindowRect(window, &place);
+        EXPECT_NE(menuOutline(GetMenu(window)).find("ship.mxt=40120"), std::string::npos);
+        const Picture shown = editor.pictureOf(window);
+        savePicture(shown, "textures");
+        EXPECT_TRUE(waitUntil([&] { return captureWindow(window) != shown; }))
+            << "the frame around the current texture runs on";
+        PostMessageA(window, WM_COMMAND, IDM_TEXTURE_SAVE_AS, 0);
+        ASSERT_TRUE(editor.fillFileDialog(&place == places ? source : folder.file("again.txr"), 2));
+        EXPECT_TRUE(waitUntil([&] { return readFile(source).has_value(); }));
         editor.post(WM_CLOSE);
         EXPECT_EQ(editor.waitForEnd(), 0);
     }
-}
-
-TEST(TextureWindow, ShowsASampleAndWritesTheSourceThatTheCommandLineToolWrites)
-{
-    const TemporaryFolder folder, other;
-    const RunningEditor editor({"samples/ship.mx3", "samples/ship.mxt"});
-    editor.sendCommand(IDM_VIEW_TEXTURES);
-    const HWND window = editor.findWindow(textureWindowClass);
-    ASSERT_TRUE(window);
-    SetWindowPos(window, nullptr, 40, 60, 480, 400, SWP_NOZORDER);
-    SendMessageA(window, WM_LBUTTONDOWN, 0, MAKELPARAM(60, 60));
-    const Picture shown = editor.pictureOf(window);
-    savePicture(shown, "textures");
-    EXPECT_TRUE(waitUntil(
-        [&] { return editor.ask([](Editor& e) { return e.textureWindow.marqueePhase; }) > 0; }));
-    EXPECT_NE(captureWindow(window), shown) << "the frame around the current texture runs on";
-    PostMessageA(window, WM_COMMAND, IDM_TEXTURE_SAVE_AS, 0);
-    ASSERT_TRUE(editor.fillFileDialog(folder.file("ship.txr"), 2));
-    ASSERT_TRUE(waitUntil([&] {
-        return editor.ask([](Editor& e) { return e.document.textureFile; }).ends_with(".txr");
-    }));
-    ASSERT_EQ(runCommandLineTool("-q convert samples/ship.mxt \"" + other.file("ship.txr") + "\""),
+    EXPECT_TRUE(EqualRect(&places[0], &places[1]));
+    ASSERT_EQ(runCommandLineTool("-q convert " + sample + " \"" + other.file("ship.txr") + "\""),
               0);
-    const auto saved = readFile(folder.file("ship.txr"));
-    ASSERT_TRUE(saved);
-    EXPECT_GT(saved->size(), 10000u);
-    EXPECT_TRUE(*saved == readFile(other.file("ship.txr")));
+    EXPECT_TRUE(readFile(source) == readFile(other.file("ship.txr")));
 }
 
 } // namespace
