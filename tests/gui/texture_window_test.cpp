@@ -31,12 +31,14 @@ namespace facetor {
 namespace {
 
 /// Makes the list one texture of 8 x 8 texels for each letter, which its texels' blue tells; "." is
-/// an empty slot. Polygons have the numbers of the first textures. " changed" is the list's flag.
+/// an empty slot. Behind the letters, " changed" is the list's flag. Slot 1 is the current one, and
+/// the polygons have the first textures in turn.
 void setState(Editor& editor, const std::string& state)
 {
     TextureList& list = editor.document.textures;
     const std::string letters = state.substr(0, state.find(' '));
     list.clearAll();
+    list.current = 1;
     for (std::uint32_t slot = 0; slot < letters.size(); ++slot) {
         if (letters[slot] == '.') continue;
         PageArray<Rgb555> texels;
@@ -80,12 +82,9 @@ protected:
         editor.sendCommand(IDM_VIEW_TEXTURES);
         window = editor.ask([](Editor& e) { return e.textureWindow.window; });
     }
-    void set(const std::string& state, std::uint32_t current = 1) const
+    void set(const std::string& state) const
     {
-        editor.call([&](Editor& e) {
-            setState(e, state);
-            e.document.textures.current = current;
-        });
+        editor.call([&](Editor& e) { setState(e, state); });
     }
     void run(int command) const
     {

@@ -8,31 +8,23 @@ namespace {
 
 TEST(ApplyTexture, ReplacesFlipsAndTextureOfWhatIsPickedAndNothingElse)
 {
-    constexpr std::uint32_t others = 0x0900FF74; // every flag but the picked one
-    constexpr std::uint32_t before = others | picked | flipHorizontal | textureMap;
-    struct Case {
+    constexpr std::uint32_t kept = 0x0900FF74; // every flag that no case changes
+    const struct {
         TextureApplication application;
-        std::uint32_t flags;
-        std::uint16_t texture;
-    };
-    const Case cases[] = {
-        {{}, others | picked | textureMap, 4095},
-        {{.flipHorizontal = true}, others | picked | textureMap | flipHorizontal, 4095},
-        {{.flipVertical = true}, others | picked | textureMap | flipVertical, 4095},
-        {{.after = PickedAfter::clear}, others | textureMap, 4095},
-        {{.flipVertical = true, .flipsOnly = true}, others | picked | flipVertical, 7},
-        {{.flipsOnly = true, .after = PickedAfter::clear}, others, 7},
-    };
+        std::uint32_t flags, texture;
+    } cases[] = {{{}, kept | picked | textureMap, 4095},
+                 {{.flipVertical = true}, kept | picked | textureMap | flipVertical, 4095},
+                 {{.after = PickedAfter::clear}, kept | textureMap, 4095},
+                 {{.flipVertical = true, .flipsOnly = true}, kept | picked | flipVertical, 7}};
     Model model;
     ASSERT_EQ(createModelStore(model), Message::none);
-    for (const Case& current : cases) {
-        for (std::uint32_t i = 0; i < 6; ++i)
-            model.attributes[i] = {1, 2, 7, 3, i == 4 ? before : before & ~std::uint32_t{picked},
-                                   i};
-        applyTextureToPicked(model, 4095, current.application);
-        EXPECT_EQ(model.attributes[4].flags, current.flags);
-        EXPECT_EQ(model.attributes[4].texture, current.texture);
-        EXPECT_EQ(model.attributes[3].flags, before & ~std::uint32_t{picked});
+    for (const auto& [application, flags, texture] : cases) {
+        model.attributes[4] = {1, 2, 7, 3, kept | picked | flipHorizontal | textureMap, 4};
+        model.attributes[3] = {1, 2, 7, 3, kept | flipHorizontal, 3};
+        applyTextureToPicked(model, 4095, application);
+        EXPECT_EQ(model.attributes[4].flags, flags);
+        EXPECT_EQ(model.attributes[4].texture, texture);
+        EXPECT_EQ(model.attributes[3].flags, kept | flipHorizontal);
         EXPECT_EQ(model.attributes[3].texture, 7);
     }
 }
