@@ -90,7 +90,8 @@ std::string resolvedTarget(const std::string& path)
 {
     constexpr int mostLinks = 40; // as the system follows; more run in a circle
     const auto native = toPath(path);
-    if (!native) return path;
+    // A pipe may be behind a link whose text is no path (that of a process's open file).
+    if (!native || isUnreadableKind(path)) return path;
     std::filesystem::path target = *native;
     std::error_code error;
     for (int link = 0; link < mostLinks && std::filesystem::is_symlink(target, error); ++link) {

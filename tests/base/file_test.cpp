@@ -7,6 +7,10 @@
 #include <filesystem>
 #include <string_view>
 
+#ifndef _WIN32
+#include <unistd.h>
+#endif
+
 namespace facetor {
 namespace {
 
@@ -78,6 +82,18 @@ TEST(File, AFullDeviceIsReportedAndStaysADevice)
     EXPECT_EQ(writeFile("/dev/full", bytesOf("x")), Message::cannotCreateFile);
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
     EXPECT_FALSE(readFile("/dev/full").has_value());
+}
+
+TEST(File, APipeBehindALinkIsWrittenTo)
+{
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    EXPECT_EQ(writeFile("/dev/fd/" + std::to_string(ends[1]), bytesOf("x")), Message::none);
+    close(ends[1]);
+    char received = 0;
+    EXPECT_EQ(read(ends[0], &received, 1), 1);
+    EXPECT_EQ(received, 'x');
+    close(ends[0]);
 }
 
 TEST(File, AFolderThatTakesNoFilesKeepsTheOldContents)
