@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
 
 namespace facetor {
 
@@ -34,6 +35,9 @@ constexpr std::uint32_t gouraudSize = 8;
 
 constexpr std::uint32_t longestRow = 256; ///< in texels
 
+/// In bytes; far above the console's memory, and what a 32-bit process may have in one piece.
+constexpr std::uint64_t largestImage = 0x7FFFFFFF;
+
 /// 16.16 fixed point, truncated toward zero. What does not fit becomes the nearest that does; what
 /// is no number becomes 0.
 std::int32_t toFixed(float value)
@@ -48,6 +52,16 @@ std::int32_t toFixed(float value)
 /// Builds an image block by block.
 class ImageWriter {
 public:
+    /// Makes room for that many bytes in advance; false when memory is short.
+    bool reserve(std::size_t size)
+    {
+        try {
+            bytes_.reserve(size);
+        } catch (const std::bad_alloc&) {
+            return false;
+        }
+        return true;
+    }
     void beginBlock(std::uint32_t address)
     {
         for (int i = 0; i < 4; ++i) bytes_.push_back(static_cast<std::byte>(address >> (8 * i)));
@@ -247,7 +261,12 @@ Message formatTextureImage(Bytes& image, const TextureList& list, std::string* r
             return Message::outOfMemory;
         }
 
+    std::uint64_t size = 16 + 8 * slots.size(); // of both blocks' heads and the table
+    for (const TextureSlot& slot : slots)
+        size += std::uint64_t{slot.width} * slot.height * sizeof(Rgb555);
     ImageWriter out;
+    if (size > largestImage || !out.reserve(static_cast<std::size_t>(size)))
+        return Message::outOfMemory;
     out.beginBlock(textureTableAddress);
     std::uint32_t offset = firstTexelOffset;
     for (const TextureSlot& slot : slots) {

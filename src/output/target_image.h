@@ -22,8 +22,9 @@ namespace facetor {
 Bytes formatModelImage(const Model& model, float scale);
 
 /// The texture list up to its last used slot, empty slots as the blank texture: the table of sizes
-/// and addresses, and all texels. texturesEmpty for an empty list; outOfMemory for a texture that
-/// is wider than the 256 texels that a row may have, with `reason`, when given, saying which.
+/// and addresses, and all texels. texturesEmpty for an empty list; outOfMemory when memory is short
+/// and for a texture that is wider than the 256 texels that a row may have, with `reason`, when
+/// given, saying which.
 Message formatTextureImage(Bytes& image, const TextureList& list, std::string* reason = nullptr);
 
 /// What a scene image holds.

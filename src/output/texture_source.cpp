@@ -5,6 +5,7 @@
 #include "output/source_text.h"
 
 #include <array>
+#include <new>
 #include <span>
 
 namespace facetor {
@@ -85,8 +86,12 @@ TextWriter formatTextureSource(const TextureList& list, std::string_view path)
 Message writeTextureSource(const TextureList& list, const std::string& path)
 {
     if (list.usedCount() == 0) return Message::texturesEmpty;
-    const TextWriter text = formatTextureSource(list, path);
-    return writeFile(path, std::as_bytes(std::span(text.view())));
+    try {
+        const TextWriter text = formatTextureSource(list, path);
+        return writeFile(path, std::as_bytes(std::span(text.view())));
+    } catch (const std::bad_alloc&) { // the text is four times as long as the texels
+        return Message::outOfMemory;
+    }
 }
 
 } // namespace facetor

@@ -14,8 +14,8 @@ namespace facetor {
 /// `path` is where it will stand; its file name names the tables. Needs a list that is not empty.
 TextWriter formatTextureSource(const TextureList& list, std::string_view path);
 
-/// Writes it. texturesEmpty, with nothing created, for an empty list; cannotCreateFile when the
-/// file cannot be put in its place.
+/// Writes it. With nothing created, texturesEmpty for an empty list and outOfMemory when memory is
+/// short; cannotCreateFile when the file cannot be put in its place.
 Message writeTextureSource(const TextureList& list, const std::string& path);
 
 } // namespace facetor

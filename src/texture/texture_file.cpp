@@ -3,6 +3,7 @@
 #include "base/file.h"
 
 #include <cassert>
+#include <new>
 #include <utility>
 
 namespace facetor {
@@ -146,7 +147,11 @@ Bytes writeTextures(const TextureList& list)
 Message writeTextureFile(const TextureList& list, const std::string& path)
 {
     if (list.usedCount() == 0) return Message::texturesEmpty;
-    return writeFile(path, writeTextures(list));
+    try {
+        return writeFile(path, writeTextures(list));
+    } catch (const std::bad_alloc&) {
+        return Message::outOfMemory;
+    }
 }
 
 } // namespace facetor

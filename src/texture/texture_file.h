@@ -29,8 +29,8 @@ Message readTextureFile(TextureList& list, const std::string& path, std::string*
 /// All slots that are not empty, in ascending order.
 Bytes writeTextures(const TextureList& list);
 
-/// writeTextures() into a file. texturesEmpty, with nothing created, when all slots are empty;
-/// cannotCreateFile when the file cannot be put in place.
+/// writeTextures() into a file. With nothing created, texturesEmpty when all slots are empty and
+/// outOfMemory when memory is short; cannotCreateFile when the file cannot be put in place.
 Message writeTextureFile(const TextureList& list, const std::string& path);
 
 } // namespace facetor
