@@ -375,6 +375,9 @@ TEST_F(Cli, AFailureLeavesNoOutputAndAnOldOneAsItWas)
         {"render", cube, oldPicture, "--textures", folder.file("missing.mxt")},
         {"render", cube, folder.path().string()},
         {"render", cube, "/dev/full"},
+        {"scene", "/dev/full"},
+        {"scene", folder.path().string()},
+        {"convert", cube, folder.file("missing/new.sal")},
     };
     for (const auto& words : rows) {
         SCOPED_TRACE(testing::PrintToString(words));

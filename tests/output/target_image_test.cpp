@@ -203,16 +203,27 @@ TEST_F(TargetImage, HoldsEveryFieldOfEverySample)
 
 TEST_F(TargetImage, ObjectsUpToTheLastThatNeedsThemCarryNormals)
 {
-    model.objectCount = 4; // the cube's six polygons as objects of 2, 2, 2 and none
-    for (std::uint32_t k = 0; k < 4; ++k) {
+    model.objectCount = 5; // the cube's six polygons as objects of 2, 2, 2, none and nothing at all
+    for (std::uint32_t k = 0; k < 5; ++k) {
         model.objects[k] = model.objects[0];
         model.objects[k].mesh = k;
-        model.objects[k].next = k < 3 ? k + 1 : noObject;
-        model.meshes[k] = {0, k == 3 ? 0u : 8u, 2 * k, k == 3 ? 0u : 2u, 2 * k, 0};
+        model.objects[k].next = k < 4 ? k + 1 : noObject;
+        model.meshes[k] = {0, k == 4 ? 0u : 8u, 2 * k, k >= 3 ? 0u : 2u, 2 * k, 0};
     }
-    model.attributes[3].flags |= gouraudShading;
+    for (const std::size_t i : {1, 3, 5}) model.attributes[i].flags |= gouraudShading;
+    model.attributes[5].flags &= ~std::uint32_t{useLight};
     ModelComparison comparison(model, 1.0f);
-    EXPECT_EQ(comparison.carriesNormals, (std::vector<bool>{true, true, false, false}));
+    EXPECT_EQ(comparison.carriesNormals, (std::vector<bool>{true, true, false, false, false}));
+    EXPECT_EQ(comparison.memory.blocks[3], std::pair(0x25C0E1D0u, 8u));
+}
+
+TEST_F(TargetImage, AReferenceToNoObjectIsOneToTheFirst)
+{
+    model.objects[0].child = 1;
+    model.objects[0].next = 0x12345678;
+    ConsoleMemory memory(formatModelImage(model, 1.0f));
+    EXPECT_EQ(memory.u32(0x060B0000 + 36), 0x060B0000u);
+    EXPECT_EQ(memory.u32(0x060B0000 + 40), 0x060B0000u);
 }
 
 TEST_F(TargetImage, NumbersThatDoNotFitBecomeTheNearest)
