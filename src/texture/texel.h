@@ -9,7 +9,8 @@ namespace facetor {
 
 /// A texel between four others: (a (1 - fx) + b fx)(1 - fy) + (d (1 - fx) + c fx) fy for each
 /// component, truncated, opaque; 0 when one of the four is transparent. a is at the top left, b at
-/// the top right, c at the bottom right, d at the bottom left; fx and fy are within 0 to 1.
+/// the top right, c at the bottom right, d at the bottom left; fx and fy are within -1 to 1, and a
+/// component that negative ones take out of its range is limited to it.
 inline Rgb555 texelBetween(Rgb555 a, Rgb555 b, Rgb555 c, Rgb555 d, float fx, float fy)
 {
     if ((a & b & c & d & opaqueBit) == 0) return 0;
