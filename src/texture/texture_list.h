@@ -4,13 +4,14 @@
 #include "base/message.h"
 #include "base/pages.h"
 #include "engine/texture_slot.h"
+#include "model/polygon_attribute.h"
 
 #include <cstdint>
 #include <span>
 
 namespace facetor {
 
-inline constexpr std::uint32_t textureSlotCount = 4096;
+inline constexpr std::uint32_t textureSlotCount = textureSlots; ///< what polygons can name
 
 /// Width and height of the blank texture, and so of every empty slot.
 inline constexpr std::uint16_t blankTextureSize = 8;
