@@ -16,7 +16,7 @@ namespace {
 TEST(PlugIns, AnImageGoesIntoTheCurrentSlot)
 {
     const RunningEditor editor;
-    const std::string path = std::filesystem::absolute("tests/images/bmp555.bmp").string();
+    const std::string path = std::filesystem::absolute("tests/images/pictures/bmp555.bmp").string();
     editor.call([&](Editor& e) { e.document.textures.current = 3; });
     editor.begin([](Editor& e) { runTextureCommand(e, IDM_TEXTURE_IMPORT, 0); });
     ASSERT_TRUE(editor.fillFileDialog(path, 1));

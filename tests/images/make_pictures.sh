@@ -1,17 +1,18 @@
 #!/usr/bin/env bash
-# Makes the pictures of this folder with ImageMagick, and beside each the pixels that ImageMagick
-# itself reads from it: red, green, blue and alpha, two bytes each, the high one first. They are
-# kept, so that no test needs the program.
+# Makes the pictures in the folder pictures with ImageMagick, and beside each the pixels that
+# ImageMagick itself reads from it: red, green, blue and alpha, two bytes each, the high one first.
+# They are kept, so that no test needs the program.
 set -eu
-cd "$(dirname "${BASH_SOURCE[0]}")"
+cd "$(dirname "${BASH_SOURCE[0]}")/pictures"
 rm -f ./*.bmp ./*.png ./*.tga ./*.jpg ./*.gif ./*.tif ./*.rgba
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-# make NAME SOURCE OPTION...: a picture and what it shows.
+# make NAME SOURCE OPTION...: a picture and what it shows. Where a TGA begins is a mere note to
+# ImageMagick, which has to be asked to go by it.
 make() {
     convert "$work/$2.miff" "${@:3}" "$1"
-    convert "$1" -strip -alpha set -depth 16 -endian MSB "RGBA:${1##*:}.rgba"
+    convert "$1" -auto-orient -strip -alpha set -depth 16 -endian MSB "RGBA:${1##*:}.rgba"
 }
 
 # 16 x 8 pixels: near-black in the first row, then ramps of the components by themselves and
@@ -53,13 +54,13 @@ make PNG64:rgba64.png cut
 make PNG24:interlaced.png full -interlace PNG
 make grey.png grey -type Grayscale
 make two.png two -type Bilevel
-make rgb.tga full -type TrueColor -compress none
-make rgb-rle.tga full -type TrueColor -compress RLE
-make rgba.tga cut -type TrueColorAlpha -compress none
-make rgba-rle.tga cut -type TrueColorAlpha -compress RLE
-make palette.tga few -type Palette -compress none
-make palette-rle.tga few -type Palette -compress RLE
-make grey.tga grey -type Grayscale -compress none
+make rgb.tga full -orient TopLeft -type TrueColor -compress none
+make rgb-rle.tga full -type TrueColor -compress RLE -flip -orient BottomLeft
+make rgba.tga cut -orient TopLeft -type TrueColorAlpha -compress none
+make rgba-rle.tga cut -orient TopLeft -type TrueColorAlpha -compress RLE
+make palette.tga few -orient TopLeft -type Palette -compress none
+make palette-rle.tga few -orient TopLeft -type Palette -compress RLE
+make grey.tga grey -orient TopLeft -type Grayscale -compress none
 make rgb.jpg full -sampling-factor 1x1 -quality 95
 make grey.jpg grey -quality 95
 make holes.gif holes
