@@ -74,7 +74,8 @@ struct FileDialogs {
     FileDialog saveModel{"MX3 Files(*.MX3)\0*.mx3\0MDL Files(*.MDL)\0*.mdl\0"};
     FileDialog openTextures{"MXT Files(*.MXT)\0*.mxt\0TXR Files(*.TXR)\0*.txr\0"};
     FileDialog saveTextures{"MXT Files(*.MXT)\0*.mxt\0TXR Files(*.TXR)\0*.txr\0"};
-    FileDialog importTextures{nullptr}; ///< with the filters of the plug-ins
+    FileDialog importTextures{nullptr}; ///< these two with the filters of the plug-ins
+    FileDialog exportTextures{nullptr};
 };
 
 /// All there is, once in the process.
@@ -97,6 +98,7 @@ struct Editor {
     int propertyTab = 0;               ///< the page of the property dialog that was shown last
     FileDialogs fileDialogs;
     PlugIns plugIns;
+    ExportChoice exportChoice;
 
     std::array<std::string, 2> targetFolders; ///< for target images: the first that takes them
     std::string settingsPath;                 ///< empty when no settings are kept

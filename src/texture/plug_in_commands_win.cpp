@@ -2,7 +2,9 @@
 
 #include "app/editor_win.h"
 #include "app/model_view_window.h"
+#include "base/text.h"
 #include "model/undo.h"
+#include "texture/export_dialog.h"
 #include "texture/plug_ins_win.h"
 #include "ui/handles_win.h"
 #include "ui/window_data_win.h"
@@ -42,6 +44,25 @@ bool importOne(Editor& editor, const std::string& plugIn, const std::string& pat
     }
     editor.document.textures.set(slot, image.width, image.height, std::move(image.pixels));
     return true;
+}
+
+/// Writes one slot as an image, or shows why not.
+bool exportOne(Editor& editor, const std::string& plugIn, const std::string& path,
+               std::uint32_t slot)
+{
+    const TextureSlot& texture = editor.document.textures.slot(slot);
+    Message message;
+    {
+        const WaitCursor waiting;
+        message = exportImage(plugIn, path, texture.width, texture.height,
+                              {texture.pixels, std::size_t{texture.width} * texture.height});
+    }
+    if (message == Message::none) return true;
+    const bool unusable =
+        message == Message::noPlugIn || message == Message::colourModeNotSupported;
+    alert(editor.alerts, editor.mainWindow, message,
+          unusable ? AlertStyle::stop : AlertStyle::exclamation);
+    return false;
 }
 
 /// What follows an import: the undo slot may hold a texture that is no longer there.
@@ -100,6 +121,29 @@ CommandOutcome importTexturePath(Editor& editor, const std::string& path)
         return CommandOutcome::done;
     }
     return refuse(editor, {Message::formatNotSupported});
+}
+
+CommandOutcome exportTextures(Editor& editor)
+{
+    const TextureList& list = editor.document.textures;
+    const std::uint32_t usedCount = list.usedCount();
+    if (usedCount == 0) return refuse(editor, {Message::texturesEmpty});
+    const auto choice = askExportChoice(editor);
+    if (!choice) return CommandOutcome::abandoned;
+    editor.exportChoice = *choice;
+    const PlugInList& plugIns = editor.plugIns.export_;
+    if (plugIns.files.empty()) return refuse(editor, {Message::noPlugIn});
+    editor.fileDialogs.exportTextures.filters = plugIns.filter.data();
+    const auto chosen = askSaveFile(editor.mainWindow, editor.fileDialogs.exportTextures,
+                                    std::string(cutExtension(editor.document.textureFile)));
+    if (!chosen || chosen->filter < 1 || chosen->filter > plugIns.files.size())
+        return CommandOutcome::abandoned;
+    const std::string plugIn = plugInPath(editor, plugIns.files[chosen->filter - 1]);
+    const SlotRange range = exportedSlots(*choice, list.current, usedCount);
+    for (std::uint32_t slot = range.first; slot < range.end; ++slot)
+        if (!exportOne(editor, plugIn, exportPath(chosen->path, slot, usedCount), slot))
+            return CommandOutcome::abandoned;
+    return CommandOutcome::done;
 }
 
 } // namespace facetor

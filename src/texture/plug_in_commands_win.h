@@ -21,4 +21,9 @@ CommandOutcome importTextures(Editor& editor);
 /// `abandoned`, with a message shown, when there is none or it cannot be taken.
 CommandOutcome importTexturePath(Editor& editor, const std::string& path);
 
+/// Lets the user choose textures, a file name and a plug-in, and writes each texture as a file with
+/// its slot's number in the name. The first that cannot be written ends it, `abandoned`, with a
+/// message shown; those before it stay.
+CommandOutcome exportTextures(Editor& editor);
+
 } // namespace facetor

@@ -14,9 +14,9 @@ void add(PlugInList& list, const PlugInDescription& plugIn)
     const std::string entry =
         plugIn.description + "(*." + plugIn.extension + ")|*." + plugIn.extension + "|";
     // One byte stays for the second NUL at the end.
-    if (list.files.size() == plugInCapacity ||
-        entry.size() >= list.filter.size() - list.filterLength)
-        return;
+    list.full = list.full || list.files.size() == plugInCapacity ||
+                entry.size() >= list.filter.size() - list.filterLength;
+    if (list.full) return;
     std::ranges::copy(entry, list.filter.begin() + list.filterLength);
     list.filterLength += entry.size();
     list.files.push_back(plugIn.file);
@@ -26,6 +26,7 @@ Message create(PlugInList& list)
 {
     list.files.clear();
     list.filterLength = 0;
+    list.full = false;
     return list.filter.allocate(plugInFilterSize) ? Message::none : Message::outOfMemory;
 }
 

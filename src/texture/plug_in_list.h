@@ -25,6 +25,7 @@ inline constexpr std::size_t plugInNameSize = 32;     ///< bytes of a file name 
 struct PlugInList {
     PageArray<char> filter;
     std::size_t filterLength = 0;   ///< bytes in use
+    bool full = false;              ///< there was no room for one, and none is added after it
     std::vector<std::string> files; ///< names without the folder
 };
 
@@ -51,9 +52,9 @@ struct PlugInDescription {
     std::string file, extension, description;
 };
 
-/// Adds a plug-in to the list of each purpose that it serves. A list with no room for it, in its
-/// filter or in its table, stays as it is. badPlugIn, with nothing added, for a file name that a
-/// table entry cannot hold, or a text with the "|" that separates the filters.
+/// Adds a plug-in to the list of each purpose that it serves. A list without room for it, in
+/// its filter or in its table, stays as it is from then on. badPlugIn, with nothing added, for a
+/// file name that a table entry cannot hold, or a text with the "|" that separates the filters.
 Message registerPlugIn(PlugIns& plugIns, const PlugInDescription& plugIn,
                        const PlugInCapability& capability);
 

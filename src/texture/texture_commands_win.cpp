@@ -155,6 +155,7 @@ constexpr TextureCommand textureCommands[] = {
     {IDM_TEXTURE_EMPTY_CLIPBOARD, IDM_TEXTURE_EMPTY_CLIPBOARD, show<emptyClipboard>,
      ListFlag::keep},
     {IDM_TEXTURE_IMPORT, IDM_TEXTURE_IMPORT, perform<importTextures>, ListFlag::setOnSuccess},
+    {IDM_TEXTURE_EXPORT, IDM_TEXTURE_EXPORT, perform<exportTextures>, ListFlag::keep},
     {IDM_TEXTURE_INFORMATION, IDM_TEXTURE_INFORMATION, onInformation, ListFlag::keep},
     {IDM_TEXTURE_SLICE, IDM_TEXTURE_SLICE, onSlice, ListFlag::setOnSuccess},
     {IDM_TEXTURE_SHOW_SLICED, IDM_TEXTURE_SHOW_SLICED, show<toggleShowSliced>, ListFlag::keep},

@@ -1,0 +1,98 @@
+#include "texture/export_dialog.h"
+
+#include "app/editor_win.h"
+#include "resources/resource_ids.h"
+#include "texture/texture_rules.h"
+#include "ui/number_field_win.h"
+
+#include <windows.h>
+
+#include <limits>
+
+namespace facetor {
+
+namespace {
+
+/// In the order of ExportRange.
+constexpr int rangeButtons[] = {IDC_EXPORT_ALL, IDC_EXPORT_CURRENT, IDC_EXPORT_EXTENT};
+
+struct ExportDialog {
+    Editor& editor;
+    ExportChoice choice;
+};
+
+ExportRange shownRange(HWND dialog)
+{
+    int range = 0;
+    while (IsDlgButtonChecked(dialog, rangeButtons[range]) != BST_CHECKED &&
+           rangeButtons[range] != IDC_EXPORT_EXTENT)
+        ++range;
+    return static_cast<ExportRange>(range);
+}
+
+/// The numbers, each with its label before it, belong to one of the ranges.
+void enableExtent(HWND dialog)
+{
+    const BOOL enabled = shownRange(dialog) == ExportRange::extent;
+    for (const int number : {IDC_EXPORT_FROM, IDC_EXPORT_TO}) {
+        const HWND field = GetDlgItem(dialog, number);
+        EnableWindow(field, enabled);
+        EnableWindow(GetWindow(field, GW_HWNDPREV), enabled);
+    }
+}
+
+void fillDialog(HWND dialog, const ExportChoice& choice)
+{
+    CheckDlgButton(dialog, rangeButtons[static_cast<int>(choice.range)], BST_CHECKED);
+    setNumber(dialog, IDC_EXPORT_FROM, choice.extent.first);
+    setNumber(dialog, IDC_EXPORT_TO, choice.extent.last);
+    enableExtent(dialog);
+    SetFocus(GetDlgItem(dialog, rangeButtons[static_cast<int>(choice.range)]));
+}
+
+/// Keeps what the dialog shows; false, after an alert, when that is no extent.
+bool takeDialog(HWND dialog, ExportDialog& state)
+{
+    constexpr std::int32_t unreadable = std::numeric_limits<std::int32_t>::max();
+    const SlotExtent extent{numberIn(dialog, IDC_EXPORT_FROM).value_or(unreadable),
+                            numberIn(dialog, IDC_EXPORT_TO).value_or(unreadable)};
+    const auto fault = extentFault(extent);
+    state.choice.range = shownRange(dialog);
+    if (!fault) state.choice.extent = extent;
+    if (!fault || state.choice.range != ExportRange::extent) return true;
+    AlertState& alerts = state.editor.alerts;
+    setAlertTexts(alerts, fault->text1, fault->text2);
+    alert(alerts, dialog, fault->message, AlertStyle::exclamation);
+    focusField(dialog, fault->message == Message::dataError ? IDC_EXPORT_FROM : IDC_EXPORT_TO);
+    return false;
+}
+
+INT_PTR CALLBACK exportProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_INITDIALOG) {
+        SetWindowLongPtrA(dialog, DWLP_USER, lParam);
+        fillDialog(dialog, reinterpret_cast<const ExportDialog*>(lParam)->choice);
+        return FALSE; // it has set the focus
+    }
+    if (message != WM_COMMAND) return FALSE;
+    auto& state = *reinterpret_cast<ExportDialog*>(GetWindowLongPtrA(dialog, DWLP_USER));
+    const int control = LOWORD(wParam);
+    if (control == IDCANCEL || (control == IDOK && takeDialog(dialog, state)))
+        EndDialog(dialog, control);
+    else if (control != IDOK && HIWORD(wParam) == BN_CLICKED)
+        enableExtent(dialog);
+    return TRUE;
+}
+
+} // namespace
+
+std::optional<ExportChoice> askExportChoice(Editor& editor)
+{
+    ExportDialog state{editor, editor.exportChoice};
+    if (DialogBoxParamA(editor.instance, "IDD_TEXEXPORT", editor.mainWindow, exportProcedure,
+                        reinterpret_cast<LPARAM>(&state)) != IDOK)
+        return std::nullopt;
+    return state.choice;
+}
+
+} // namespace facetor
