@@ -1,9 +1,6 @@
 #include "png.h"
 
-#define STB_IMAGE_WRITE_IMPLEMENTATION
-#define STB_IMAGE_WRITE_STATIC
-#define STBI_WRITE_NO_STDIO
-#include <stb/stb_image_write.h>
+#include "images/stb_image.h"
 
 namespace facetor {
 
@@ -16,15 +13,8 @@ Bytes encodePng(const FrameSurface& surface)
             const auto colour = toScreenColour(surface.at(x, y));
             rgb.insert(rgb.end(), colour.begin(), colour.end());
         }
-    Bytes png;
-    const auto append = [](void* context, void* data, int size) {
-        const auto* bytes = static_cast<const std::byte*>(data);
-        static_cast<Bytes*>(context)->assign(bytes, bytes + size);
-    };
-    if (stbi_write_png_to_func(append, &png, surface.width, surface.height, 3, rgb.data(),
-                               surface.width * 3) == 0)
-        png.clear();
-    return png;
+    return stbEncodePng(static_cast<std::uint32_t>(surface.width),
+                        static_cast<std::uint32_t>(surface.height), 3, rgb);
 }
 
 } // namespace facetor
