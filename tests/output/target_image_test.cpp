@@ -208,11 +208,13 @@ TEST_F(TargetImage, ObjectsUpToTheLastThatNeedsThemCarryNormals)
         model.objects[k] = model.objects[0];
         model.objects[k].mesh = k;
         model.objects[k].next = k < 4 ? k + 1 : noObject;
+        for (std::size_t i = 0; i < 16; ++i)
+            model.objects[k].matrix.element[i] = static_cast<float>(i + 20 * k);
         model.meshes[k] = {0, k == 4 ? 0u : 8u, 2 * k, k >= 3 ? 0u : 2u, 2 * k, 0};
     }
     for (const std::size_t i : {1, 3, 5}) model.attributes[i].flags |= gouraudShading;
     model.attributes[5].flags &= ~std::uint32_t{useLight};
-    ModelComparison comparison(model, 1.0f);
+    ModelComparison comparison(model, 0.37f);
     EXPECT_EQ(comparison.carriesNormals, (std::vector<bool>{true, true, false, false, false}));
     EXPECT_EQ(comparison.memory.blocks[3], std::pair(0x25C0E1D0u, 8u));
 }
