@@ -45,8 +45,10 @@ TEST_F(Slice, APolygonOverThePictureGetsThePictureAsItsCornersLie)
     const auto plain = warped({{{100, 50}, {120, 50}, {120, 70}, {100, 70}}});
     const auto turned = warped({{{100, 70}, {100, 50}, {120, 50}, {120, 70}}});
     const auto half = warped({{{100, 50}, {110, 50}, {110, 70}, {100, 70}}});
+    const auto part = warped({{{100, 50}, {115, 50}, {115, 70}, {100, 70}}}); // steps of 1.5
     for (int y = 0; y < 18; ++y)
         for (int x = 0; x < 18; ++x) {
+            EXPECT_EQ(at(part, x / 2 * 2, y), 1 + 20 * y + x / 2 * 3 / 2) << x << ", " << y;
             EXPECT_EQ(at(plain, x, y), 1 + 20 * y + x) << x << ", " << y;
             EXPECT_EQ(at(half, x, y), 1 + 20 * y + x / 2) << x << ", " << y;
         }
@@ -75,6 +77,9 @@ TEST_F(Slice, BesideThePictureTheOffsetModeDecides)
         EXPECT_EQ(at(texels, 4, 4), above == 0 ? 0x4321 : above) << "the polygon's own colour";
         EXPECT_EQ(at(texels, 4, 14), 0x4321);
     }
+    settings.materialColour = false;
+    const auto farAway = warped({{{160, 50}, {180, 50}, {180, 70}, {160, 70}}});
+    EXPECT_EQ(at(farAway, 4, 4), 0) << "it is wrapped around once";
 }
 
 TEST_F(Slice, SmoothTexelsAreMixedAndTransparentBesideTransparentOnes)

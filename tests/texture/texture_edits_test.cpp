@@ -87,6 +87,12 @@ TEST_F(TextureEdits, FlipsAndTurnsMoveEveryTexelToItsPlace)
          },
          3,
          {3, 4, 5, 0, 1, 2}},
+        {"flipped both ways",
+         [&] {
+             return flipTexture(list, 0, {true, true});
+         },
+         3,
+         {5, 4, 3, 2, 1, 0}},
         {"clockwise",
          [&] { return turnTexture(list, 0, TextureTurn::clockwise); },
          2,
@@ -267,6 +273,8 @@ TEST_F(TextureEdits, AnExtentStopsAtItsFirstEmptySlotAndStaysWithinTheList)
               Message::texturesEmpty);
     EXPECT_EQ(numbersOf(list, 0)[0], 7);
     EXPECT_EQ(numbersOf(list, 2)[0], 0);
+    EXPECT_EQ(flipTextures(list, undo, {1, false, {}}, {}).edit, Message::none)
+        << "neither way, nothing is done";
     putNumbered(list, 4095, 8, 1);
     EXPECT_EQ(flipTextures(list, undo, {0, true, {4095, 4096}}, {true, false}).edit, Message::none);
     EXPECT_EQ(numbersOf(list, 4095)[0], 7);
