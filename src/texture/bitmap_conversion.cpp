@@ -135,8 +135,7 @@ std::optional<BitmapParts> takeApart(std::span<const std::byte> bitmap)
 BitmapSize packedBitmapSize(std::span<const std::byte> bitmap)
 {
     const std::optional<Header> header = readHeader(bitmap);
-    if (!header || !isUsableSize(header->width, header->height)) return {0, 0};
-    return {header->width, header->height};
+    return header ? BitmapSize{header->width, header->height} : BitmapSize{0, 0};
 }
 
 bool convertBitmap(std::span<const std::byte> bitmap, Rgb555 transparentColour,

@@ -9,13 +9,13 @@
 
 namespace facetor {
 
-/// Size of a packed bitmap in pixels; both zero when its header cannot be used.
+/// Size of a packed bitmap in pixels, as its header has it.
 struct BitmapSize {
     std::int32_t width, height;
 };
 
-/// The size that a packed bitmap (bitmap header, colour table, bits) says it has. 0 x 0 when it is
-/// cut inside the header or the size is not within 1-65535 each.
+/// The size that a packed bitmap (bitmap header, colour table, bits) says it has, which need not be
+/// one that convertBitmap() takes. 0 x 0 when it is cut inside the header.
 BitmapSize packedBitmapSize(std::span<const std::byte> bitmap);
 
 /// Converts an uncompressed packed bitmap of 4, 8, 16, 24 or 32 bits a pixel, rows bottom-up, into

@@ -48,6 +48,7 @@ TEST_F(TextureEdits, APastedBitmapReplacesTheSlotOrIsRefusedWithEverythingAsItWa
     };
     const std::pair<Bytes, Message> cases[] = {
         {bitmap(12, 2, 2), Message::textureWidthNotMultipleOf8},
+        {bitmap(12, 0xFFFFFFFE, 2), Message::textureWidthNotMultipleOf8}, // rows from the top
         {bitmap(8, 2, 1), Message::clipboardTypeNotSupported},
         {bitmap(65528, 65535, 0), Message::clipboardTypeNotSupported},
         {bitmap(65544, 1, 1), Message::clipboardTypeNotSupported},
