@@ -215,7 +215,8 @@ TEST_F(TextureWindowTest, ListsAreSavedAndOpenedUnderTheirNames)
     set("abc changed");
     take({IDM_TEXTURE_SAVE, "abc"});
     set("..d");
-    take({IDM_TEXTURE_OPEN, "abc", {}, 0, one});
+    take({IDM_TEXTURE_DELETE, "..d undo changed"});
+    take({IDM_TEXTURE_OPEN, "abc", question, IDNO, one});              // and nothing to undo
     take({IDM_TEXTURE_OPEN, "abc", {}, 0, typed, 2});                  // the source is only written
     take({IDM_TEXTURE_OPEN, "abc", {}, 0, folder.file("broken.mxt")}); // without a word
     EXPECT_EQ(editor.ask([](Editor& e) { return e.document.textureFile; }), one);
@@ -307,7 +308,7 @@ TEST_F(TextureWindowTest, AClickPicksAndKeysSayWhatBecomesOfPolygons)
                       8u);
             EXPECT_EQ(e.document.model.attributes[2].flags, row.flags);
             EXPECT_EQ(e.document.model.attributes[2].texture, row.texture);
-            EXPECT_TRUE(e.document.modelChanged);
+            EXPECT_TRUE(e.document.modelChanged && isOffered(IDM_TEXTURE_UNDO));
         });
         editor.sendCommand(IDM_EDIT_UNDO);
         EXPECT_EQ(editor.ask([](Editor& e) { return e.document.model.attributes[2].texture; }), 2);
