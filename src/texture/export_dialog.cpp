@@ -2,12 +2,10 @@
 
 #include "app/editor_win.h"
 #include "resources/resource_ids.h"
-#include "texture/texture_rules.h"
+#include "texture/texture_fields_win.h"
 #include "ui/number_field_win.h"
 
 #include <windows.h>
-
-#include <limits>
 
 namespace facetor {
 
@@ -50,21 +48,13 @@ void fillDialog(HWND dialog, const ExportChoice& choice)
     SetFocus(GetDlgItem(dialog, rangeButtons[static_cast<int>(choice.range)]));
 }
 
-/// Keeps what the dialog shows; false, after an alert, when that is no extent.
+/// Keeps what the dialog shows; false, after an alert, when its numbers are refused.
 bool takeDialog(HWND dialog, ExportDialog& state)
 {
-    constexpr std::int32_t unreadable = std::numeric_limits<std::int32_t>::max();
-    const SlotExtent extent{numberIn(dialog, IDC_EXPORT_FROM).value_or(unreadable),
-                            numberIn(dialog, IDC_EXPORT_TO).value_or(unreadable)};
-    const auto fault = extentFault(extent);
-    state.choice.range = shownRange(dialog);
-    if (!fault) state.choice.extent = extent;
-    if (!fault || state.choice.range != ExportRange::extent) return true;
-    AlertState& alerts = state.editor.alerts;
-    setAlertTexts(alerts, fault->text1, fault->text2);
-    alert(alerts, dialog, fault->message, AlertStyle::exclamation);
-    focusField(dialog, fault->message == Message::dataError ? IDC_EXPORT_FROM : IDC_EXPORT_TO);
-    return false;
+    const auto extent = readExtent(state.editor, dialog, IDC_EXPORT_FROM, IDC_EXPORT_TO);
+    if (!extent) return false;
+    state.choice = {shownRange(dialog), *extent};
+    return true;
 }
 
 INT_PTR CALLBACK exportProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)

@@ -36,18 +36,24 @@ void enableExtent(HWND dialog, const ExtentControls& controls)
     EnableWindow(GetDlgItem(dialog, controls.to), chosen);
 }
 
+std::optional<SlotExtent> readExtent(Editor& editor, HWND dialog, int from, int to)
+{
+    const auto first = readField(editor, dialog, from, "From");
+    if (!first) return std::nullopt;
+    const auto last = readField(editor, dialog, to, "to");
+    if (!last) return std::nullopt;
+    const SlotExtent extent{*first, *last};
+    const auto fault = extentFault(extent);
+    if (!fault) return extent;
+    showFault(editor, dialog, *fault);
+    return std::nullopt;
+}
+
 bool takeExtent(Editor& editor, HWND dialog, const ExtentControls& controls, ExtentChoice& choice)
 {
-    const auto first = readField(editor, dialog, controls.from, "From");
-    if (!first) return false;
-    const auto last = readField(editor, dialog, controls.to, "to");
-    if (!last) return false;
-    const SlotExtent extent{*first, *last};
-    if (const auto fault = extentFault(extent)) {
-        showFault(editor, dialog, *fault);
-        return false;
-    }
-    choice = {extent, IsDlgButtonChecked(dialog, controls.extent) == BST_CHECKED};
+    const auto extent = readExtent(editor, dialog, controls.from, controls.to);
+    if (!extent) return false;
+    choice = {*extent, IsDlgButtonChecked(dialog, controls.extent) == BST_CHECKED};
     return true;
 }
 

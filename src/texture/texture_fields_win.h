@@ -19,6 +19,9 @@ void showFault(Editor& editor, HWND dialog, const InputFault& fault);
 /// and returns none.
 std::optional<std::int32_t> readField(Editor& editor, HWND dialog, int field, const char* name);
 
+/// The extent in two fields. None, with a message shown, when they hold what is refused.
+std::optional<SlotExtent> readExtent(Editor& editor, HWND dialog, int from, int to);
+
 /// The controls that choose between the current texture and an extent.
 struct ExtentControls {
     int current, extent, from, to;
