@@ -24,7 +24,7 @@ enum class InfoFormat { text, json };
 int runInfo(const std::string& path, InfoFormat format);
 
 /// Reads every file and says of each "PATH: ok" or what is wrong with it.
-int runCheck(const std::vector<std::string>& paths);
+int runCheck(const std::vector<std::string>& paths, Progress progress);
 
 struct ConvertOptions {
     std::vector<std::string> paths; ///< the input, then the output

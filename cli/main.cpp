@@ -47,6 +47,16 @@ void addChoice(CLI::App& command, const std::string& name, Value& value,
     addValue(command, name, value, parse, form, help);
 }
 
+/// Ends the help of a level with command lines to try, each with a line on what it does.
+void addExamples(CLI::App& command,
+                 std::initializer_list<std::pair<const char*, const char*>> examples)
+{
+    std::string text = "Examples:";
+    for (const auto& [line, purpose] : examples)
+        text += std::string("\n  ") + line + "\n      " + purpose;
+    command.footer(text);
+}
+
 /// Adds what every level takes.
 void addCommon(CLI::App& command, Progress& progress)
 {
@@ -95,6 +105,11 @@ void addInfo(CLI::App& app, Progress& progress, Action& action)
     const auto arguments = std::make_shared<Arguments>();
     command->add_option("FILE", arguments->path, "The file to describe")->required();
     command->add_flag("--json", arguments->json, "Describe it in JSON");
+    addExamples(*command,
+                {{"facetor-cli info ship.mx3", "lists the objects of a model with their counts"},
+                 {"facetor-cli info --json ship.mxt | jq .used",
+                  "tells another program how many textures a list holds"},
+                 {"facetor-cli info ship.sal", "shows which addresses of the console are filled"}});
     command->callback([&action, arguments] {
         action = [arguments] {
             return runInfo(arguments->path, arguments->json ? InfoFormat::json : InfoFormat::text);
@@ -108,7 +123,14 @@ void addCheck(CLI::App& app, Progress& progress, Action& action)
     addCommon(*command, progress);
     const auto paths = std::make_shared<std::vector<std::string>>();
     command->add_option("FILE", *paths, "The files to read")->required();
-    command->callback([&action, paths] { action = [paths] { return runCheck(*paths); }; });
+    addExamples(*command,
+                {{"facetor-cli check models/*.mx3 models/*.mxt",
+                  "says \"ok\" or what is wrong, a line a file; exit status 1 if one is wrong"},
+                 {"facetor-cli check models/*.mx3 > good.txt",
+                  "keeps the lines of sound files in a file; the others go to the terminal"}});
+    command->callback([&action, &progress, paths] {
+        action = [&progress, paths] { return runCheck(*paths, progress); };
+    });
 }
 
 void addConvert(CLI::App& app, Progress& progress, Action& action)
@@ -128,6 +150,14 @@ void addConvert(CLI::App& app, Progress& progress, Action& action)
         ->expected(2, -1);
     addValue(*command, "--scale", options->scale, parseFloat, "S",
              "Scale of positions in a model's target image; default 1.0");
+    addExamples(*command,
+                {{"facetor-cli convert ship.mx3 ship.mdl",
+                  "writes the C tables that a program of the console includes"},
+                 {"facetor-cli convert ship.mxt ship.txr", "writes the textures that belong to it"},
+                 {"facetor-cli convert ship.mx3 ship.sal --scale 0.5",
+                  "writes the image that the monitor program loads, at half the size"},
+                 {"facetor-cli convert old.mx3 new.mx3",
+                  "brings a model of an earlier layout to today's"}});
     command->callback([&action, &progress, options] {
         action = [&progress, options] { return runConvert(*options, progress); };
     });
@@ -180,6 +210,15 @@ void addRender(CLI::App& app, Progress& progress, Action& action)
         *command, "--repeat", options->repeat,
         [](const std::string& text) { return parseInteger(text, 1, 1000000); }, "N",
         "Draw the whole frame N times, 1 to 1000000, and print how long it took");
+    addExamples(*command,
+                {{"facetor-cli render ship.mx3 ship.png --textures ship.mxt",
+                  "draws the model as the editor shows it after opening both"},
+                 {"facetor-cli render ship.mx3 top.png --view top --draw wire",
+                  "draws its edges from above"},
+                 {"facetor-cli render ship.mx3 turned.png --rotate 0,8192,0 --size 320x240",
+                  "turns it by an eighth of a turn about the y axis, in a small picture"},
+                 {"facetor-cli render ship.mx3 a.png --background 31,31,31 --select all",
+                  "marks every polygon, on white"}});
     command->callback([&action, &progress, options] {
         action = [&progress, options] { return runRender(*options, progress); };
     });
@@ -199,6 +238,11 @@ void addScene(CLI::App& app, Progress& progress, Action& action)
     addLight(*command, scene.lightDirection, scene.lightColour, scene.ambientColour);
     addBackground(*command, scene.backgroundColour);
     addViewAngle(*command, scene.viewAngle);
+    addExamples(
+        *command,
+        {{"facetor-cli scene scene.sal", "writes a freshly started editor's scene"},
+         {"facetor-cli scene dusk.sal --light 1,0.2,0 --light-color 31,20,10 --ambient 4,4,8",
+          "orange light, bluish shadows"}});
     command->callback([&action, &progress, arguments] {
         action = [&progress, arguments] {
             return runScene(arguments->scene, arguments->output, progress);
@@ -213,6 +257,11 @@ int run(int argumentCount, const char* const* arguments)
     CLI::App app("Facetor without windows: describes, checks, converts and renders its files",
                  "facetor-cli");
     app.require_subcommand(1);
+    addExamples(app, {{"facetor-cli info ship.mx3", "what is in a file"},
+                      {"facetor-cli check models/*", "whether files are sound"},
+                      {"facetor-cli convert ship.mx3 ship.mdl", "a model as C source"},
+                      {"facetor-cli render ship.mx3 ship.png --textures ship.mxt", "its picture"},
+                      {"facetor-cli COMMAND --help", "what a command takes, with more examples"}});
     addCommon(app, progress);
     addInfo(app, progress, action);
     addCheck(app, progress, action);

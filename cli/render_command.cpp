@@ -49,18 +49,22 @@ void placeView(View& view, Engine& engine, const Model& model, const RenderOptio
 }
 
 /// Draws the frame so often and says how long the whole of it took.
-void drawRepeatedly(View& view, Engine& engine, const Model& model, const RenderOptions& options)
+void drawRepeatedly(View& view, Engine& engine, const Model& model, const RenderOptions& options,
+                    Progress progress)
 {
     using Clock = std::chrono::steady_clock;
     std::vector<std::int64_t> durations;
     durations.reserve(options.repeat);
+    ProgressLine line(progress, "frames", options.repeat);
     for (std::uint32_t i = 0; i < options.repeat; ++i) {
+        line.show(i);
         view.frameNeedsDrawing = true;
         const Clock::time_point start = Clock::now();
         paintFrame(view, engine, model, options.size);
         durations.push_back(
             std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - start).count());
     }
+    line.clear();
     std::sort(durations.begin(), durations.end());
     std::printf("frame: median %s us, min %s us, %s polygons drawn\n",
                 std::to_string(durations[durations.size() / 2]).c_str(),
@@ -95,7 +99,7 @@ int runRender(const RenderOptions& options, Progress progress)
     View view;
     placeView(view, engine, model, options);
     if (options.repeat > 0) {
-        drawRepeatedly(view, engine, model, options);
+        drawRepeatedly(view, engine, model, options, progress);
         // Before the picture is written: a failed command writes none.
         if (const int status = finishOutput(exitDone); status != exitDone) return status;
     } else {

@@ -2,6 +2,8 @@
 
 #include "base/message.h"
 
+#include <chrono>
+#include <cstddef>
 #include <string>
 
 namespace facetor {
@@ -27,5 +29,29 @@ int finishOutput(int status);
 
 /// Says that a file was written.
 void reportWritten(const std::string& path, Progress progress);
+
+/// A line on the terminal that counts the steps of long work and is gone at its end. It appears
+/// only where the error stream is a terminal and the work has already taken half a second.
+class ProgressLine {
+public:
+    /// `work` names the steps, like "files"; `total` of them make the whole.
+    ProgressLine(Progress progress, std::string work, std::size_t total);
+    ~ProgressLine();
+    ProgressLine(const ProgressLine&) = delete;
+    ProgressLine& operator=(const ProgressLine&) = delete;
+
+    /// Says that so many steps are done. Cheap: most calls write nothing.
+    void show(std::size_t done);
+    /// Takes the line away, for output that is to stand in its place.
+    void clear();
+
+private:
+    using Clock = std::chrono::steady_clock;
+    bool shown_;
+    std::string work_;
+    std::size_t total_;
+    std::size_t width_ = 0; ///< characters of the line as it stands
+    Clock::time_point next_;
+};
 
 } // namespace facetor

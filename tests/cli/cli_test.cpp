@@ -21,6 +21,8 @@
 #include <algorithm>
 #include <cstring>
 #include <map>
+#include <regex>
+#include <set>
 
 namespace facetor {
 namespace {
@@ -112,6 +114,53 @@ TEST_F(Cli, EveryLevelHasHelpAndAVersion)
         EXPECT_NE(help.output.find("--version"), std::string::npos);
         EXPECT_EQ(help.errors, "");
     }
+}
+
+/// The long options that a text names.
+std::set<std::string> optionsIn(const std::string& text)
+{
+    static const std::regex option("--[a-z]+(-[a-z]+)*");
+    std::set<std::string> options;
+    for (std::sregex_iterator i(text.begin(), text.end(), option), end; i != end; ++i)
+        options.insert(i->str());
+    return options;
+}
+
+TEST_F(Cli, TheManualPageAndTheCompletionKnowEveryOption)
+{
+    std::string help;
+    for (const char* command : {"info", "check", "convert", "render", "scene"}) {
+        const ProgramRun run = runProgram({command, "--help"});
+        EXPECT_NE(run.output.find("\nExamples:\n  facetor-cli " + std::string(command)),
+                  std::string::npos)
+            << run.output;
+        help += run.output;
+    }
+    const auto textOf = [](const char* name) {
+        const std::optional<Bytes> bytes = readFile(FACETOR_CLI_SOURCES "/" + std::string(name));
+        return bytes ? std::string(reinterpret_cast<const char*>(bytes->data()), bytes->size())
+                     : std::string();
+    };
+    std::string page = textOf("facetor-cli.1");
+    std::erase(page, '\\'); // before every hyphen
+    EXPECT_EQ(optionsIn(page), optionsIn(help));
+    EXPECT_EQ(optionsIn(textOf("completions/facetor-cli.bash")), optionsIn(help));
+}
+
+TEST_F(Cli, LongWorkIsCountedOnATerminal)
+{
+    const std::vector<std::string> words = {"render", cube, folder.file("a.png"), "--repeat",
+                                            "1000000"};
+    const std::string seen = errorsOnTerminal(words, " of 1000000 frames");
+    EXPECT_NE(seen.find(" of 1000000 frames"), std::string::npos) << seen;
+
+    std::vector<std::string> quiet = {"check", "-q"}, many = {"check"};
+    for (int i = 0; i < 3; ++i) {
+        quiet.push_back(cube);
+        many.push_back(cube);
+    }
+    EXPECT_EQ(errorsOnTerminal(quiet, {}), "");
+    EXPECT_EQ(errorsOnTerminal(many, {}), "") << "what is done at once is not counted";
 }
 
 TEST_F(Cli, AWrongCommandLineIsExitTwoAndOneLine)

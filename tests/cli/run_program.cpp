@@ -2,12 +2,18 @@
 
 #include "base/temporary_folder.h"
 
+#include <gtest/gtest.h>
+
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
+#include <csignal>
+#include <cstdlib>
 #include <fstream>
+#include <optional>
 #include <sstream>
 
 namespace facetor {
@@ -19,6 +25,37 @@ std::string contentsOf(const std::string& path)
     std::ostringstream text;
     text << std::ifstream(path, std::ios::binary).rdbuf();
     return text.str();
+}
+
+/// Starts the built facetor-cli; none when it did not start.
+std::optional<pid_t> start(const std::vector<std::string>& arguments,
+                           posix_spawn_file_actions_t& actions)
+{
+    std::vector<std::string> words{FACETOR_CLI};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> pointers;
+    for (std::string& word : words) pointers.push_back(word.data());
+    pointers.push_back(nullptr);
+    pid_t process = 0;
+    const int spawned =
+        posix_spawn(&process, FACETOR_CLI, &actions, nullptr, pointers.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    EXPECT_EQ(spawned, 0) << FACETOR_CLI;
+    return spawned == 0 ? std::optional(process) : std::nullopt;
+}
+
+/// What is written to the other end of a terminal until it is closed or has had `last`.
+std::string readTerminal(int terminal, const std::string& last)
+{
+    std::string seen;
+    std::array<char, 4096> part{};
+    ssize_t length = 0;
+    // A terminal that nobody holds open any more fails with EIO.
+    while ((length = read(terminal, part.data(), part.size())) > 0) {
+        seen.append(part.data(), static_cast<std::size_t>(length));
+        if (!last.empty() && seen.find(last) != std::string::npos) break;
+    }
+    return seen;
 }
 
 } // namespace
@@ -33,20 +70,34 @@ ProgramRun runProgram(const std::vector<std::string>& arguments, const std::stri
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO,
                                      (output.empty() ? kept : output).c_str(), flags, 0600);
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errors.c_str(), flags, 0600);
-    std::vector<std::string> words{FACETOR_CLI};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<char*> pointers;
-    for (std::string& word : words) pointers.push_back(word.data());
-    pointers.push_back(nullptr);
-    pid_t process = 0;
-    const int spawned =
-        posix_spawn(&process, FACETOR_CLI, &actions, nullptr, pointers.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    EXPECT_EQ(spawned, 0) << FACETOR_CLI;
+    const std::optional<pid_t> process = start(arguments, actions);
     int status = 0;
-    if (spawned == 0) waitpid(process, &status, 0);
-    return {spawned == 0 && WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentsOf(kept),
+    if (process) waitpid(*process, &status, 0);
+    return {process && WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentsOf(kept),
             contentsOf(errors)};
+}
+
+std::string errorsOnTerminal(const std::vector<std::string>& arguments, const std::string& last)
+{
+    const int terminal = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    if (terminal < 0 || grantpt(terminal) != 0 || unlockpt(terminal) != 0) {
+        ADD_FAILURE() << "there is no terminal to be had";
+        return {};
+    }
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, ptsname(terminal),
+                                     O_WRONLY | O_NOCTTY, 0);
+    const std::optional<pid_t> process = start(arguments, actions);
+    std::string seen;
+    if (process) {
+        seen = readTerminal(terminal, last);
+        if (!last.empty()) kill(*process, SIGKILL);
+        waitpid(*process, nullptr, 0);
+    }
+    close(terminal);
+    return seen;
 }
 
 } // namespace facetor
