@@ -10,6 +10,7 @@
 #include "app/slice_view_win.h"
 #include "app/tool_box_window.h"
 #include "app/window_place.h"
+#include "engine/frame_surface.h"
 #include "resources/resource_ids.h"
 #include "texture/plug_in_commands_win.h"
 #include "ui/dropped_file_win.h"
@@ -40,6 +41,24 @@ Message startDocument(Editor& editor)
     return createModelStore(editor.document.model);
 }
 
+/// Before anything is remembered: as large as the model view can be, beside the tool box.
+void placeFirst(Editor& editor)
+{
+    const HWND window = editor.mainWindow;
+    RECT frame{}, client{}, status{}, work{};
+    GetWindowRect(window, &frame);
+    GetClientRect(window, &client);
+    GetWindowRect(editor.statusBar, &status);
+    SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0);
+    const std::int32_t width = surfaceMaxWidth + (frame.right - frame.left) - client.right;
+    const std::int32_t height = surfaceMaxHeight + (status.bottom - status.top) +
+                                (frame.bottom - frame.top) - client.bottom;
+    const WindowRectangle place = firstPlace(width, height, toolBoxStartPlace,
+                                             {work.left, work.top, work.right, work.bottom});
+    MoveWindow(window, place.left, place.top, place.right - place.left, place.bottom - place.top,
+               FALSE);
+}
+
 bool createContents(Editor& editor)
 {
     DragAcceptFiles(editor.mainWindow, TRUE);
@@ -54,7 +73,7 @@ bool createContents(Editor& editor)
     editor.statusBar = createStatusBar(editor.mainWindow, statusPartEdges);
     if (!editor.statusBar) return false;
     refreshStatus(editor);
-    applySettings(editor);
+    if (!applySettings(editor)) placeFirst(editor);
     if (!createToolBox(editor,
                        restoredPlace(editor.settings.toolBox, virtualScreen(), toolBoxStartPlace)))
         return false;
@@ -131,6 +150,9 @@ LRESULT CALLBACK mainWindowProcedure(HWND window, UINT message, WPARAM wParam, L
     case WM_LBUTTONUP: onLeftButtonUp(editor); return 0;
     case WM_RBUTTONDOWN: onRightButtonDown(editor, mousePosition(lParam), wParam); return 0;
     case WM_RBUTTONUP: onRightButtonUp(editor); return 0;
+    case WM_KEYDOWN:
+        if (onViewKey(editor, wParam)) return 0;
+        break;
     case WM_SETCURSOR:
         if (LOWORD(lParam) == HTCLIENT && reinterpret_cast<HWND>(wParam) == window &&
             showSliceCursor(editor))

@@ -6,6 +6,7 @@
 #include "app/main_window.h"
 #include "app/model_view_window.h"
 #include "app/recent_menu_win.h"
+#include "app/sample_folder_win.h"
 #include "app/title_win.h"
 #include "base/text.h"
 #include "model/model_file.h"
@@ -108,6 +109,7 @@ CommandOutcome openModelWithDialog(Editor& editor)
 {
     if (askSaveModel(editor, Word::openingNewFile) == Decision::stay)
         return CommandOutcome::abandoned;
+    offerSamples(editor, editor.fileDialogs.openModel);
     const auto chosen = askOpenFile(editor.mainWindow, editor.fileDialogs.openModel);
     if (!chosen) return CommandOutcome::abandoned;
     return loadModel(editor, chosen->path);

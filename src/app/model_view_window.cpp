@@ -18,6 +18,10 @@ namespace {
 /// Where the context menu opens, from the cursor, in pixels.
 constexpr POINT contextMenuOffset{-32, -16};
 
+/// What an arrow key stands for, in pixels that the mouse would move.
+constexpr LONG keyStep = 8;
+constexpr LONG smallKeyStep = 1;
+
 const BITMAPINFO* bitmapInfo(const FrameSurface& surface)
 {
     static_assert(sizeof(BitmapHeader) == sizeof(BITMAPINFOHEADER));
@@ -74,6 +78,28 @@ void pickAtCursor(Editor& editor)
     const PickInput input{
         {cursor.x, cursor.y}, held, isKeyDown(VK_SHIFT), isKeyDown(VK_CONTROL), isKeyDown(VK_TAB)};
     if (const auto polygon = pickPolygons(editor.document.model, editor.engine, editor.band, input))
+        loadWorkingAttribute(editor, *polygon);
+}
+
+/// Which way an arrow key points, one pixel long.
+std::optional<POINT> directionOf(WPARAM key)
+{
+    switch (key) {
+    case VK_LEFT: return POINT{-1, 0};
+    case VK_RIGHT: return POINT{1, 0};
+    case VK_UP: return POINT{0, -1};
+    case VK_DOWN: return POINT{0, 1};
+    default: return std::nullopt;
+    }
+}
+
+void pickWithKey(Editor& editor, POINT direction)
+{
+    listFrame(editor.view, editor.engine, editor.document.model, clientSize(editor.mainWindow));
+    const Neighbour neighbour =
+        direction.x + direction.y > 0 ? Neighbour::next : Neighbour::previous;
+    if (const auto polygon =
+            pickNeighbour(editor.document.model, editor.engine, neighbour, isKeyDown(VK_SHIFT)))
         loadWorkingAttribute(editor, *polygon);
 }
 
@@ -196,6 +222,24 @@ void onMouseMove(Editor& editor, POINT position, WPARAM keys)
     drag.delta = {position.x - before.x, position.y - before.y};
     onSliceDrag(editor, drag.delta);
     requestRedraw(editor);
+}
+
+bool onViewKey(Editor& editor, WPARAM key)
+{
+    const std::optional<POINT> direction = directionOf(key);
+    if (!direction || editor.drag.left == ButtonState::down) return false;
+    const LONG step = isKeyDown(VK_CONTROL) ? smallKeyStep : keyStep;
+    const POINT delta{direction->x * step, direction->y * step};
+    switch (editor.toolBox.tool) {
+    case ViewTool::selectPolygons: pickWithKey(editor, *direction); break;
+    case ViewTool::moveSlicedTexture:
+        moveSlice(editor, isKeyDown(VK_SHIFT) ? placementRight | placementBottom : placementInside,
+                  delta);
+        break;
+    default: editor.drag.delta = delta; break;
+    }
+    requestRedraw(editor);
+    return true;
 }
 
 void onCursorLeft(Editor& editor)

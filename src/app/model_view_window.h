@@ -52,4 +52,10 @@ void onRightButtonUp(Editor& editor);
 void onMouseMove(Editor& editor, POINT position, WPARAM keys);
 void onCursorLeft(Editor& editor);
 
+/// The arrow keys do what the mouse does with the current tool, a step a press: they turn, move and
+/// scale the model or move the picture to be sliced (sized with Shift); with the selection tool
+/// they mark the next polygon or the one before (with Shift in addition). Ctrl makes steps small.
+/// `key` is a virtual key; false when it is none of these.
+bool onViewKey(Editor& editor, WPARAM key);
+
 } // namespace facetor

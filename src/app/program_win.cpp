@@ -4,6 +4,7 @@
 #include "app/model_commands_win.h"
 #include "app/settings_win.h"
 #include "app/title_win.h"
+#include "resources/resource_ids.h"
 #include "ui/handles_win.h"
 
 #include <windows.h>
@@ -62,6 +63,11 @@ int runMainLoop(Editor& editor)
 {
     MSG message{};
     while (GetMessageA(&message, nullptr, 0, 0) > 0) {
+        // F1 asks for help wherever it is pressed.
+        if (message.message == WM_KEYDOWN && message.wParam == VK_F1) {
+            PostMessageA(editor.mainWindow, WM_COMMAND, IDM_HELP_CONTENTS, 0);
+            continue;
+        }
         // Accelerators go to the main window, whichever window has the focus.
         if (TranslateAcceleratorA(editor.mainWindow, editor.accelerators, &message)) continue;
         if (std::ranges::any_of(editor.modelessDialogs, [&](HWND dialog) {

@@ -78,9 +78,14 @@ void onSliceDown(Editor& editor, POINT position)
 
 void onSliceDrag(Editor& editor, POINT delta)
 {
-    if (!isMoving(editor) || editor.slice.dragged == 0) return;
-    editor.slice.place = draggedPlacement(slicePlace(editor), editor.slice.dragged, delta.x,
-                                          delta.y, clientSize(editor.mainWindow));
+    if (isMoving(editor) && editor.slice.dragged != 0)
+        moveSlice(editor, editor.slice.dragged, delta);
+}
+
+void moveSlice(Editor& editor, unsigned sides, POINT delta)
+{
+    editor.slice.place = draggedPlacement(slicePlace(editor), sides, delta.x, delta.y,
+                                          clientSize(editor.mainWindow));
 }
 
 bool showSliceCursor(Editor& editor)

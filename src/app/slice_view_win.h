@@ -36,6 +36,8 @@ void toggleShowSliced(Editor& editor);
 
 void onSliceDown(Editor& editor, POINT position);
 void onSliceDrag(Editor& editor, POINT delta);
+/// Moves sides of the picture, given as PlacementSide bits.
+void moveSlice(Editor& editor, unsigned sides, POINT delta);
 /// Shows the cursor that says what a drag from where it is does. False for the usual one.
 bool showSliceCursor(Editor& editor);
 /// Draws the outline of the picture with its handles.

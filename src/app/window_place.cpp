@@ -32,6 +32,15 @@ WindowRectangle restoredPlace(const WindowRectangle& remembered, const WindowRec
     return {x.least, y.least, x.most, y.most};
 }
 
+WindowRectangle firstPlace(std::int32_t width, std::int32_t height, const WindowRectangle& toolBox,
+                           const WindowRectangle& work)
+{
+    constexpr std::int32_t gap = 8;
+    const WindowRectangle wish{toolBox.right + gap, toolBox.top, toolBox.right + gap + width,
+                               toolBox.top + height};
+    return restoredPlace(wish, work, wish);
+}
+
 WindowRectangle toolWindowPlace(const WindowRectangle& remembered, const WindowRectangle& present,
                                 const WindowRectangle& owner, const WindowRectangle& screen)
 {

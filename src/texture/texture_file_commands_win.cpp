@@ -5,6 +5,7 @@
 #include "app/model_commands_win.h"
 #include "app/model_view_window.h"
 #include "app/recent_menu_win.h"
+#include "app/sample_folder_win.h"
 #include "base/text.h"
 #include "output/texture_source.h"
 #include "texture/plug_in_commands_win.h"
@@ -60,6 +61,7 @@ CommandOutcome openTexturesWithDialog(Editor& editor)
 {
     if (askSaveTextures(editor, Word::openingNewFile) == Decision::stay)
         return CommandOutcome::abandoned;
+    offerSamples(editor, editor.fileDialogs.openTextures);
     const auto chosen = askOpenFile(editor.mainWindow, editor.fileDialogs.openTextures);
     if (!chosen || chosen->filter != textureListFile) return CommandOutcome::abandoned;
     return loadTextures(editor, chosen->path);

@@ -33,6 +33,7 @@ std::optional<std::vector<char>> runDialog(HWND owner, FileDialog& dialog,
     description.nMaxFile = static_cast<DWORD>(path.size());
     description.lpstrFileTitle = title.data();
     description.nMaxFileTitle = static_cast<DWORD>(title.size());
+    if (!dialog.folder.empty()) description.lpstrInitialDir = dialog.folder.c_str();
     description.lpstrDefExt = defaultExtension;
     // Without OFN_NOCHANGEDIR the folder last looked at could not be removed while we run.
     description.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | flags;

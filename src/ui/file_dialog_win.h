@@ -18,6 +18,7 @@ struct ChosenFile {
 struct FileDialog {
     const char* filters; ///< pairs of title and pattern, each with its NUL, then one more NUL
     DWORD filter = 1;
+    std::string folder = {}; ///< where it begins; empty: where the system last was
 };
 
 /// Asks for an existing file; none when the user cancels. Offers to create a missing one, which

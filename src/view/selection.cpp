@@ -105,6 +105,28 @@ std::optional<std::uint32_t> pickPolygons(Model& model, const Engine& engine, Ru
     return entry.attribute;
 }
 
+std::optional<std::uint32_t> pickNeighbour(Model& model, const Engine& engine, Neighbour neighbour,
+                                           bool keepMarks)
+{
+    const std::span<PolygonAttribute> attributes = attributesInUse(model);
+    const bool forward = neighbour == Neighbour::next;
+    const auto size = static_cast<std::uint32_t>(attributes.size());
+    // How far a polygon is from where the search starts, in the direction of the search.
+    std::uint32_t start = forward ? size - 1 : 0;
+    for (std::uint32_t i = 0; i < size; ++i)
+        if (isPicked(attributes[i]) && (forward || !isPicked(attributes[start]))) start = i;
+    const auto distance = [&](std::uint32_t i) {
+        return forward ? (i + size - start - 1) % size : (start + size - i - 1) % size;
+    };
+    std::optional<std::uint32_t> nearest;
+    for (const PolygonEntry& entry : std::span(engine.entries.data(), engine.entryCount))
+        if (!nearest || distance(entry.attribute) < distance(*nearest)) nearest = entry.attribute;
+    if (!nearest) return std::nullopt;
+    if (!keepMarks) selectAll(model, Mark::clear);
+    apply(attributes[*nearest], Mark::set);
+    return nearest;
+}
+
 void selectModel(Model& model, Mark mark)
 {
     for (std::uint32_t k = 0; k < model.objectCount; ++k) {

@@ -41,6 +41,15 @@ struct PickInput {
 std::optional<std::uint32_t> pickPolygons(Model& model, const Engine& engine, RubberBand& band,
                                           const PickInput& input);
 
+enum class Neighbour { next, previous };
+
+/// Picking without a mouse: marks the listed polygon that comes after the marked ones in the order
+/// of the attribute pool, or before them, around the end of the pool if need be. Takes the other
+/// marks away unless `keepMarks`. Returns the pool index of its attribute; none, with nothing
+/// changed, when no polygon is listed.
+std::optional<std::uint32_t> pickNeighbour(Model& model, const Engine& engine, Neighbour neighbour,
+                                           bool keepMarks);
+
 /// Marks every polygon of the objects that have a marked one, or clears all their marks.
 void selectModel(Model& model, Mark mark);
 

@@ -46,6 +46,16 @@ TEST(WindowPlace, AToolWindowKeepsItsSizeAndOpensBesideItsOwnerAtFirst)
               (WindowRectangle{980, 60, 1280, 260}));
 }
 
+TEST(WindowPlace, AtFirstTheMainWindowStandsBesideTheToolBox)
+{
+    constexpr WindowRectangle toolBox{64, 64, 132, 178};
+    EXPECT_EQ(firstPlace(650, 560, toolBox, {0, 0, 1920, 1040}),
+              (WindowRectangle{140, 64, 790, 624}));
+    EXPECT_EQ(firstPlace(650, 560, toolBox, {0, 0, 640, 480}), (WindowRectangle{0, 0, 640, 480}));
+    EXPECT_EQ(firstPlace(650, 560, toolBox, {0, 30, 800, 600}),
+              (WindowRectangle{140, 40, 790, 600}));
+}
+
 } // namespace
 
 } // namespace facetor

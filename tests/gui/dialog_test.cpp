@@ -214,6 +214,10 @@ TEST(Help, SaysSoWhenThereIsNone)
     const ShownAlert shown = editor.openDialog(IDM_HELP_CONTENTS);
     EXPECT_EQ(shown.text, "Cannot find Help on this computer.");
     EXPECT_TRUE(editor.press(shown, IDOK));
+    editor.post(WM_KEYDOWN, VK_F1);
+    const ShownAlert again = editor.waitForAlert();
+    EXPECT_EQ(again.text, shown.text) << "F1 asks for it as well";
+    EXPECT_TRUE(editor.press(again, IDOK));
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "app/main_window.h"
+#include "gui/held_key.h"
 #include "gui/running_editor.h"
 #include "resources/resource_ids.h"
 
@@ -226,6 +227,44 @@ TEST(ModelView, FollowsTheMouse)
             EXPECT_EQ(e.view.dragging, step.left == down);
         }
     });
+}
+
+TEST(ModelView, TheArrowKeysDoWhatTheMouseDoes)
+{
+    const RunningEditor editor;
+    const auto press = [&](WPARAM key) { editor.send(WM_KEYDOWN, key); };
+    const auto view = [&] { return editor.ask([](Editor& e) { return e.view.viewMatrix; }); };
+    for (const int tool : {IDM_TOOL_ROTATE, IDM_TOOL_TRANSLATE, IDM_TOOL_SCALE}) {
+        SCOPED_TRACE(tool);
+        editor.sendCommand(tool);
+        const Matrix before = view();
+        press(VK_RIGHT);
+        const Matrix moved = view();
+        EXPECT_NE(std::memcmp(&before, &moved, sizeof before), 0);
+        press(VK_HOME);
+        press('A');
+        const Matrix after = view();
+        EXPECT_EQ(std::memcmp(&moved, &after, sizeof before), 0) << "other keys do nothing";
+    }
+    editor.sendCommand(IDM_TOOL_SELECT);
+    press(VK_DOWN);
+    const auto marked = [&] {
+        return editor.ask([](Editor& e) {
+            std::string numbers;
+            for (std::uint32_t i = 0; i < e.document.model.totalPolygonCount; ++i)
+                if (e.document.model.attributes[i].flags & picked) numbers += std::to_string(i);
+            return numbers;
+        });
+    };
+    const std::string first = marked();
+    EXPECT_EQ(first.size(), 1u);
+    {
+        const HeldKey shift(editor, VK_SHIFT);
+        press(VK_DOWN);
+    }
+    EXPECT_EQ(marked().size(), 2u);
+    press(VK_UP);
+    EXPECT_EQ(marked().size(), 1u);
 }
 
 TEST(ModelView, RightButtonShowsAMenuAtTheCursor)

@@ -1,17 +1,23 @@
 #include "app/settings_win.h"
 
+#include "app/sample_folder_win.h"
 #include "app/tool_box_window.h"
 #include "base/file.h"
 #include "base/temporary_folder.h"
 #include "gui/model_files.h"
 #include "gui/running_editor.h"
+#include "resources/resource_ids.h"
 #include "ui/window_data_win.h"
 
 #include <gtest/gtest.h>
 
 #include <windows.h>
 
+#include <commdlg.h>
+
+#include <array>
 #include <filesystem>
+#include <utility>
 
 namespace facetor {
 
@@ -83,6 +89,46 @@ TEST(Settings, AreAppliedAtTheStartAndWrittenAgainAtTheEnd)
     EXPECT_EQ(written->toolBox.left, 700);
     after.toolBox = written->toolBox; // its size is that of its buttons
     EXPECT_EQ(*written, after);
+}
+
+TEST(Settings, WithoutAnyTheWindowShowsTheWholeViewAndOpenBeginsWithTheSamples)
+{
+    const RunningEditor editor;
+    const auto [bar, box] = editor.ask([](Editor& e) {
+        return std::pair{placeOf(e.statusBar), placeOf(e.toolBox.window)};
+    });
+    const WindowRectangle place = placeOf(editor.window());
+    RECT client{};
+    GetClientRect(editor.window(), &client);
+    EXPECT_EQ(client.right, 640);
+    EXPECT_EQ(client.bottom, 489 + (bar.bottom - bar.top));
+    EXPECT_GT(place.left, box.right) << "the tool box hides nothing";
+    savePicture(editor.pictureOf(editor.window()), "first-start");
+
+    std::array<char, MAX_PATH> program{};
+    GetModuleFileNameA(nullptr, program.data(), static_cast<DWORD>(program.size()));
+    const std::filesystem::path samples =
+        std::filesystem::path(program.data()).parent_path() / "Samples";
+    std::filesystem::create_directory(samples);
+    const auto beginsInSamples = [&] {
+        editor.post(WM_COMMAND, IDM_FILE_OPEN);
+        const HWND dialog = editor.waitForFileDialog();
+        std::array<char, MAX_PATH> folder{};
+        SendMessageA(dialog, CDM_GETFOLDERPATH, folder.size(),
+                     reinterpret_cast<LPARAM>(folder.data()));
+        savePicture(editor.pictureOf(dialog), "first-open");
+        EXPECT_TRUE(editor.cancelFileDialog());
+        std::error_code error;
+        return std::filesystem::equivalent(folder.data(), samples, error);
+    };
+    EXPECT_TRUE(beginsInSamples());
+    editor.call([](Editor& e) { e.recentTextures = {"C:\\skin.mxt"}; });
+    EXPECT_EQ(editor.ask([](Editor& e) {
+        offerSamples(e, e.fileDialogs.openModel);
+        return e.fileDialogs.openModel.folder;
+    }),
+              "");
+    std::filesystem::remove(samples);
 }
 
 TEST(Settings, AreWrittenBeforeTheQuestionsOfClosing)

@@ -75,6 +75,9 @@ TEST(SliceView, ThePictureLiesBehindTheModelAndIsMovedAndSizedWithItsTool)
     EXPECT_EQ(placeOf(editor), (std::array{140, 120, 500, 300}));
     drag(editor, {10, 10}, {50, 50});
     EXPECT_EQ(placeOf(editor), (std::array{140, 120, 500, 300})) << "beside it nothing is taken";
+    editor.send(WM_KEYDOWN, VK_RIGHT);
+    EXPECT_EQ(placeOf(editor), (std::array{148, 120, 508, 300})) << "a key moves it";
+    editor.send(WM_KEYDOWN, VK_LEFT);
     shown = editor.picture();
     savePicture(shown, "slice-dragged");
     EXPECT_EQ(shown.at(495, 290), right);

@@ -149,6 +149,39 @@ TEST(Selection, TheRubberBandTakesWhatLiesWithinItWhole)
     }
 }
 
+TEST(Selection, WithoutAMouseTheNextListedPolygonIsMarked)
+{
+    struct Case {
+        const char* before;
+        Neighbour neighbour;
+        bool keepMarks;
+        const char* marked;
+    };
+    constexpr auto next = Neighbour::next, previous = Neighbour::previous;
+    const Case cases[] = {
+        {"", next, false, "0"},       {"", previous, false, "3"}, {"0", next, false, "2"},
+        {"2", next, true, "23"},      {"23", next, false, "0"},   {"23", previous, true, "023"},
+        {"0", previous, true, "03"},  {"1", next, false, "2"},    {"1", previous, false, "0"},
+        {"0123", next, true, "0123"},
+    };
+    for (const Case& c : cases) {
+        Picture picture;
+        for (const char digit : std::string_view(c.before))
+            picture.model.attributes[static_cast<std::size_t>(digit - '0')].flags |= picked;
+        picture.model.polygons[1].normal = {0, 0, 1}; // looks away, so it is not listed
+        listFrame(picture.view, picture.engine, picture.model, {640, 480});
+        const auto polygon = pickNeighbour(picture.model, picture.engine, c.neighbour, c.keepMarks);
+        EXPECT_EQ(picture.marked(), c.marked) << c.before << int(c.neighbour);
+        ASSERT_TRUE(polygon);
+        EXPECT_NE(picture.model.attributes[*polygon].flags & picked, 0u);
+    }
+    Picture empty;
+    empty.engine.entryCount = 0;
+    selectAll(empty.model, Mark::set);
+    EXPECT_FALSE(pickNeighbour(empty.model, empty.engine, next, false));
+    EXPECT_EQ(empty.marked(), "0123");
+}
+
 TEST(Selection, SelectModelTakesWholeObjects)
 {
     Picture picture;

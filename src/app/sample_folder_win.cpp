@@ -1,0 +1,18 @@
+#include "app/sample_folder_win.h"
+
+#include "app/editor_win.h"
+#include "ui/window_data_win.h"
+
+namespace facetor {
+
+void offerSamples(const Editor& editor, FileDialog& dialog)
+{
+    dialog.folder.clear();
+    if (!editor.recentModels.empty() || !editor.recentTextures.empty()) return;
+    const std::string samples = programFolder(editor.mainWindow) + "\\Samples";
+    const DWORD attributes = GetFileAttributesA(samples.c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES && attributes & FILE_ATTRIBUTE_DIRECTORY)
+        dialog.folder = samples;
+}
+
+} // namespace facetor
