@@ -1,10 +1,12 @@
 #!/usr/bin/env python3
-"""Draws facetor.ico: a cut gem of flat-shaded facets, at 16, 32, 48 and 256 pixels.
+"""Draws the icons, at 16, 32, 48 and 256 pixels: facetor.ico, a cut gem of flat-shaded facets;
+model.ico, a sheet of paper with the gem; texture_list.ico, a sheet with swatches.
 
-Needs only Python's standard library:  python3 make_icon.py facetor.ico
+Needs only Python's standard library:  python3 make_icon.py facetor.ico model.ico texture_list.ico
 The small sizes are stored as 32-bit bitmaps, which every Windows reads, the large one as PNG.
 """
 
+import os
 import struct
 import sys
 import zlib
@@ -27,6 +29,15 @@ FACETS = [  # corners, colour
 OUTLINE = [TABLE[0], TABLE[2], GIRDLE[3], POINT, GIRDLE[0]]
 EDGE = (24, 28, 58)
 
+# A document's sheet in the same square: left, top, right, bottom, and how much is folded down of its
+# upper right corner.
+SHEET = (38, 8, 218, 248)
+FOLD = 60
+PAPER = (252, 253, 255)
+PAPER_BACK = (214, 221, 234)
+PAPER_EDGE = (74, 84, 118)
+SWATCHES = [[(255, 196, 64), (232, 110, 44)], [(52, 176, 226), (206, 62, 92)]]
+
 
 def inside(x, y, corners):
     """Even-odd test."""
@@ -46,8 +57,12 @@ def distance_to_edges(x, y, corners):
     return best
 
 
-def colour_at(x, y, rim, seam):
-    """Colour and coverage of a point; rim and seam are half line widths in units."""
+# Each of these three gives the colour of a point, or None where the icon is transparent. A unit is
+# the width of a pixel, in parts of the square.
+
+def gem_at(x, y, unit, scale=1):
+    rim = max(6, 0.6 * unit / scale)  # half the outline's width, which stays visible at 16 pixels
+    seam = 1.6 if unit / scale < 7 else 0
     if distance_to_edges(x, y, OUTLINE) <= rim:
         return EDGE
     for corners, colour in FACETS:
@@ -58,12 +73,51 @@ def colour_at(x, y, rim, seam):
     return None
 
 
-def render(size):
+def snapped(value, unit):
+    """The middle of the pixel, so that a line of its width is not blurred."""
+    return (value // unit + 0.5) * unit
+
+
+def sheet_at(x, y, unit):
+    half = max(0.5 * unit, 4)
+    left, top, right, bottom = (snapped(edge, unit) for edge in SHEET)
+    fold_x, fold_y = snapped(right - FOLD, unit), snapped(top + FOLD, unit)
+    sheet = [(left, top), (fold_x, top), (right, fold_y), (right, bottom), (left, bottom)]
+    flap = [(fold_x, top), (fold_x, fold_y), (right, fold_y)]
+    if min(distance_to_edges(x, y, sheet), distance_to_edges(x, y, flap)) <= half:
+        return PAPER_EDGE
+    if inside(x, y, flap):
+        return PAPER_BACK
+    return PAPER if inside(x, y, sheet) else None
+
+
+def model_at(x, y, unit):
+    scale = 0.6 if unit < 12 else 0.55
+    return (gem_at((x - 128) / scale + 128, (y - 160) / scale + 137, 0.8 * unit, scale) or
+            sheet_at(x, y, unit))
+
+
+def texture_list_at(x, y, unit):
+    coarse = unit > 12  # no room for lines between the swatches
+    size = 128 // unit * unit  # of all four: whole pixels
+    left, top = ((middle - size / 2 + unit / 2) // unit * unit for middle in (128, 160))
+    across, down = x - left, y - top
+    if not (0 <= across < size and 0 <= down < size):
+        return sheet_at(x, y, unit)
+    line = 0 if coarse else max(unit, 6)
+    inner = (size - line) / 2 // unit * unit  # where the middle line begins
+    if any(v < line or v >= size - line or inner <= v < inner + line for v in (across, down)):
+        return EDGE
+    return SWATCHES[down >= inner][across >= inner]
+
+
+ICONS = {"facetor.ico": gem_at, "model.ico": model_at, "texture_list.ico": texture_list_at}
+
+
+def render(size, colour_at=gem_at):
     """Rows of (red, green, blue, alpha), top row first, each pixel averaged over 4 x 4 points."""
     steps = 4
     unit = 256 / size
-    rim = max(6, 0.6 * unit)  # the outline stays visible at 16 pixels
-    seam = 1.6 if size >= 48 else 0
     rows = []
     for y in range(size):
         row = []
@@ -71,7 +125,7 @@ def render(size):
             total, hits = [0, 0, 0], 0
             for sub in range(steps * steps):
                 point = colour_at((x + (sub % steps + 0.5) / steps) * unit,
-                                  (y + (sub // steps + 0.5) / steps) * unit, rim, seam)
+                                  (y + (sub // steps + 0.5) / steps) * unit, unit)
                 if point:
                     hits += 1
                     total = [t + c for t, c in zip(total, point)]
@@ -110,18 +164,23 @@ def as_png(rows):
             chunk(b"IDAT", zlib.compress(raw, 9)) + chunk(b"IEND", b""))
 
 
-def main():
+def icon(colour_at):
     images = []
     for size in (16, 32, 48, 256):
-        rows = render(size)
+        rows = render(size, colour_at)
         images.append((size, as_png(rows) if size == 256 else as_bitmap(rows)))
     offset = 6 + 16 * len(images)
     directory = struct.pack("<HHH", 0, 1, len(images))
     for size, data in images:
         directory += struct.pack("<BBBBHHII", size % 256, size % 256, 0, 0, 1, 32, len(data), offset)
         offset += len(data)
-    with open(sys.argv[1], "wb") as out:
-        out.write(directory + b"".join(data for _, data in images))
+    return directory + b"".join(data for _, data in images)
+
+
+def main():
+    for path in sys.argv[1:]:
+        with open(path, "wb") as out:
+            out.write(icon(ICONS[os.path.basename(path)]))
 
 
 if __name__ == "__main__":

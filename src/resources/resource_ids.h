@@ -7,6 +7,10 @@
 #define IDB_TOOLBAR 101
 #define IDB_TOOLBOX 102
 
+// Icons of file types. The installer names them by these numbers: packaging/facetor.nsi.
+#define IDI_MODEL_FILE 201
+#define IDI_TEXTURE_LIST_FILE 202
+
 // Controls of dialogs, which count for each dialog alone.
 #define IDC_ATTRIBUTE_TABS 1010
 #define IDC_ATTRIBUTE_TEXTURE 1011
