@@ -58,16 +58,34 @@ private:
     Editor& editor_;
 };
 
+/// Gives the keyboard to the editor's next window that is open; after the last to the first.
+void goToNextWindow(const Editor& editor)
+{
+    const HWND windows[] = {editor.mainWindow, editor.textureWindow.window, editor.attributeWindow,
+                            editor.hierarchyWindow};
+    const auto current = std::ranges::find(windows, GetActiveWindow());
+    const auto first = current == std::end(windows) ? std::begin(windows) : current + 1;
+    const auto isOpen = [](HWND window) { return window && IsWindowVisible(window); };
+    const auto next = std::find_if(first, std::end(windows), isOpen);
+    SetActiveWindow(next == std::end(windows) ? editor.mainWindow : *next);
+}
+
+/// Keys that mean the same in every window of the editor. False for another one.
+bool onKeyOfAnyWindow(const Editor& editor, WPARAM key)
+{
+    switch (key) {
+    case VK_F1: PostMessageA(editor.mainWindow, WM_COMMAND, IDM_HELP_CONTENTS, 0); return true;
+    case VK_F6: goToNextWindow(editor); return true;
+    default: return false;
+    }
+}
+
 /// Fetches messages until the quit message and returns its argument.
 int runMainLoop(Editor& editor)
 {
     MSG message{};
     while (GetMessageA(&message, nullptr, 0, 0) > 0) {
-        // F1 asks for help wherever it is pressed.
-        if (message.message == WM_KEYDOWN && message.wParam == VK_F1) {
-            PostMessageA(editor.mainWindow, WM_COMMAND, IDM_HELP_CONTENTS, 0);
-            continue;
-        }
+        if (message.message == WM_KEYDOWN && onKeyOfAnyWindow(editor, message.wParam)) continue;
         // Accelerators go to the main window, whichever window has the focus.
         if (TranslateAcceleratorA(editor.mainWindow, editor.accelerators, &message)) continue;
         if (std::ranges::any_of(editor.modelessDialogs, [&](HWND dialog) {

@@ -55,6 +55,32 @@ std::int32_t scrolled(std::int32_t topSlot, GridScroll step, int clientWidth)
     return std::clamp(topSlot + by, 0, std::int32_t{textureSlotCount});
 }
 
+std::uint32_t neighbourSlot(std::uint32_t slot, GridMove move, int columns)
+{
+    const auto present = static_cast<std::int32_t>(slot);
+    const std::int32_t last = textureSlotCount - 1;
+    const std::int32_t wanted = move == GridMove::left    ? present - 1
+                                : move == GridMove::right ? present + 1
+                                : move == GridMove::up    ? present - columns
+                                : move == GridMove::down  ? present + columns
+                                : move == GridMove::first ? 0
+                                                          : last;
+    return wanted < 0 || wanted > last ? slot : static_cast<std::uint32_t>(wanted);
+}
+
+std::int32_t topSlotShowing(const GridArea& area, std::int32_t topSlot, std::uint32_t slot)
+{
+    const int columns = columnsShown(area);
+    const int rows = std::max(1, (area.bottom - area.top) / cellHeight);
+    const std::int32_t wanted = static_cast<std::int32_t>(slot);
+    if (wanted < topSlot) {
+        const std::int32_t up = (topSlot - wanted + columns - 1) / columns;
+        return std::max(0, topSlot - up * columns);
+    }
+    const std::int32_t down = (wanted - topSlot) / columns - rows + 1;
+    return topSlot + std::max(0, down) * columns;
+}
+
 PixelRectangle fittedInto(const PixelRectangle& picture, int width, int height)
 {
     const int areaWidth = picture.right - picture.left, areaHeight = picture.bottom - picture.top;

@@ -59,6 +59,14 @@ enum class GridScroll { lineDown, lineUp, pageDown, pageUp };
 /// into a row. 0 to 4096, where the grid is empty.
 std::int32_t scrolled(std::int32_t topSlot, GridScroll step, int clientWidth);
 
+enum class GridMove { left, right, up, down, first, last };
+/// The slot to which a move leads; `slot` where there is none.
+std::uint32_t neighbourSlot(std::uint32_t slot, GridMove move, int columns);
+
+/// The slot to have in the first cell so that `slot` is in one that is wholly visible downwards:
+/// as few rows as possible from `topSlot`.
+std::int32_t topSlotShowing(const GridArea& area, std::int32_t topSlot, std::uint32_t slot);
+
 /// Where a texture is drawn within its cell's picture area, its proportions kept and centred.
 PixelRectangle fittedInto(const PixelRectangle& picture, int width, int height);
 

@@ -24,6 +24,7 @@
 
 #include <array>
 #include <cstdlib>
+#include <optional>
 #include <string>
 
 namespace facetor {
@@ -154,6 +155,17 @@ void onDropFiles(Editor& editor, HDROP drop)
                      reinterpret_cast<LPARAM>(path.c_str()));
 }
 
+/// Scrolls until a slot is in sight.
+void showSlot(Editor& editor, std::uint32_t slot)
+{
+    TextureWindow& textures = editor.textureWindow;
+    const std::int32_t top = topSlotShowing(gridArea(textures), textures.topSlot, slot);
+    if (top == textures.topSlot) return;
+    textures.topSlot = top;
+    redrawTextures(editor);
+    refreshMenuState(editor);
+}
+
 /// Scrolls a row for each notch of the wheel.
 void onWheel(Editor& editor, int turned)
 {
@@ -161,6 +173,34 @@ void onWheel(Editor& editor, int turned)
     wheel += turned;
     for (; std::abs(wheel) >= WHEEL_DELTA; wheel -= wheel > 0 ? WHEEL_DELTA : -WHEEL_DELTA)
         scrollTextures(editor, wheel > 0 ? GridScroll::pageUp : GridScroll::pageDown);
+}
+
+std::optional<GridMove> moveOfKey(WPARAM key)
+{
+    switch (key) {
+    case VK_LEFT: return GridMove::left;
+    case VK_RIGHT: return GridMove::right;
+    case VK_UP: return GridMove::up;
+    case VK_DOWN: return GridMove::down;
+    case VK_HOME: return GridMove::first;
+    case VK_END: return GridMove::last;
+    default: return std::nullopt;
+    }
+}
+
+/// Keys choose a texture, scroll, and put the texture on the picked polygons.
+void onKey(Editor& editor, WPARAM key)
+{
+    if (const std::optional<GridMove> move = moveOfKey(key)) {
+        const GridArea area = gridArea(editor.textureWindow);
+        chooseTexture(editor,
+                      neighbourSlot(editor.document.textures.current, *move, columnsShown(area)));
+        showSlot(editor, editor.document.textures.current);
+    } else if (key == VK_PRIOR || key == VK_NEXT) {
+        scrollTextures(editor, key == VK_PRIOR ? GridScroll::pageUp : GridScroll::pageDown);
+    } else if (key == VK_RETURN || key == VK_SPACE) {
+        applyCurrentTexture(editor);
+    }
 }
 
 /// A button's tip is what its item in the menu says.
@@ -208,6 +248,7 @@ LRESULT CALLBACK textureProcedure(HWND window, UINT message, WPARAM wParam, LPAR
     case WM_RBUTTONDOWN:
         showEditMenu(window, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
         return 0;
+    case WM_KEYDOWN: onKey(editor, wParam); return 0;
     case WM_MOUSEWHEEL: onWheel(editor, GET_WHEEL_DELTA_WPARAM(wParam)); return 0;
     case WM_DROPFILES: onDropFiles(editor, reinterpret_cast<HDROP>(wParam)); return 0;
     case WM_ACTIVATEAPP: refreshMenuState(editor); return 0; // the clipboard may have changed

@@ -220,6 +220,21 @@ TEST(Help, SaysSoWhenThereIsNone)
     EXPECT_TRUE(editor.press(again, IDOK));
 }
 
+TEST(Keys, F6GoesFromWindowToWindow)
+{
+    const RunningEditor editor;
+    for (const int command : {IDM_VIEW_HIERARCHY, IDM_VIEW_TEXTURES}) editor.sendCommand(command);
+    editor.call([](Editor& e) { SetActiveWindow(e.mainWindow); });
+    const auto active = [&] { return editor.ask([](Editor&) { return GetActiveWindow(); }); };
+    const auto [textures, hierarchy] = editor.ask([](Editor& e) {
+        return std::pair{e.textureWindow.window, e.hierarchyWindow};
+    });
+    for (const HWND next : {textures, hierarchy, editor.window()}) {
+        editor.post(WM_KEYDOWN, VK_F6);
+        EXPECT_TRUE(waitUntil([&] { return active() == next; }));
+    }
+}
+
 } // namespace
 
 } // namespace facetor

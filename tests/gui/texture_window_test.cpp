@@ -291,6 +291,7 @@ TEST_F(TextureWindowTest, AClickPicksAndKeysSayWhatBecomesOfPolygons)
         SendMessageA(window, message, 0, MAKELPARAM(x, y));
     };
     editor.sendCommand(IDM_VIEW_ATTRIBUTES);
+    bool byKey = false;
     for (const Row& row :
          {Row{{}, picked | textureMap, 8}, Row{{'H'}, picked | textureMap | flipHorizontal, 8},
           Row{{'V'}, picked | textureMap | flipVertical, 8},
@@ -301,7 +302,11 @@ TEST_F(TextureWindowTest, AClickPicksAndKeysSayWhatBecomesOfPolygons)
             click(WM_LBUTTONDOWN, 0, top);
             click(WM_LBUTTONDOWN, 9 * 52 - 1, top + 67);
             click(WM_LBUTTONDOWN, 10, top - 1); // beside the grid
-            click(WM_LBUTTONDBLCLK, 0, top);
+            if (byKey)
+                SendMessageA(window, WM_KEYDOWN, VK_RETURN, 0);
+            else
+                click(WM_LBUTTONDBLCLK, 0, top);
+            byKey = !byKey;
         });
         editor.call([&](Editor& e) {
             EXPECT_EQ(GetDlgItemInt(e.attributePages.pages[0], IDC_ATTRIBUTE_TEXTURE, nullptr, 0),
@@ -340,6 +345,20 @@ TEST_F(TextureWindowTest, ScrollsAndKeepsPlaceAndSlotWhileItIsClosed)
     }
     for (const int turned : {-60, -60, -240, 120})
         SendMessageA(window, WM_MOUSEWHEEL, MAKEWPARAM(0, turned), 0);
+    const std::pair<WPARAM, std::array<int, 2>> keys[] = {
+        // the current texture and the slot in the first cell then
+        {VK_END, {4095, 4085}}, {VK_NEXT, {4095, 4089}}, {VK_HOME, {0, 0}}, {VK_RIGHT, {1, 0}},
+        {VK_DOWN, {5, 0}},      {VK_NEXT, {5, 4}},       {VK_LEFT, {4, 4}}, {VK_UP, {0, 0}},
+    };
+    for (const auto& [key, slots] : keys) {
+        SendMessageA(window, WM_KEYDOWN, key, 0);
+        EXPECT_EQ(editor.ask([](Editor& e) -> std::array<int, 2> {
+            return {static_cast<int>(e.document.textures.current), e.textureWindow.topSlot};
+        }),
+                  slots)
+            << key;
+    }
+    for (int i = 0; i < 9; ++i) run(IDM_TEXTURE_LINE_DOWN);
     RECT before{}, after{};
     GetWindowRect(window, &before);
     toggle();

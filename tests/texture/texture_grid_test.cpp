@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <utility>
+
 namespace facetor {
 
 namespace {
@@ -43,6 +46,25 @@ TEST(TextureGrid, ScrollingGoesByOneOrByAWholeRowAndStaysWithinTheList)
     EXPECT_EQ(scrolled(2, GridScroll::pageUp, 200), 0);
     EXPECT_EQ(scrolled(0, GridScroll::lineUp, 200), 0);
     EXPECT_EQ(scrolled(4095, GridScroll::pageDown, 200), 4096);
+}
+
+TEST(TextureGrid, KeysMoveWithinTheListAndTheGridFollows)
+{
+    const std::pair<GridMove, std::uint32_t> moves[] = {
+        {GridMove::left, 5},  {GridMove::right, 7}, {GridMove::up, 2},
+        {GridMove::down, 10}, {GridMove::first, 0}, {GridMove::last, 4095},
+    };
+    for (const auto& [move, slot] : moves) EXPECT_EQ(neighbourSlot(6, move, 4), slot);
+    EXPECT_EQ(neighbourSlot(3, GridMove::up, 4), 3u);
+    EXPECT_EQ(neighbourSlot(4092, GridMove::down, 4), 4092u);
+    constexpr GridArea area{30, 4 * 52, 30 + 2 * 68 + 40}; // two rows, and a part of a third
+    const std::array<std::int32_t, 3> cases[] = {
+        // the first slot, the one to see, the first slot then
+        {5, 5, 5}, {5, 12, 5}, {5, 13, 9}, {5, 4, 1}, {5, 0, 0}, {0, 4095, 4088}, {4096, 7, 4},
+    };
+    for (const auto& [top, slot, then] : cases)
+        EXPECT_EQ(topSlotShowing(area, top, static_cast<std::uint32_t>(slot)), then)
+            << top << " " << slot;
 }
 
 TEST(TextureGrid, PicturesKeepTheirProportions)
