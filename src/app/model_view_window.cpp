@@ -170,9 +170,11 @@ void eraseAroundModelView(Editor& editor, HDC dc)
         FillRect(dc, &client, GetSysColorBrush(COLOR_BTNFACE));
         return;
     }
+    const int saved = SaveDC(dc); // the paint message may go on with the same one
     ExcludeClipRect(dc, 0, 0, surfaceMaxWidth, surfaceMaxHeight);
     FillRect(dc, &client,
              reinterpret_cast<HBRUSH>(GetClassLongPtrA(editor.mainWindow, GCLP_HBRBACKGROUND)));
+    RestoreDC(dc, saved);
 }
 
 void showMenuAt(Editor& editor, UINT command, POINT cursor)

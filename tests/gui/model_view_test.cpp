@@ -267,6 +267,18 @@ TEST(ModelView, TheArrowKeysDoWhatTheMouseDoes)
     EXPECT_EQ(marked().size(), 1u);
 }
 
+TEST(ModelView, WhatIsErasedIsPaintedAnew)
+{
+    const RunningEditor editor;
+    editor.resizeClient(400, 320);
+    editor.call([](Editor& e) {
+        e.view.backgroundColour = rgb555(31, 0, 0);
+        e.view.frameNeedsDrawing = true;
+        InvalidateRect(e.mainWindow, nullptr, TRUE); // as when the window comes into sight
+    });
+    EXPECT_EQ(editor.picture().at(20, 200), 0xFF0000u);
+}
+
 TEST(ModelView, RightButtonShowsAMenuAtTheCursor)
 {
     struct Case {
