@@ -55,17 +55,19 @@ std::int32_t scrolled(std::int32_t topSlot, GridScroll step, int clientWidth)
     return std::clamp(topSlot + by, 0, std::int32_t{textureSlotCount});
 }
 
-std::uint32_t neighbourSlot(std::uint32_t slot, GridMove move, int columns)
+std::uint32_t neighbourSlot(std::uint32_t slot, GridMove move, int columns, std::uint32_t usedCount)
 {
     const auto present = static_cast<std::int32_t>(slot);
-    const std::int32_t last = textureSlotCount - 1;
     const std::int32_t wanted = move == GridMove::left    ? present - 1
                                 : move == GridMove::right ? present + 1
                                 : move == GridMove::up    ? present - columns
                                 : move == GridMove::down  ? present + columns
                                 : move == GridMove::first ? 0
-                                                          : last;
-    return wanted < 0 || wanted > last ? slot : static_cast<std::uint32_t>(wanted);
+                                : usedCount > 0           ? static_cast<std::int32_t>(usedCount) - 1
+                                                          : 0;
+    return wanted < 0 || wanted >= std::int32_t{textureSlotCount}
+               ? slot
+               : static_cast<std::uint32_t>(wanted);
 }
 
 std::int32_t topSlotShowing(const GridArea& area, std::int32_t topSlot, std::uint32_t slot)

@@ -60,8 +60,10 @@ enum class GridScroll { lineDown, lineUp, pageDown, pageUp };
 std::int32_t scrolled(std::int32_t topSlot, GridScroll step, int clientWidth);
 
 enum class GridMove { left, right, up, down, first, last };
-/// The slot to which a move leads; `slot` where there is none.
-std::uint32_t neighbourSlot(std::uint32_t slot, GridMove move, int columns);
+/// The slot to which a move leads; `slot` where there is none. The last slot is that of the last
+/// texture, `usedCount` being the number of slots up to and with it.
+std::uint32_t neighbourSlot(std::uint32_t slot, GridMove move, int columns,
+                            std::uint32_t usedCount);
 
 /// The slot to have in the first cell so that `slot` is in one that is wholly visible downwards:
 /// as few rows as possible from `topSlot`.

@@ -193,9 +193,10 @@ void onKey(Editor& editor, WPARAM key)
 {
     if (const std::optional<GridMove> move = moveOfKey(key)) {
         const GridArea area = gridArea(editor.textureWindow);
+        const TextureList& list = editor.document.textures;
         chooseTexture(editor,
-                      neighbourSlot(editor.document.textures.current, *move, columnsShown(area)));
-        showSlot(editor, editor.document.textures.current);
+                      neighbourSlot(list.current, *move, columnsShown(area), list.usedCount()));
+        showSlot(editor, list.current);
     } else if (key == VK_PRIOR || key == VK_NEXT) {
         scrollTextures(editor, key == VK_PRIOR ? GridScroll::pageUp : GridScroll::pageDown);
     } else if (key == VK_RETURN || key == VK_SPACE) {

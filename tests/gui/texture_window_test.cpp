@@ -345,10 +345,11 @@ TEST_F(TextureWindowTest, ScrollsAndKeepsPlaceAndSlotWhileItIsClosed)
     }
     for (const int turned : {-60, -60, -240, 120})
         SendMessageA(window, WM_MOUSEWHEEL, MAKEWPARAM(0, turned), 0);
+    set("abcdefghijklmnopqrs");
     const std::pair<WPARAM, std::array<int, 2>> keys[] = {
         // the current texture and the slot in the first cell then
-        {VK_END, {4095, 4085}}, {VK_NEXT, {4095, 4089}}, {VK_HOME, {0, 0}}, {VK_RIGHT, {1, 0}},
-        {VK_DOWN, {5, 0}},      {VK_NEXT, {5, 4}},       {VK_LEFT, {4, 4}}, {VK_UP, {0, 0}},
+        {VK_END, {18, 9}}, {VK_NEXT, {18, 13}}, {VK_HOME, {0, 0}}, {VK_RIGHT, {1, 0}},
+        {VK_DOWN, {5, 0}}, {VK_NEXT, {5, 4}},   {VK_LEFT, {4, 4}}, {VK_UP, {0, 0}},
     };
     for (const auto& [key, slots] : keys) {
         SendMessageA(window, WM_KEYDOWN, key, 0);

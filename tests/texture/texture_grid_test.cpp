@@ -52,11 +52,12 @@ TEST(TextureGrid, KeysMoveWithinTheListAndTheGridFollows)
 {
     const std::pair<GridMove, std::uint32_t> moves[] = {
         {GridMove::left, 5},  {GridMove::right, 7}, {GridMove::up, 2},
-        {GridMove::down, 10}, {GridMove::first, 0}, {GridMove::last, 4095},
+        {GridMove::down, 10}, {GridMove::first, 0}, {GridMove::last, 29},
     };
-    for (const auto& [move, slot] : moves) EXPECT_EQ(neighbourSlot(6, move, 4), slot);
-    EXPECT_EQ(neighbourSlot(3, GridMove::up, 4), 3u);
-    EXPECT_EQ(neighbourSlot(4092, GridMove::down, 4), 4092u);
+    for (const auto& [move, slot] : moves) EXPECT_EQ(neighbourSlot(6, move, 4, 30), slot);
+    EXPECT_EQ(neighbourSlot(6, GridMove::last, 4, 0), 0u);
+    EXPECT_EQ(neighbourSlot(3, GridMove::up, 4, 30), 3u);
+    EXPECT_EQ(neighbourSlot(4092, GridMove::down, 4, 30), 4092u);
     constexpr GridArea area{30, 4 * 52, 30 + 2 * 68 + 40}; // two rows, and a part of a third
     const std::array<std::int32_t, 3> cases[] = {
         // the first slot, the one to see, the first slot then
