@@ -5,6 +5,7 @@
 #include "app/settings_win.h"
 #include "app/title_win.h"
 #include "resources/resource_ids.h"
+#include "texture/texture_file.h"
 #include "ui/handles_win.h"
 
 #include <windows.h>
@@ -138,6 +139,9 @@ int runProgram(const Start& start)
     UpdateWindow(editor->mainWindow);
     const std::size_t opened = std::min<std::size_t>(start.arguments.size(), 2);
     for (std::size_t i = 0; i < opened; ++i) openAnyPath(*editor, start.arguments[i]);
+    // The view shows nothing of a texture list that was opened alone.
+    if (opened == 1 && isTextureFile(start.arguments[0]))
+        SendMessageA(editor->mainWindow, WM_COMMAND, IDM_VIEW_TEXTURES, 0);
     return runMainLoop(*editor);
 }
 
