@@ -207,7 +207,10 @@ SectionEnd
     ${If} ${FileExists} "$INSTDIR\Samples\${NAME}"
         GetFileTime "$INSTDIR\Samples\${NAME}" $0 $1
         GetFileTimeLocal "${CONTENT}/Samples/${NAME}" $2 $3
-        ${If} "$0 $1" == "$2 $3"
+        IntOp $0 $0 ^ $2 ; as numbers: one side has signs, the other has none
+        IntOp $1 $1 ^ $3
+        IntOp $0 $0 | $1
+        ${If} $0 = 0
             Delete "$INSTDIR\Samples\${NAME}"
         ${EndIf}
     ${EndIf}
