@@ -47,7 +47,7 @@ bool importOne(Editor& editor, const std::string& plugIn, const std::string& pat
 }
 
 /// Writes one slot as an image, or shows why not.
-bool exportOne(Editor& editor, const std::string& plugIn, const std::string& path,
+void exportOne(Editor& editor, const std::string& plugIn, const std::string& path,
                std::uint32_t slot)
 {
     const TextureSlot& texture = editor.document.textures.slot(slot);
@@ -57,12 +57,11 @@ bool exportOne(Editor& editor, const std::string& plugIn, const std::string& pat
         message = exportImage(plugIn, path, texture.width, texture.height,
                               {texture.pixels, std::size_t{texture.width} * texture.height});
     }
-    if (message == Message::none) return true;
+    if (message == Message::none) return;
     const bool unusable =
         message == Message::noPlugIn || message == Message::colourModeNotSupported;
     alert(editor.alerts, editor.mainWindow, message,
           unusable ? AlertStyle::stop : AlertStyle::exclamation);
-    return false;
 }
 
 /// What follows an import: the undo slot may hold a texture that is no longer there.
@@ -77,8 +76,9 @@ void showImported(Editor& editor)
 
 bool scanPlugIns(Editor& editor)
 {
-    editor.plugIns.folder = programFolder(editor.mainWindow) + "\\" +
-                            loadCatalogueText(editor.mainWindow, Word::plugInFolder);
+    editor.plugIns.folder = programFolder(editor.mainWindow);
+    if (!editor.plugIns.folder.empty())
+        editor.plugIns.folder += "\\" + loadCatalogueText(editor.mainWindow, Word::plugInFolder);
     const auto report = [&](Message message, const std::string& file) {
         setAlertTexts(editor.alerts, file, {});
         alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation);
@@ -101,11 +101,10 @@ CommandOutcome importTextures(Editor& editor)
     const std::string plugIn = plugInPath(editor, list.files[chosen->filter - 1]);
     const std::uint32_t first = editor.document.textures.current;
     const std::uint32_t count = importCount(first, chosen->paths.size());
-    CommandOutcome outcome = CommandOutcome::abandoned;
     for (std::uint32_t i = 0; i < count; ++i) // one that fails does not keep the others out
-        if (importOne(editor, plugIn, chosen->paths[i], first + i)) outcome = CommandOutcome::done;
+        (void)importOne(editor, plugIn, chosen->paths[i], first + i);
     showImported(editor);
-    return outcome;
+    return CommandOutcome::done;
 }
 
 CommandOutcome importTexturePath(Editor& editor, const std::string& path)
@@ -140,9 +139,8 @@ CommandOutcome exportTextures(Editor& editor)
         return CommandOutcome::abandoned;
     const std::string plugIn = plugInPath(editor, plugIns.files[chosen->filter - 1]);
     const SlotRange range = exportedSlots(*choice, list.current, usedCount);
-    for (std::uint32_t slot = range.first; slot < range.end; ++slot)
-        if (!exportOne(editor, plugIn, exportPath(chosen->path, slot, usedCount), slot))
-            return CommandOutcome::abandoned;
+    for (std::uint32_t slot = range.first; slot < range.end; ++slot) // one that fails, likewise
+        exportOne(editor, plugIn, exportPath(chosen->path, slot, usedCount), slot);
     return CommandOutcome::done;
 }
 

@@ -9,12 +9,13 @@ namespace facetor {
 struct Editor;
 
 /// Makes the lists of image plug-ins from the folder "PlugIn" beside the program, with an alert for
-/// each library there that is none. False, after its alert, when there is none at all or memory is
-/// short: the program does not run without.
+/// each library there that is none. False, after its alert, when there is no image plug-in at all,
+/// whatever else is there, or memory is short: the program does not run without.
 bool scanPlugIns(Editor& editor);
 
 /// Lets the user choose image files, and a plug-in by the dialog's filter, and puts them into the
-/// texture list from the current slot on. `abandoned` when none came in.
+/// texture list from the current slot on, with a message for each that cannot be taken. `abandoned`
+/// when there was nothing to choose or nothing was chosen.
 CommandOutcome importTextures(Editor& editor);
 
 /// Puts an image file into the current slot, through the first plug-in that reads it.
@@ -22,8 +23,8 @@ CommandOutcome importTextures(Editor& editor);
 CommandOutcome importTexturePath(Editor& editor, const std::string& path);
 
 /// Lets the user choose textures, a file name and a plug-in, and writes each texture as a file with
-/// its slot's number in the name. The first that cannot be written ends it, `abandoned`, with a
-/// message shown; those before it stay.
+/// its slot's number in the name, with a message for each that cannot be written. `abandoned` when
+/// there was nothing to choose or nothing was chosen.
 CommandOutcome exportTextures(Editor& editor);
 
 } // namespace facetor

@@ -69,6 +69,7 @@ Message registerLibrary(PlugIns& plugIns, const std::string& file)
 std::vector<std::string> librariesOf(const std::string& folder)
 {
     std::vector<std::string> names;
+    if (folder.empty()) return names; // not those of the drive's root
     WIN32_FIND_DATAA found{};
     const HANDLE search = FindFirstFileA((folder + "\\*.dll").c_str(), &found);
     if (search == INVALID_HANDLE_VALUE) return names;
@@ -131,13 +132,12 @@ Message scanPlugInFolder(PlugIns& plugIns, const PlugInReport& report)
 {
     if (const Message message = createPlugInLists(plugIns); message != Message::none)
         return message;
-    const std::vector<std::string> files = librariesOf(plugIns.folder);
-    if (files.empty()) return Message::noPlugIn;
-    for (const std::string& file : files)
+    for (const std::string& file : librariesOf(plugIns.folder))
         if (const Message message = registerLibrary(plugIns, file); message != Message::none)
             report(message, file);
     finishPlugInFilters(plugIns);
-    return Message::none;
+    const bool any = !plugIns.import.files.empty() || !plugIns.export_.files.empty();
+    return any ? Message::none : Message::noPlugIn;
 }
 
 ImportedImage importImage(const std::string& plugIn, const std::string& path,

@@ -23,7 +23,8 @@ using PlugInReport = std::function<void(Message message, const std::string& file
 
 /// Looks through plugIns.folder and makes both lists anew, in the order of the files' names. A
 /// library that cannot be used is reported and left out; one for effects is left out silently.
-/// noPlugIn when the folder holds no "*.dll", outOfMemory when memory is short.
+/// noPlugIn when no library is left that reads or writes images, also for a folder without a name;
+/// outOfMemory when memory is short.
 Message scanPlugInFolder(PlugIns& plugIns, const PlugInReport& report);
 
 /// A texture from an image file. `pixels` holds width x height texels when there is no fault.

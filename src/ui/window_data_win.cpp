@@ -34,7 +34,7 @@ std::string loadCatalogueText(HWND window, Message message)
 
 std::string programFolder(HWND window)
 {
-    std::array<char, MAX_PATH> path{};
+    std::array<char, 3 * MAX_PATH> path{}; // a character takes up to three bytes
     const DWORD length =
         GetModuleFileNameA(instanceOf(window), path.data(), static_cast<DWORD>(path.size()));
     if (length == 0 || length >= path.size()) return {};
