@@ -10,6 +10,7 @@
 #include "output/texture_source.h"
 #include "texture/plug_in_commands_win.h"
 #include "texture/texture_file.h"
+#include "texture/texture_window.h"
 #include "ui/handles_win.h"
 #include "ui/window_data_win.h"
 
@@ -34,6 +35,7 @@ CommandOutcome loadTextures(Editor& editor, const std::string& path)
     requestRedraw(editor);
     if (message != Message::none) return CommandOutcome::abandoned;
     editor.document.textureFile = full;
+    showTextureTitle(editor, {});
     return CommandOutcome::done;
 }
 
@@ -94,6 +96,9 @@ CommandOutcome saveTexturesAs(Editor& editor)
     if (writeTexturesAs(editor, chosen->path, chosen->filter) != CommandOutcome::done)
         return CommandOutcome::abandoned;
     file = chosen->path;
+    // Here, since other commands have the list saved as well before they go on.
+    editor.document.texturesChanged = false;
+    showTextureTitle(editor, file);
     return CommandOutcome::done;
 }
 

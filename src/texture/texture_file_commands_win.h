@@ -25,7 +25,7 @@ CommandOutcome openTexturePath(Editor& editor, const std::string& path);
 CommandOutcome saveTextures(Editor& editor);
 
 /// Saves the list under a name that the user chooses, as a texture list file or as C source. Either
-/// way the list then goes by that name.
+/// way the list then goes by that name, also in the window's title, and counts as unchanged.
 CommandOutcome saveTexturesAs(Editor& editor);
 
 } // namespace facetor

@@ -83,7 +83,7 @@ bool createContents(Editor& editor, HWND window)
     textures.window = window;
     textures.wheel = 0;
     DragAcceptFiles(window, TRUE);
-    SetWindowTextA(window, loadCatalogueText(editor.mainWindow, Word::textureListTitle).c_str());
+    showTextureTitle(editor, {});
     rebuildRecentTextureMenu(editor);
     SetTimer(window, marqueeTimer, marqueePeriod, nullptr);
     return true;
@@ -290,6 +290,14 @@ void toggleTextureWindow(Editor& editor)
                     place.top, place.right - place.left, place.bottom - place.top,
                     editor.mainWindow, nullptr, editor.instance, nullptr);
     refreshMenuState(editor);
+}
+
+void showTextureTitle(const Editor& editor, const std::string& file)
+{
+    if (const HWND window = editor.textureWindow.window)
+        SetWindowTextA(window, file.empty()
+                                   ? loadCatalogueText(window, Word::textureListTitle).c_str()
+                                   : file.c_str());
 }
 
 void redrawTextures(Editor& editor)

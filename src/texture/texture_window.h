@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <string>
 
 namespace facetor {
 
@@ -27,6 +28,10 @@ bool registerTextureWindow(const Editor& editor);
 
 /// Opens the texture list window where it was last, or closes it.
 void toggleTextureWindow(Editor& editor);
+
+/// Shows as the window's title, if it is open, the file that the list was last saved as; "Texture
+/// List" for an empty name, as whenever it is opened.
+void showTextureTitle(const Editor& editor, const std::string& file);
 
 /// Shows the textures anew, if the window is open.
 void redrawTextures(Editor& editor);
