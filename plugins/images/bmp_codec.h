@@ -7,7 +7,7 @@ namespace facetor {
 /// BMP. Read are the uncompressed forms of 4, 8, 16, 24 and 32 bits a pixel, bottom-up and
 /// top-down, with every size of header and any masks; a palette and pixels of 5-5-5 arrive as they
 /// are. Of other depths only the size is told. Written are 5-5-5 pixels with their opaque bit, so
-/// that a texture comes back bit for bit.
+/// that opaque texels come back as they were, and transparent ones of the transparent colour.
 extern const ImageCodec bmpCodec;
 
 } // namespace facetor

@@ -17,9 +17,26 @@ bool isPng(std::span<const std::byte> file)
            std::ranges::equal(file.first(signature.size()), std::as_bytes(std::span(signature)));
 }
 
+std::uint32_t readBigEndian(ByteReader& in)
+{
+    std::uint32_t value = 0;
+    for (int i = 0; i < 4; ++i) value = value << 8 | in.u8();
+    return value;
+}
+
 std::optional<ImageInfo> pngInfo(std::span<const std::byte> file)
 {
-    return isPng(file) ? stbInfo(file) : std::nullopt;
+    if (!isPng(file)) return std::nullopt;
+    ByteReader in{file};
+    (void)in.take(12); // the signature, the first chunk's size
+    const bool isHeader = in.u32() == tag("IHDR");
+    const std::uint32_t width = readBigEndian(in), height = readBigEndian(in);
+    const ImageInfo info{width, height, 24};
+    if (isDecodable(info)) return stbInfo(file);
+    // Too large for stb to look at, but a PNG all the same.
+    constexpr std::uint32_t largest = 0x7FFFFFFF;
+    const bool valid = in.ok() && isHeader && width - 1 < largest && height - 1 < largest;
+    return valid ? std::optional(info) : std::nullopt;
 }
 
 bool decodePng(std::span<const std::byte> file, std::span<std::byte> buffer)

@@ -21,8 +21,7 @@ void* resizeBlock(void* block, std::size_t size)
 
 } // namespace
 
-// The size is told of images that are far too large to be decoded, so this bound is generous.
-#define STBI_MAX_DIMENSIONS 65535
+#define STBI_MAX_DIMENSIONS facetor::largestImageSide
 #define STBI_MALLOC(size) allocateBlock(size)
 #define STBI_REALLOC(block, size) resizeBlock(block, size)
 #define STBI_FREE(block) std::free(block)
@@ -76,7 +75,7 @@ std::optional<ImageInfo> stbInfo(std::span<const std::byte> file)
 std::vector<std::uint8_t> stbDecode(std::span<const std::byte> file)
 {
     const std::optional<ImageInfo> info = stbInfo(file);
-    if (!info || !isDecodable(*info)) return {};
+    if (!info) return {};
     int width = 0, height = 0, channels = 0;
     struct Free {
         void operator()(stbi_uc* pixels) const { stbi_image_free(pixels); }

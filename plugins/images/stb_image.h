@@ -12,11 +12,12 @@ namespace facetor {
 // The stb library, which reads and writes the compressed formats. Only its PNG and TGA readers are
 // compiled. Needs bytes that have been found to be of the one format or the other: it takes either.
 
-/// What stb says an image's size is; its depth is 32 when the image has alpha, otherwise 24.
+/// What stb says an image's size is; its depth is 32 when the image has alpha, otherwise 24. None
+/// when it is larger than largestImageSide.
 std::optional<ImageInfo> stbInfo(std::span<const std::byte> file);
 
-/// Red, green, blue and alpha of every pixel, top row first; empty when the image cannot be decoded
-/// or is larger than largestImageSide.
+/// Red, green, blue and alpha of every pixel, top row first; empty when the image cannot be
+/// decoded.
 std::vector<std::uint8_t> stbDecode(std::span<const std::byte> file);
 
 /// Pixels of `channels` bytes, 3 or 4 with alpha, top row first, as a PNG file. Empty when memory

@@ -167,6 +167,13 @@ TEST(ImageCodecs, AnImageTooLargeToDecodeStillHasASize)
         file.resize(std::size_t{16} * 4 * (largestImageSide + 2)); // what it lacks is there
         EXPECT_TRUE(texelsOf(row.codec, file).empty());
     }
+    Bytes wide = pictureFile("rgb.png");
+    wide[17] = std::byte{0x10};
+    ASSERT_TRUE(pngCodec.info(wide));
+    EXPECT_EQ(pngCodec.info(wide)->width, 0x100010u);
+    EXPECT_TRUE(texelsOf(pngCodec, wide).empty());
+    wide[16] = std::byte{0x80}; // more than the format allows
+    EXPECT_FALSE(pngCodec.info(wide));
 }
 
 } // namespace
