@@ -18,15 +18,25 @@ using File = std::unique_ptr<std::FILE, Closer>;
 
 constexpr int largestSide = 4096; // what a file says is no size until it has been checked
 
+struct Size {
+    int width = 0, height = 0;
+};
+
+// What the editor was told last, and has made its buffer by. The file may be another one by the
+// time its pixels are read.
+Size told;
+
 /// Opens a file and reads up to its pixels; null when it is no file of ours.
-File openImage(const char* path, int& width, int& height)
+File openImage(const char* path, Size& size)
 {
     File file(std::fopen(path, "rb"));
     int largestValue = 0;
-    if (!file || std::fscanf(file.get(), "P6 %5d %5d %3d", &width, &height, &largestValue) != 3 ||
+    if (!file ||
+        std::fscanf(file.get(), "P6 %5d %5d %3d", &size.width, &size.height, &largestValue) != 3 ||
         largestValue != 255 || std::fgetc(file.get()) == EOF)
         return nullptr;
-    if (width < 1 || width > largestSide || height < 1 || height > largestSide) return nullptr;
+    if (size.width < 1 || size.width > largestSide || size.height < 1 || size.height > largestSide)
+        return nullptr;
     return file;
 }
 
@@ -36,17 +46,17 @@ extern "C" {
 
 int WINAPI scvCheckFileFormat(HINSTANCE, const char* path)
 {
-    int width = 0, height = 0;
-    return openImage(path, width, height) ? 1 : 0;
+    Size size;
+    return openImage(path, size) ? 1 : 0;
 }
 
 int WINAPI scvGetFileImageSize(HINSTANCE, const char* path, INT32* width, INT32* height)
 {
-    int columns = 0, rows = 0;
-    if (!openImage(path, columns, rows)) return 1;
-    *width = columns;
-    *height = rows;
-    return 0;
+    told = {};
+    const File file = openImage(path, told);
+    *width = told.width;
+    *height = told.height;
+    return file ? 0 : 1;
 }
 
 int WINAPI scvGetFileImageDepth(HINSTANCE, const char*)
@@ -56,11 +66,11 @@ int WINAPI scvGetFileImageDepth(HINSTANCE, const char*)
 
 int WINAPI scvGetFileImageBits(HINSTANCE, const char* path, void* buffer)
 {
-    int width = 0, height = 0;
-    const File file = openImage(path, width, height);
-    if (!file) return 1;
+    Size size;
+    const File file = openImage(path, size);
+    if (!file || size.width != told.width || size.height != told.height) return 1;
     auto* pixel = static_cast<std::uint8_t*>(buffer);
-    for (int i = 0; i < width * height; ++i, pixel += 4) {
+    for (int i = 0; i < size.width * size.height; ++i, pixel += 4) {
         std::uint8_t rgb[3];
         if (std::fread(rgb, 1, sizeof rgb, file.get()) != sizeof rgb) return 1;
         for (int j = 0; j < 3; ++j) pixel[j] = rgb[2 - j];
