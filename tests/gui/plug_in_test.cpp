@@ -3,16 +3,23 @@
 #include "base/file.h"
 #include "base/temporary_folder.h"
 #include "gui/running_editor.h"
+#include "gui/scarce_memory.h"
 #include "images/bmp_codec.h"
+#include "images/png_codec.h"
+#include "images/tga_codec.h"
 #include "resources/resource_ids.h"
 #include "texture/bitmap_conversion.h"
+#include "texture/numbered_texture.h"
+#include "texture/plug_ins_win.h"
 #include "texture/texture_commands_win.h"
+#include "ui/module_win.h"
 #include "ui/window_data_win.h"
 
 #include <gtest/gtest.h>
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 
@@ -70,57 +77,145 @@ void noteAlerts()
     SetWindowsHookExA(WH_CBT, answerAlerts, nullptr, GetCurrentThreadId());
 }
 
-TEST(PlugIns, WithoutAnyTheProgramDoesNotStart)
+/// The block in which a library holds its strings 0 to 15: each with its length before it.
+Bytes stringBlock(const std::vector<std::string>& texts)
+{
+    ByteWriter out;
+    for (std::size_t i = 0; i < 16; ++i) {
+        const std::string text = i < texts.size() ? texts[i] : "";
+        out.u16(static_cast<std::uint16_t>(text.size()));
+        for (const char character : text) out.u16(static_cast<std::uint8_t>(character));
+    }
+    return out.release();
+}
+
+/// The stranger's plug-in with other strings; an empty one is missing.
+Bytes strangerSaying(const std::string& capability, const std::string& extension = "odd",
+                     const std::string& description = "Odd images",
+                     const std::string& depths = "8 160")
+{
+    Bytes library = readFile(STRANGE_PLUG_IN).value_or(Bytes{});
+    const Bytes present =
+        stringBlock({"", "READ WRITE", "odd", "Odd images", "8 160", std::string(64, '.')});
+    const Bytes wanted = stringBlock({"", capability, extension, description, depths});
+    const auto found = std::ranges::search(library, present);
+    EXPECT_FALSE(found.empty());
+    EXPECT_LE(wanted.size(), found.size());
+    if (!found.empty()) std::ranges::copy(wanted, found.begin());
+    return library;
+}
+
+/// A library without one of its exports, which has another name of the same place in the order.
+Bytes without(const std::string& name, Bytes library = strangerSaying("READ WRITE"))
+{
+    const auto bytes = std::as_bytes(std::span(name));
+    for (auto found = std::ranges::search(library, bytes); !found.empty();
+         found = std::ranges::search(std::ranges::subrange(found.end(), library.end()), bytes))
+        *std::prev(found.end()) = std::byte{'~'};
+    return library;
+}
+
+constexpr char missing[] = "Cannot find Plug-In module.";
+constexpr char outOfMemory[] = "Cannot allocate enough memory to do this function.";
+
+TEST(PlugIns, WithoutAnyForImagesTheProgramDoesNotStart)
 {
     const auto away = plugInFolder().replace_extension("away");
     std::filesystem::rename(plugInFolder(), away);
-    for (const bool folderThere : {false, true}) {
-        if (folderThere) std::filesystem::create_directory(plugInFolder());
+    std::vector<std::string> expected{missing};
+    for (const std::string_view content : {"no folder", "no file", "no plug-in"}) {
+        SCOPED_TRACE(content);
+        AddedPlugIns added;
+        if (content != "no folder") std::filesystem::create_directory(plugInFolder());
+        if (content == "no plug-in") {
+            added.add("colours.dll", COLOUR_MODULE);
+            added.add("effect.dll", strangerSaying("EFFECT"));
+            added.add("text.dll", Bytes(100, std::byte{'x'}));
+            expected = {"This Plug-In contains a bad information.(colours.dll)", missing, missing};
+        }
         RunningEditor editor({}, Platform::nt, noteAlerts);
         EXPECT_EQ(editor.waitForEnd(), 0);
         EXPECT_EQ(editor.window(), nullptr);
-        EXPECT_EQ(startAlerts, std::vector<std::string>{"Cannot find Plug-In module."});
+        EXPECT_EQ(startAlerts, expected);
+        std::filesystem::remove_all(plugInFolder());
     }
-    std::filesystem::remove(plugInFolder());
     std::filesystem::rename(away, plugInFolder());
+    PlugIns nowhere;
+    EXPECT_EQ(scanPlugInFolder(nowhere, [](Message, const std::string&) {}), Message::noPlugIn);
 }
 
 TEST(PlugIns, WhatIsNoneGetsItsAlertAndTheOthersServe)
 {
-    AddedPlugIns added;
     Bytes otherMachine = readFile(PNG_PLUG_IN).value_or(Bytes{});
     const auto header = std::to_integer<std::size_t>(otherMachine.at(0x3C)) |
                         std::to_integer<std::size_t>(otherMachine.at(0x3D)) << 8;
     otherMachine.at(header + 4) = otherMachine.at(header + 5) = std::byte{0x01};
-    added.add("1 text.dll", Bytes(100, std::byte{'x'}));
-    added.add("2 machine.dll", otherMachine);
-    added.add("3 colours.dll", COLOUR_MODULE);
-    added.add("4 spelling.dll", STRANGE_SPELLING);
-    added.add("5 depths.dll", STRANGE_NO_DEPTHS);
-    added.add("6 export.dll", STRANGE_NO_EXPORT);
-    added.add("7 effect.dll", STRANGE_EFFECT);
-    added.add("8 a name of 32 characters 12.dll", PNG_PLUG_IN);
-    added.add("9 a name of 31 characters 1.dll", STRANGE_ODD);
-    const RunningEditor editor({}, Platform::nt, noteAlerts);
-    const std::string missing = "Cannot find Plug-In module.";
-    const auto bad = [](const std::string& name) {
-        return "This Plug-In contains a bad information.(" + name + ")";
+    const struct {
+        const char* name;
+        Bytes library;
+        std::string alert;      ///< "bad" for the one with the file's name
+        const char* lists = ""; ///< those that it gets into: r for import, w for export
+    } rows[] = {
+        {"0 text.dll", Bytes(100, std::byte{'x'}), missing},
+        {"0 machine.dll", otherMachine, missing},
+        {"1 colours.dll", readFile(COLOUR_MODULE).value_or(Bytes{}), "bad"},
+        {"1 spelling.dll", strangerSaying("Read"), "bad"},
+        {"1 long.dll", strangerSaying("READ WRITE AND MORE"), "bad"},
+        {"1 effect.dll", strangerSaying("EFFECT"), ""},
+        {"2 check.dll", without("scvCheckFileFormat"), "bad"},
+        {"2 size.dll", without("scvGetFileImageSize"), "bad"},
+        {"2 depth.dll", without("scvGetFileImageDepth"), "bad"},
+        {"2 bits.dll", without("scvGetFileImageBits"), "bad"},
+        {"2 put.dll", without("scvPutFileImageBits"), "bad"},
+        {"2 begin.dll", without("scvBeginCatalogSave"), "bad"},
+        {"2 end.dll", without("scvEndCatalogSave"), "bad"},
+        {"3 capability.dll", strangerSaying(""), "bad"},
+        {"3 extension.dll", strangerSaying("READ WRITE", ""), "bad"},
+        {"3 description.dll", strangerSaying("READ WRITE", "odd", ""), "bad"},
+        {"3 depths.dll", strangerSaying("READ WRITE", "odd", "Odd images", ""), "bad"},
+        {"4 a name of 32 characters 12.dll", readFile(PNG_PLUG_IN).value_or(Bytes{}), "bad"},
+        {"4 a name of 31 characters 1.dll", strangerSaying("READ WRITE"), "", "rw"},
+        {"5 read.dll", without("scvPutFileImageBits", strangerSaying("READ", std::string(20, 'e'))),
+         "", "r"},
+        {"6 write.dll",
+         without("scvCheckFileFormat", strangerSaying("WRITE", "e", std::string(40, 'd'))), "",
+         "w"},
     };
-    EXPECT_EQ(startAlerts, (std::vector<std::string>{missing, missing, bad("3 colours.dll"),
-                                                     bad("4 spelling.dll"), bad("5 depths.dll"),
-                                                     bad("6 export.dll"),
-                                                     bad("8 a name of 32 characters 12.dll")}));
-    editor.call([](Editor& e) {
-        const std::string odd = "9 a name of 31 characters 1.dll";
-        EXPECT_EQ(
-            e.plugIns.import.files,
-            (std::vector<std::string>{odd, "Bmp.dll", "JpegGifTiff.dll", "Png.dll", "Tga.dll"}));
-        EXPECT_EQ(e.plugIns.export_.files,
-                  (std::vector<std::string>{odd, "Bmp.dll", "Png.dll", "Tga.dll"}));
-        constexpr char filters[] = "Odd images(*.odd)\0*.odd\0Bitmap(*.bmp)\0*.bmp\0"
-                                   "JPEG, GIF, TIFF(*.jpg;*.gif;*.tif)\0*.jpg;*.gif;*.tif\0";
-        const std::string_view expected{filters, sizeof filters - 1};
-        EXPECT_EQ(std::string_view(e.plugIns.import.filter.data(), expected.size()), expected);
+    AddedPlugIns added;
+    std::vector<std::string> alerts, import, export_;
+    for (const auto& row : rows) added.add(row.name, row.library);
+    std::vector sorted(std::begin(rows), std::end(rows));
+    std::ranges::sort(sorted, {}, [](const auto& row) { return std::string(row.name); });
+    for (const auto& row : sorted) {
+        if (row.alert == "bad")
+            alerts.push_back("This Plug-In contains a bad information.(" + std::string(row.name) +
+                             ")");
+        else if (!row.alert.empty())
+            alerts.push_back(row.alert);
+        const std::string_view lists = row.lists;
+        if (lists.starts_with('r')) import.push_back(row.name);
+        if (lists.ends_with('w')) export_.push_back(row.name);
+    }
+    for (const char* own : {"Bmp.dll", "JpegGifTiff.dll", "Png.dll", "Tga.dll"}) {
+        import.push_back(own);
+        if (*own != 'J') export_.push_back(own);
+    }
+    const RunningEditor editor({}, Platform::nt, noteAlerts);
+    EXPECT_EQ(startAlerts, alerts);
+    editor.call([&](Editor& e) {
+        EXPECT_EQ(e.plugIns.import.files, import);
+        EXPECT_EQ(e.plugIns.export_.files, export_);
+        constexpr char read[] = "Odd images(*.odd)\0*.odd\0"
+                                "Odd images(*.eeeeeeeeeeeeeee)\0*.eeeeeeeeeeeeeee\0"
+                                "Bitmap(*.bmp)\0*.bmp\0"
+                                "JPEG, GIF, TIFF(*.jpg;*.gif;*.tif)\0*.jpg;*.gif;*.tif\0";
+        constexpr char write[] = "Odd images(*.odd)\0*.odd\0"
+                                 "ddddddddddddddddddddddddddddddd(*.e)\0*.e\0Bitmap(*.bmp)\0";
+        const auto starts = [](const PlugInList& list, std::string_view expected) {
+            EXPECT_EQ(std::string_view(list.filter.data(), expected.size()), expected);
+        };
+        starts(e.plugIns.import, {read, sizeof read - 1});
+        starts(e.plugIns.export_, {write, sizeof write - 1});
     });
 }
 
@@ -203,6 +298,18 @@ TEST(Import, PutsEveryKindOfPictureIntoTheCurrentSlot)
     begin(editor, IDM_TEXTURE_IMPORT);
     savePicture(editor.pictureOf(editor.waitForFileDialog()), "import");
     EXPECT_TRUE(editor.cancelFileDialog());
+
+    // With another transparent colour, black is as opaque as any.
+    editor.call([&](Editor& e) {
+        const Texels before = texelsOf(e, 3); // of bmp24.bmp
+        e.transparentColour = before[100] & 0x7FFF;
+        EXPECT_TRUE(importTexturePath(e, picture("bmp24.bmp")) == CommandOutcome::done);
+        const Texels after = texelsOf(e, e.document.textures.current);
+        for (std::size_t i = 0; i < after.size(); ++i)
+            EXPECT_EQ(after[i],
+                      before[i] == before[100] ? before[i] & 0x7FFF : before[i] | opaqueBit);
+        e.document.texturesChanged = false;
+    });
 }
 
 TEST(Import, TakesSeveralFilesAndNeverFillsTheLastSlot)
@@ -230,14 +337,25 @@ TEST(Import, TakesSeveralFilesAndNeverFillsTheLastSlot)
         EXPECT_TRUE(e.document.textures.isEmpty(1));
         e.document.texturesChanged = false;
     });
+    // What was chosen counts, also when nothing comes of it.
+    begin(editor, IDM_TEXTURE_IMPORT);
+    ASSERT_TRUE(editor.fillFileDialog(picture("12x8.bmp"), 1));
+    EXPECT_TRUE(editor.press(editor.waitForAlert(), IDOK));
+    editor.call([](Editor& e) {
+        EXPECT_TRUE(e.document.texturesChanged);
+        e.document.texturesChanged = false;
+    });
 }
 
 TEST(Import, RefusesWhatBecomesNoTextureAndLeavesTheListAsItWas)
 {
     const TemporaryFolder folder;
-    Bytes cut = readFile(picture("rgb.png")).value_or(Bytes{});
-    cut.resize(cut.size() / 2);
-    ASSERT_EQ(writeFile(folder.file("cut.png"), cut), Message::none);
+    const auto cut = [&](const std::string& name) {
+        Bytes file = readFile(picture(name)).value_or(Bytes{});
+        file.resize(file.size() * 3 / 4);
+        EXPECT_EQ(writeFile(folder.file("cut " + name), file), Message::none);
+        return folder.file("cut " + name);
+    };
     const auto odd = [&](const std::string& answers) {
         EXPECT_EQ(writeFile(folder.file(answers + ".odd"), {}), Message::none);
         return folder.file(answers + ".odd");
@@ -248,26 +366,39 @@ TEST(Import, RefusesWhatBecomesNoTextureAndLeavesTheListAsItWas)
     const char* const high = "Out of Height to edit!";
     const char* const colours = "Sorry, this Color mode is not supported. ";
     const char* const open = "Cannot open File.";
+    AddedPlugIns added;
+    added.add("Odd.dll", STRANGE_PLUG_IN);
+    added.add("Zero.dll", strangerSaying("READ"));
+    const RunningEditor editor;
     const std::pair<std::string, const char*> rows[] = {
         {picture("rgb.png.rgba"), format}, {folder.file("missing.bmp"), format},
         {folder.path().string(), format},  {picture("rle8.bmp"), format},
-        {picture("bmp1.bmp"), colours},    {folder.file("cut.png"), open},
-        {picture("12x8.bmp"), narrow},     {picture("12x8.jpg"), narrow},
-        {picture("264x8.png"), wide},      {picture("264x8.jpg"), wide},
-        {picture("8x300.tga"), high},      {odd("8,8,7,0"), colours},
-        {odd("8,8,1,0"), colours},         {odd("8,8,-16,0"), colours},
-        {odd("0,8,16,0"), wide},           {odd("-8,8,16,0"), wide},
-        {odd("2147483640,8,16,0"), wide},  {odd("8,0,16,0"), high},
-        {odd("8,-2147483648,16,0"), high}, {odd("256,256,32,1"), open},
+        {cut("bmp24.bmp"), open},          {cut("rgb.png"), open},
+        {cut("rgb-rle.tga"), open},        {cut("rgb.jpg"), format},
+        {cut("full.gif"), format},         {cut("lzw.tif"), format},
+        {picture("bmp1.bmp"), colours},    {picture("12x8.bmp"), narrow},
+        {picture("12x8.jpg"), narrow},     {picture("264x8.png"), wide},
+        {picture("264x8.jpg"), wide},      {picture("8x300.tga"), high},
+        {odd("8,8,7,0"), colours},         {odd("8,8,1,0"), colours},
+        {odd("8,8,-16,0"), colours},       {odd("0,8,16,0"), wide},
+        {odd("-8,8,16,0"), wide},          {odd("2147483640,8,16,0"), wide},
+        {odd("8,0,16,0"), high},           {odd("8,-2147483648,16,0"), high},
+        {odd("256,256,32,1"), open},       {picture("rgb.png.rgba"), missing},
     };
-    AddedPlugIns added;
-    added.add("Odd.dll", STRANGE_ODD);
-    const RunningEditor editor;
     for (const auto& [path, text] : rows) {
         SCOPED_TRACE(path);
+        if (text == missing) std::filesystem::remove(plugInFolder() / "Zero.dll"); // the last asked
         begin(editor, IDM_FILE_OPEN_PATH, path);
         const ShownAlert shown = editor.waitForAlert();
         EXPECT_EQ(shown.text, text);
+        EXPECT_EQ(shown.icon, text == missing ? "stop" : "exclamation");
+        EXPECT_TRUE(editor.press(shown, IDOK));
+    }
+    {
+        const ScarceMemory scarce(256 * 256);
+        begin(editor, IDM_FILE_OPEN_PATH, odd("256,256,32,0"));
+        const ShownAlert shown = editor.waitForAlert();
+        EXPECT_EQ(shown.text, outOfMemory);
         EXPECT_TRUE(editor.press(shown, IDOK));
     }
     begin(editor, IDM_FILE_OPEN_PATH, odd("256,8,4,0"));
@@ -279,6 +410,76 @@ TEST(Import, RefusesWhatBecomesNoTextureAndLeavesTheListAsItWas)
         EXPECT_EQ(e.document.textures.slot(0).width, 256);
         e.document.texturesChanged = false;
     });
+}
+
+/// A portable pixmap, as the template reads and writes it.
+Bytes pixmap(int width, int height)
+{
+    std::string image = "P6 " + std::to_string(width) + " " + std::to_string(height) + " 255\n";
+    for (int i = 0; i < width * height; ++i) image += {static_cast<char>(i * 8), '\x80', '\x10'};
+    const auto bytes = std::as_bytes(std::span(image));
+    return {bytes.begin(), bytes.end()};
+}
+
+TEST(Import, TheTemplateServesAsItIsBuilt)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.file("picture.ppm");
+    ASSERT_EQ(writeFile(path, pixmap(8, 2)), Message::none);
+    AddedPlugIns added;
+    added.add("Ppm.dll", PPM_PLUG_IN);
+    const RunningEditor editor;
+    editor.call([&](Editor& e) {
+        const auto expectTexels = [&] {
+            EXPECT_TRUE(importTexturePath(e, path) == CommandOutcome::done);
+            for (int i = 0; const Rgb555 texel : texelsOf(e, 0))
+                EXPECT_EQ(texel, opaqueBit | rgb555(i++, 16, 2));
+        };
+        expectTexels();
+        EXPECT_EQ(exportImage(PPM_PLUG_IN, path, 8, 2, e.document.textures.pixels(0)),
+                  Message::none);
+        expectTexels();
+        e.document.texturesChanged = false;
+    });
+}
+
+TEST(Import, AFileThatGrowsBetweenTwoCallsOverrunsNoBuffer)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.file("picture");
+    const auto read = [](const char* name) { return readFile(picture(name)).value_or(Bytes{}); };
+    const struct {
+        std::string library;
+        Bytes small, large;
+    } rows[] = {
+        {PPM_PLUG_IN, pixmap(12, 8), pixmap(264, 8)},
+        {(plugInFolder() / "Bmp.dll").string(), read("12x8.bmp"), read("264x8.bmp")},
+        {(plugInFolder() / "Png.dll").string(), read("12x8.png"), read("264x8.png")},
+        {(plugInFolder() / "Tga.dll").string(), read("12x8.tga"), read("264x8.tga")},
+        {(plugInFolder() / "JpegGifTiff.dll").string(), read("12x8.jpg"), read("264x8.jpg")},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.library);
+        const UniqueModule module = loadModule(row.library);
+        const auto check =
+            exportOf<int(WINAPI*)(HMODULE, const char*)>(module, "scvCheckFileFormat");
+        const auto size = exportOf<int(WINAPI*)(HMODULE, const char*, INT32*, INT32*)>(
+            module, "scvGetFileImageSize");
+        const auto bits =
+            exportOf<int(WINAPI*)(HMODULE, const char*, void*)>(module, "scvGetFileImageBits");
+        ASSERT_TRUE(check && size && bits);
+        ASSERT_EQ(writeFile(path, row.small), Message::none);
+        EXPECT_NE(check(module.get(), path.c_str()), 0);
+        INT32 width = 0, height = 0;
+        EXPECT_EQ(size(module.get(), path.c_str(), &width, &height), 0);
+        EXPECT_EQ(width, 12);
+        ASSERT_EQ(writeFile(path, row.large), Message::none);
+        constexpr auto guard = std::byte{0xA5};
+        Bytes buffer(264 * 8 * 4, guard);
+        (void)bits(module.get(), path.c_str(), buffer.data());
+        EXPECT_EQ(std::ranges::count(std::span(buffer).subspan(12 * 8 * 4), guard),
+                  (264 - 12) * 8 * 4);
+    }
 }
 
 /// Fills slots with 8 x 8 texels of their own.
@@ -298,8 +499,12 @@ TEST(Export, WritesTheChosenSlotsUnderTheirNumbers)
 {
     const TemporaryFolder folder;
     AddedPlugIns added;
-    added.add("Odd.dll", STRANGE_ODD);
+    added.add("Odd.dll", STRANGE_PLUG_IN);
+    added.add("Odder.dll", strangerSaying("WRITE", "odd", "Odder", std::string(40, '8') + " 16"));
+    added.add("Zero.dll", strangerSaying("WRITE"));
     const RunningEditor editor;
+    std::filesystem::remove(plugInFolder() / "Zero.dll");
+    enum Filter { bmp = 1, odd, odder, png, tga, gone };
     begin(editor, IDM_TEXTURE_EXPORT);
     const ShownAlert empty = editor.waitForAlert();
     EXPECT_EQ(empty.text, "Texture data is empty. Nothing to edit. ");
@@ -346,18 +551,32 @@ TEST(Export, WritesTheChosenSlotsUnderTheirNumbers)
     choose(first, IDC_EXPORT_EXTENT, "5", "7");
     EXPECT_TRUE(editor.press(first, IDOK));
     savePicture(editor.pictureOf(editor.waitForFileDialog()), "export-file");
-    ASSERT_TRUE(editor.fillFileDialog(folder.file("pic.bmp"), 1));
+    ASSERT_TRUE(editor.fillFileDialog(folder.file("pic.bmp"), bmp));
     EXPECT_TRUE(waitUntil([&] { return folder.entryCount() == 3; }));
-    const auto exported = [&](const char* name) {
-        const Bytes file = readFile(folder.file(name)).value_or(Bytes{});
-        Bytes buffer(64 * 2);
+    const auto exported = [&](const std::string& path, const ImageCodec& codec = bmpCodec) {
+        const Bytes file = readFile(path).value_or(Bytes{});
+        const auto info = codec.info(file);
         Texels texels(64);
-        if (bmpCodec.decode(file, buffer)) convertImageBuffer(buffer, 8, 16, 0, texels);
+        Bytes buffer(info ? imageBufferSize(8, 8, info->depth) : 0);
+        if (info && codec.decode(file, buffer))
+            convertImageBuffer(buffer, 8, info->depth, 0, texels);
         return texels;
     };
     editor.call([&](Editor& e) {
-        EXPECT_EQ(exported("pic05.bmp"), texelsOf(e, 5));
-        EXPECT_EQ(exported("pic07.bmp"), texelsOf(e, 7));
+        EXPECT_EQ(exported(folder.file("pic05.bmp")), texelsOf(e, 5));
+        EXPECT_EQ(exported(folder.file("pic07.bmp")), texelsOf(e, 7));
+        for (const std::uint32_t slot : {5u, 6u}) e.document.textures.pixels(slot)[0] = 1;
+    });
+    EXPECT_TRUE(editor.press(openDialog(), IDOK));
+    ASSERT_TRUE(editor.fillFileDialog(folder.file("half.odd"), odder));
+    for (int i = 0; i < 2; ++i) { // the two that the plug-in leaves half written
+        const ShownAlert shown = editor.waitForAlert();
+        EXPECT_EQ(shown.text, "Cannot create File.");
+        EXPECT_TRUE(editor.press(shown, IDOK));
+    }
+    EXPECT_TRUE(waitUntil([&] { return readFile(folder.file("half07.odd")).has_value(); }));
+    EXPECT_EQ(folder.entryCount(), 4u);
+    editor.call([&](Editor& e) {
         fillSlots(e, 120);
         e.document.textures.current = 119;
     });
@@ -367,25 +586,63 @@ TEST(Export, WritesTheChosenSlotsUnderTheirNumbers)
     EXPECT_EQ(GetDlgItemInt(second.window, IDC_EXPORT_TO, nullptr, FALSE), 7u);
     choose(second, IDC_EXPORT_CURRENT, "8", "9"); // which does not count
     EXPECT_TRUE(editor.press(second, IDOK));
-    ASSERT_TRUE(editor.fillFileDialog(folder.file("pic"), 1));
-    EXPECT_TRUE(waitUntil([&] { return folder.entryCount() == 4; }));
-    editor.call([&](Editor& e) { EXPECT_EQ(exported("pic119.bmp"), texelsOf(e, 119)); });
+    ASSERT_TRUE(editor.fillFileDialog(folder.file("pic"), bmp));
+    EXPECT_TRUE(waitUntil([&] { return folder.entryCount() == 5; }));
+    editor.call(
+        [&](Editor& e) { EXPECT_EQ(exported(folder.file("pic119.bmp")), texelsOf(e, 119)); });
 
     std::filesystem::create_directory(folder.path() / "no119.png");
     const struct {
         const char* name;
-        int filter;
-        const char* text;
-    } refused[] = {{"no.png", 3, "Cannot create File."},
-                   {"no.odd", 2, "Sorry, this Color mode is not supported. "}};
+        Filter filter;
+        const char *text, *icon;
+    } refused[] = {{"no.png", png, "Cannot create File.", "exclamation"},
+                   {"no.odd", odd, "Sorry, this Color mode is not supported. ", "stop"},
+                   {"no.odd", gone, missing, "stop"}};
     for (const auto& row : refused) {
         EXPECT_TRUE(editor.press(openDialog(), IDOK));
         ASSERT_TRUE(editor.fillFileDialog(folder.file(row.name), row.filter));
         const ShownAlert shown = editor.waitForAlert();
         EXPECT_EQ(shown.text, row.text);
+        EXPECT_EQ(shown.icon, row.icon);
         EXPECT_TRUE(editor.press(shown, IDOK));
     }
-    EXPECT_EQ(folder.entryCount(), 5u);
+    EXPECT_EQ(folder.entryCount(), 6u);
+    {
+        editor.call([](Editor& e) { putNumbered(e.document.textures, 119, 256, 256); });
+        EXPECT_TRUE(editor.press(openDialog(), IDOK));
+        const ScarceMemory scarce(256 * 256);
+        EXPECT_TRUE(editor.fillFileDialog(folder.file("no.bmp"), bmp));
+        const ShownAlert shown = editor.waitForAlert();
+        EXPECT_EQ(shown.text, outOfMemory);
+        EXPECT_TRUE(editor.press(shown, IDOK));
+    }
+    editor.call([](Editor& e) { fillSlots(e, 120); });
+
+    // The test script has another program read these, and compares what it reads.
+    const char* const asked = std::getenv("FACETOR_EXPORTS");
+    const auto exports = std::filesystem::path(asked ? asked : folder.path()).make_preferred();
+    const struct {
+        Filter filter;
+        const char* name;
+        const ImageCodec& codec;
+    } formats[] = {
+        {bmp, "seen.bmp", bmpCodec}, {png, "seen.png", pngCodec}, {tga, "seen.tga", tgaCodec}};
+    for (const auto& format : formats) {
+        EXPECT_TRUE(editor.press(openDialog(), IDOK));
+        const std::string path = (exports / format.name).string();
+        ASSERT_TRUE(editor.fillFileDialog(path, format.filter));
+        editor.call([&](Editor& e) {
+            EXPECT_EQ(exported(exportPath(path, 119, 120), format.codec), texelsOf(e, 119));
+        });
+    }
+    Bytes rgba;
+    for (const Rgb555 texel : editor.ask([](Editor& e) { return texelsOf(e, 119); })) {
+        for (const int component : {redOf(texel), greenOf(texel), blueOf(texel)})
+            rgba.push_back(static_cast<std::byte>((component * 255 + 15) / 31));
+        rgba.push_back(static_cast<std::byte>(texel & opaqueBit ? 255 : 0));
+    }
+    EXPECT_EQ(writeFile((exports / "seen.rgba").string(), rgba), Message::none);
 }
 
 } // namespace

@@ -51,6 +51,22 @@ std::string className(HWND window)
     return name.data();
 }
 
+/// The name of the system's icon in an alert.
+std::string iconOf(HWND alert)
+{
+    for (HWND child = GetWindow(alert, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+        if (className(child) != "Static" ||
+            (GetWindowLongPtrA(child, GWL_STYLE) & SS_TYPEMASK) != SS_ICON)
+            continue;
+        const LRESULT icon = SendMessageA(child, STM_GETICON, 0, 0);
+        for (const auto& [name, id] : {std::pair{"stop", IDI_HAND},
+                                       {"question", IDI_QUESTION},
+                                       {"exclamation", IDI_EXCLAMATION}})
+            if (icon == reinterpret_cast<LRESULT>(LoadIconA(nullptr, id))) return name;
+    }
+    return {};
+}
+
 constexpr char dialogClass[] = "#32770";
 constexpr int alertTextId = 0xFFFF;
 constexpr int fileNameId = 0x47C;   // the file dialog's field for the name
@@ -310,6 +326,7 @@ ShownAlert RunningEditor::findAlert() const
     if (!shown.window) return shown;
     shown.caption = windowText(shown.window);
     if (const HWND text = GetDlgItem(shown.window, alertTextId)) shown.text = windowText(text);
+    shown.icon = iconOf(shown.window);
     for (const int id : {IDOK, IDCANCEL, IDYES, IDNO}) {
         const HWND button = GetDlgItem(shown.window, id);
         if (button && (GetWindowLongPtrA(button, GWL_STYLE) & WS_VISIBLE) != 0)

@@ -27,6 +27,7 @@ struct ShownAlert {
     std::string caption;
     std::string text;
     std::vector<int> buttons; ///< ids of the buttons that it has, ascending
+    std::string icon;         ///< "stop", "question", "exclamation" or empty
 };
 
 /// The editor, run as WinMain runs it on a thread of its own in this process. Ends it at the end of

@@ -1,11 +1,15 @@
+#include "base/temporary_folder.h"
 #include "gui/running_editor.h"
+#include "gui/scarce_memory.h"
 #include "resources/resource_ids.h"
 #include "texture/numbered_texture.h"
+#include "texture/plug_in_commands_win.h"
 #include "texture/texture_commands_win.h"
 #include "texture/transform_dialogs.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <utility>
 #include <vector>
 
@@ -64,6 +68,7 @@ ShownAlert okThenAlert(const RunningEditor& editor, const ShownAlert& dialog)
     return editor.waitForAlert();
 }
 
+constexpr char outOfMemory[] = "Cannot allocate enough memory to do this function.";
 constexpr char notMultipleOf8[] = "Width of Texture should be multiple of 8. ";
 
 TEST(TextureDialog, EachRefusesWhatItsRulesForbidAndRemembersItsSettings)
@@ -158,26 +163,54 @@ TEST(TextureDialog, TransformsChangeTheCurrentTextureAndAreUndone)
     const ShownAlert shown = okThenAlert(editor, dialog);
     EXPECT_EQ(shown.text, notMultipleOf8);
     EXPECT_TRUE(editor.press(shown, IDOK));
+
+    editor.call([](Editor& e) { putNumbered(e.document.textures, 0, 256, 256); });
+    {
+        const ScarceMemory scarce(256 * 256);
+        const ShownAlert noUndo = okThenAlert(editor, begin(editor, IDM_TEXTURE_ROTATE));
+        EXPECT_EQ(noUndo.text, "Cannot allocate enough memory to do \"Undo\" function.");
+        EXPECT_TRUE(editor.press(noUndo, IDOK));
+        const ShownAlert alert = editor.waitForAlert();
+        EXPECT_EQ(alert.text, outOfMemory);
+        EXPECT_TRUE(editor.press(alert, IDOK));
+    }
+    EXPECT_EQ(first(), std::pair(256, 0));
     editor.call([](Editor& e) { e.document.texturesChanged = e.document.modelChanged = false; });
 }
 
 TEST(TextureDialog, SlicingMakesATextureForEachPickedPolygonInEveryOffsetMode)
 {
-    const RunningEditor editor({"samples\\ship.mx3", "samples\\ship.mxt"});
+    const TemporaryFolder folder;
+    const RunningEditor editor({"samples\\ship.mx3"});
     editor.resizeClient(640, 420);
-    ShownAlert shown = begin(editor, IDM_TEXTURE_SLICE);
-    EXPECT_EQ(shown.text, "No Selected polygons could be found. ");
-    EXPECT_TRUE(editor.press(shown, IDOK));
-    editor.sendCommand(IDM_SELECT_ALL);
+    for (const char* text :
+         {"No Selected polygons could be found. ", "Texture data is empty. Nothing to edit. "}) {
+        const ShownAlert shown = begin(editor, IDM_TEXTURE_SLICE);
+        EXPECT_EQ(shown.text, text);
+        EXPECT_TRUE(editor.press(shown, IDOK));
+        editor.sendCommand(IDM_SELECT_ALL);
+    }
+    editor.call([](Editor& e) { // of a photograph
+        e.document.textures.current = 50;
+        EXPECT_TRUE(importTexturePath(e, "tests\\images\\pictures\\photo.jpg") ==
+                    CommandOutcome::done);
+    });
     const auto open = [&] { // past the warning that it cannot be undone
         const ShownAlert warning = begin(editor, IDM_TEXTURE_SLICE);
-        EXPECT_EQ(warning.buttons.size(), 3u);
+        EXPECT_EQ(warning.icon, "question");
         EXPECT_TRUE(editor.press(warning, IDNO));
         return editor.waitForAlert();
     };
-    shown = begin(editor, IDM_TEXTURE_SLICE);
-    EXPECT_TRUE(editor.press(shown, IDCANCEL));
+    EXPECT_TRUE(editor.press(begin(editor, IDM_TEXTURE_SLICE), IDCANCEL));
+    EXPECT_TRUE(editor.press(begin(editor, IDM_TEXTURE_SLICE), IDYES));
+    EXPECT_TRUE(editor.cancelFileDialog()); // what was to be saved and is not ends it
+    editor.call([](Editor& e) { e.document.texturesChanged = true; });
     EXPECT_FALSE(editor.findAlert().window);
+    EXPECT_TRUE(editor.press(begin(editor, IDM_TEXTURE_SLICE), IDYES));
+    EXPECT_TRUE(editor.fillFileDialog(folder.file("kept.mxt"), 1));
+    editor.closeDialog(editor.waitForAlert(), IDCANCEL);
+    EXPECT_FALSE(editor.ask([](Editor& e) { return e.document.texturesChanged; }));
+    EXPECT_EQ(folder.entryCount(), 1u);
 
     ShownAlert dialog = open();
     savePicture(editor.pictureOf(dialog.window), "slice-dialog");
@@ -186,9 +219,46 @@ TEST(TextureDialog, SlicingMakesATextureForEachPickedPolygonInEveryOffsetMode)
     EXPECT_EQ(refusalOf(editor, dialog), "Data Error(ID < CurrentID)");
     fill(dialog, {{IDC_SLICE_ID, "9"}, {IDC_SLICE_WIDTH, "20"}});
     EXPECT_EQ(refusalOf(editor, dialog), notMultipleOf8);
-    editor.closeDialog(dialog, IDCANCEL);
+    fill(dialog, {{IDC_SLICE_WIDTH, "256"}, {IDC_SLICE_HEIGHT, "256"}, {IDC_SLICE_ID, "100"}});
+    {
+        const ScarceMemory scarce(256 * 256);
+        const ShownAlert alert = okThenAlert(editor, dialog);
+        EXPECT_EQ(alert.text, outOfMemory);
+        EXPECT_TRUE(editor.press(alert, IDOK));
+    }
+    EXPECT_EQ(editor.ask([](Editor& e) { return e.document.textures.usedCount(); }), 51u);
 
-    editor.call([](Editor& e) { runTextureCommand(e, IDM_TEXTURE_SHOW_SLICED, 0); });
+    // From above, with the photograph behind a part of the ship, and nothing but textures on it.
+    constexpr ScreenRectangle place{220, 130, 460, 310};
+    editor.sendCommand(IDM_CAMERA_TOP);
+    editor.call([&](Editor& e) {
+        e.slice.place = place;
+        for (PolygonAttribute& attribute : e.document.model.attributes)
+            attribute.flags &= picked | polygonFace;
+        toggleShowSliced(e);
+    });
+    const auto strays = [&](const Picture& shown) { // pixels that are not the photograph's
+        return editor.ask([&](Editor& e) {
+            const TextureSlot& photo = e.document.textures.slot(50);
+            int count = 0;
+            for (int y = place.top; y < place.bottom; ++y)
+                for (int x = place.left; x < place.right; ++x) {
+                    const Rgb555 texel =
+                        photo.pixels[(y - place.top) * photo.height / 180 * photo.width +
+                                     (x - place.left) * photo.width / 240];
+                    const std::uint32_t rgb = shown.at(x, y);
+                    const auto apart = [&](int component, unsigned shift) {
+                        return std::abs(component * 8 - static_cast<int>(rgb >> shift & 0xFF)) > 48;
+                    };
+                    count += apart(redOf(texel), 16) || apart(greenOf(texel), 8) ||
+                             apart(blueOf(texel), 0);
+                }
+            return count;
+        });
+    };
+    const Picture before = editor.picture();
+    savePicture(before, "slicing");
+    EXPECT_GT(strays(before), 10000);
     const std::pair<int, const char*> modes[] = {{IDC_SLICE_TRANSPARENT, "transparent"},
                                                  {IDC_SLICE_REPEAT, "repeat"},
                                                  {IDC_SLICE_WRAP, "wrap"}};
@@ -198,8 +268,8 @@ TEST(TextureDialog, SlicingMakesATextureForEachPickedPolygonInEveryOffsetMode)
             fill(dialog, {{IDC_SLICE_CHOSEN, nullptr},
                           {IDC_SLICE_ID, "100"},
                           {mode, nullptr},
-                          {IDC_SLICE_WIDTH, "32"},
-                          {IDC_SLICE_HEIGHT, "32"}});
+                          {IDC_SLICE_WIDTH, "64"},
+                          {IDC_SLICE_HEIGHT, "64"}});
             CheckDlgButton(dialog.window, IDC_SLICE_SMOOTH, smooth ? BST_CHECKED : BST_UNCHECKED);
             editor.closeDialog(dialog, IDOK);
             editor.call([](Editor& e) {
@@ -214,8 +284,9 @@ TEST(TextureDialog, SlicingMakesATextureForEachPickedPolygonInEveryOffsetMode)
                 EXPECT_TRUE(e.document.texturesChanged);
             });
             editor.sendCommand(IDM_SELECT_CLEAR);
-            savePicture(editor.picture(),
-                        std::string("sliced-") + name + (smooth ? "-smooth" : ""));
+            const Picture after = editor.picture();
+            EXPECT_LT(strays(after), 600) << "the ship is where it was, and not to be seen";
+            savePicture(after, std::string("sliced-") + name + (smooth ? "-smooth" : ""));
             editor.sendCommand(IDM_SELECT_ALL);
         }
     editor.call([](Editor& e) { e.document.texturesChanged = e.document.modelChanged = false; });

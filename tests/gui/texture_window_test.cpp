@@ -8,8 +8,10 @@
 #include "gui/menu_outline.h"
 #include "gui/model_files.h"
 #include "gui/running_editor.h"
+#include "gui/scarce_memory.h"
 #include "resources/resource_ids.h"
 #include "texture/bitmap_conversion.h"
+#include "texture/numbered_texture.h"
 #include "texture/texture_file.h"
 #include "ui/handles_win.h"
 #include "ui/window_data_win.h"
@@ -105,6 +107,9 @@ protected:
         if (!step.alert.empty()) {
             const ShownAlert shown = editor.waitForAlert();
             EXPECT_EQ(shown.text, step.alert);
+            EXPECT_EQ(shown.icon, step.command == IDM_TEXTURE_INFORMATION ? ""
+                                  : shown.buttons.size() == 3             ? "question"
+                                                                          : "exclamation");
             savePicture(editor.pictureOf(shown.window),
                         "texture-alert-" + std::to_string(step.command));
             EXPECT_TRUE(editor.press(shown, step.button));
@@ -212,11 +217,13 @@ TEST_F(TextureWindowTest, ListsAreSavedAndOpenedUnderTheirNames)
     writeTextFile(folder.file("broken.mxt"), "MXTX and nothing else");
     set("ab changed");
     take({IDM_TEXTURE_SAVE, "ab", {}, 0, typed}); // without a name it is asked for
+    EXPECT_EQ(windowText(window), typed);
     set("abc changed");
     take({IDM_TEXTURE_SAVE, "abc"});
     set("..d");
     take({IDM_TEXTURE_DELETE, "..d undo changed"});
-    take({IDM_TEXTURE_OPEN, "abc", question, IDNO, one});              // and nothing to undo
+    take({IDM_TEXTURE_OPEN, "abc", question, IDNO, one}); // and nothing to undo
+    EXPECT_EQ(windowText(window), "Texture List");
     take({IDM_TEXTURE_OPEN, "abc", {}, 0, typed, 2});                  // the source is only written
     take({IDM_TEXTURE_OPEN, "abc", {}, 0, folder.file("broken.mxt")}); // without a word
     EXPECT_EQ(editor.ask([](Editor& e) { return e.document.textureFile; }), one);
@@ -277,6 +284,23 @@ TEST_F(TextureWindowTest, TheClipboardIsSharedWithOtherPrograms)
         EXPECT_TRUE(isOffered(IDM_TEXTURE_PASTE));
         take({IDM_TEXTURE_PASTE, *row.alert ? "abc changed" : "a`c undo changed", row.alert});
     }
+}
+
+TEST_F(TextureWindowTest, ScarceMemoryIsSaidAndKeepsNobodyFromDeleting)
+{
+    const std::string none = "Cannot allocate enough memory to do this function.",
+                      noUndo = "Cannot allocate enough memory to do \"Undo\" function.";
+    set("a");
+    editor.call([](Editor& e) { putNumbered(e.document.textures, 1, 1024, 512, 2); });
+    run(IDM_TEXTURE_COPY);
+    const ScarceMemory scarce(1024 * 512 * 2);
+    take({IDM_TEXTURE_PASTE, "ab changed", none});
+    PostMessageA(window, WM_COMMAND, IDM_TEXTURE_SAVE_AS, 0);
+    EXPECT_TRUE(editor.fillFileDialog(folder.file("large.mxt"), 1));
+    finish({IDM_TEXTURE_SAVE_AS, "ab changed", none});
+    EXPECT_EQ(folder.entryCount(), 0u);
+    take({IDM_TEXTURE_DELETE, "a changed", noUndo});
+    EXPECT_FALSE(isOffered(IDM_TEXTURE_UNDO));
 }
 
 TEST_F(TextureWindowTest, AClickPicksAndKeysSayWhatBecomesOfPolygons)

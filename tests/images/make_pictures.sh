@@ -72,3 +72,20 @@ for size in 12x8 264x8 8x300; do
     for type in bmp png tga jpg; do convert "$work/$size.miff" "$size.$type"; done
 done
 rm -f ./[0-9]*.rgba
+
+# Something like a photograph, to be sliced: a house before hills, with clouds, grain and noise.
+convert -size 256x192 -seed 7 gradient:'#3a6ea8'-'#e8c89a' \( -size 256x192 xc:'#fdf3e2' \) \
+    \( plasma:white-black -blur 0x3 -level 45%,75% \) -composite "$work/photo.miff"
+hill() { # COLOURS PATH
+    convert "$work/photo.miff" \( -size 256x192 -seed 7 plasma:"$1" -blur 0x1 \
+        \( xc:black -fill white -draw "path '$2'" -blur 0x0.7 \) \
+        -alpha off -compose CopyOpacity -composite \) -compose Over -composite "$work/photo.miff"
+}
+hill '#5b6f86-#7f93a6' 'M 0,110 L 30,80 52,96 90,58 128,100 160,76 200,104 230,84 256,100 256,192 0,192 Z'
+hill '#2f5a34-#6f9a4a' 'M 0,140 C 60,110 110,150 160,126 C 200,110 230,130 256,122 L 256,192 0,192 Z'
+hill '#6a5230-#a8905c' 'M 96,192 C 120,160 150,150 150,134 L 158,134 C 166,152 176,166 190,192 Z'
+convert "$work/photo.miff" -fill '#c8b8a0' -draw 'rectangle 40,128 84,160' \
+    -fill '#7a2f22' -draw 'polygon 34,130 62,104 90,130' \
+    -fill '#3a2a20' -draw 'rectangle 56,140 66,160' \
+    -fill '#9cc4e0' -draw 'rectangle 44,134 52,142 rectangle 72,134 80,142' \
+    -seed 7 -attenuate 0.25 +noise Gaussian -strip -quality 88 photo.jpg

@@ -173,6 +173,9 @@ TEST(ImageSurface, ColourTablesAreSetCopiedAndLeftAloneAboveEightBits)
     copyPalette(surface, copy, 1000);
     EXPECT_EQ(paletteColour(copy, 15), paletteColour(surface, 15));
     EXPECT_EQ(paletteColour(copy, 16), (PaletteColour{0, 0, 0}));
+    ASSERT_EQ(createSurface(copy, 4, 4, 1), Message::none);
+    setPalette(copy, quads, ChannelOrder::redGreenBlue); // which 1 bit does not know
+    EXPECT_EQ(paletteColour(copy, 1), (PaletteColour{value(6), value(5), value(4)}));
     setPaletteColour(deep, 0, {1, 2, 3});
     EXPECT_EQ(surfaceBits(deep)[0], std::byte{0});
 }
