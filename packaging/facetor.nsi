@@ -72,6 +72,7 @@ VIAddVersionKey LegalCopyright "Copyright (c) 2026 The Facetor developers"
 !define MUI_FINISHPAGE_SHOWREADME_TEXT "&Open the manual"
 !define MUI_UNCONFIRMPAGE_TEXT_TOP "Facetor will be removed from the folder below. Your own files there, \
     samples that you changed and your settings stay."
+!define MUI_UNCONFIRMPAGE_TEXT_LOCATION "Folder:"
 
 !insertmacro MUI_PAGE_WELCOME
 !insertmacro MUI_PAGE_DIRECTORY
