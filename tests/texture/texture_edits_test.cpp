@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 namespace facetor {
 
 namespace {
@@ -67,64 +65,33 @@ TEST_F(TextureEdits, APastedBitmapReplacesTheSlotOrIsRefusedWithEverythingAsItWa
 
 TEST_F(TextureEdits, FlipsAndTurnsMoveEveryTexelToItsPlace)
 {
-    // 0 1 2
-    // 3 4 5
-    struct Case {
-        const char* name;
-        std::function<Message()> edit;
-        std::uint16_t width;
-        std::vector<int> texels;
+    const auto expect = [&](std::uint16_t width, const std::vector<int>& texels, const auto& edit) {
+        SCOPED_TRACE(testing::PrintToString(texels));
+        putNumbered(list, 0, 3, 2);        // 0 1 2
+        ASSERT_EQ(edit(0), Message::none); // 3 4 5
+        EXPECT_EQ(list.slot(0).width, width);
+        EXPECT_EQ(numbersOf(list, 0), texels);
+        EXPECT_EQ(edit(1), Message::texturesEmpty);
     };
-    const Case cases[] = {
-        {"flipped across",
-         [&] {
-             return flipTexture(list, 0, {true, false});
-         },
-         3,
-         {2, 1, 0, 5, 4, 3}},
-        {"flipped down",
-         [&] {
-             return flipTexture(list, 0, {false, true});
-         },
-         3,
-         {3, 4, 5, 0, 1, 2}},
-        {"flipped both ways",
-         [&] {
-             return flipTexture(list, 0, {true, true});
-         },
-         3,
-         {5, 4, 3, 2, 1, 0}},
-        {"clockwise",
-         [&] { return turnTexture(list, 0, TextureTurn::clockwise); },
-         2,
-         {3, 0, 4, 1, 5, 2}},
-        {"counter-clockwise",
-         [&] { return turnTexture(list, 0, TextureTurn::counterClockwise); },
-         2,
-         {2, 5, 1, 4, 0, 3}},
-        {"half a turn",
-         [&] { return turnTexture(list, 0, TextureTurn::halfTurn); },
-         3,
-         {5, 4, 3, 2, 1, 0}},
-        {"halved across",
-         [&] { return scaleTexture(list, 0, 1, 2, Sampling::nearest); },
-         1,
-         {0, 3}},
-        {"grown",
-         [&] { return scaleTexture(list, 0, 6, 1, Sampling::nearest); },
-         6,
-         {0, 0, 1, 1, 2, 2}},
+    const auto flip = [&](bool across, bool down) {
+        return [=, this](std::uint32_t slot) { return flipTexture(list, slot, {across, down}); };
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        putNumbered(list, 0, 3, 2);
-        ASSERT_EQ(c.edit(), Message::none);
-        EXPECT_EQ(list.slot(0).width, c.width);
-        EXPECT_EQ(numbersOf(list, 0), c.texels);
-    }
-    EXPECT_EQ(flipTexture(list, 1, {true, true}), Message::texturesEmpty);
-    EXPECT_EQ(turnTexture(list, 1, TextureTurn::halfTurn), Message::texturesEmpty);
-    EXPECT_EQ(scaleTexture(list, 1, 8, 8, Sampling::smooth), Message::texturesEmpty);
+    const auto turn = [&](TextureTurn kind) {
+        return [=, this](std::uint32_t slot) { return turnTexture(list, slot, kind); };
+    };
+    const auto scale = [&](std::uint16_t width, std::uint16_t height) {
+        return [=, this](std::uint32_t slot) {
+            return scaleTexture(list, slot, width, height, Sampling::nearest);
+        };
+    };
+    expect(3, {2, 1, 0, 5, 4, 3}, flip(true, false));
+    expect(3, {3, 4, 5, 0, 1, 2}, flip(false, true));
+    expect(3, {5, 4, 3, 2, 1, 0}, flip(true, true));
+    expect(2, {3, 0, 4, 1, 5, 2}, turn(TextureTurn::clockwise));
+    expect(2, {2, 5, 1, 4, 0, 3}, turn(TextureTurn::counterClockwise));
+    expect(3, {5, 4, 3, 2, 1, 0}, turn(TextureTurn::halfTurn));
+    expect(1, {0, 3}, scale(1, 2));
+    expect(6, {0, 0, 1, 1, 2, 2}, scale(6, 1));
 }
 
 TEST_F(TextureEdits, SmoothScalingMixesFourTexelsAndIsTransparentBesideATransparentOne)
@@ -195,75 +162,40 @@ TEST_F(TextureEdits, AtTheEndOfTheListTheLastTextureFallsOff)
 
 TEST_F(TextureEdits, EveryOtherEditIsUndoneOnce)
 {
-    const auto extent = TransformTarget{0, true, {0, 2}};
-    struct Case {
-        const char* name;
-        std::function<EditOutcome()> edit;
-        bool undoable;
+    const TransformTarget one{1, false, {}}, extent{0, true, {0, 2}};
+    const auto state = [&] {
+        std::vector<std::vector<int>> all;
+        for (std::uint32_t i = 0; i < 3; ++i) {
+            all.push_back(numbersOf(list, i));
+            all.back().push_back(list.slot(i).width);
+        }
+        return all;
     };
-    const Case cases[] = {
-        {"deleted", [&] { return deleteTexture(list, undo, 1); }, true},
-        {"replaced",
-         [&] {
-             return replaceTexture(list, undo, 1, 8, 1, [] {
-                 PageArray<Rgb555> p;
-                 EXPECT_TRUE(p.allocate(8));
-                 return p;
-             }());
-         },
-         true},
-        {"turned",
-         [&] {
-             return turnTextures(list, undo, {1, false, {}}, TextureTurn::clockwise);
-         },
-         true},
-        {"scaled",
-         [&] {
-             return scaleTextures(list, undo, {1, false, {}}, 16, 3, Sampling::smooth);
-         },
-         true},
-        {"flipped",
-         [&] {
-             return flipTextures(list, undo, {1, false, {}}, {true, true});
-         },
-         true},
-        {"an extent flipped",
-         [&] {
-             return flipTextures(list, undo, extent, {true, false});
-         },
-         true},
-        {"an extent turned",
-         [&] { return turnTextures(list, undo, extent, TextureTurn::counterClockwise); }, true},
-        {"an extent scaled",
-         [&] {
-             (void)deleteTexture(list, undo, 7); // which can no longer be undone then
-             return scaleTextures(list, undo, extent, 8, 8, Sampling::nearest);
-         },
-         false},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
+    const auto expect = [&](const char* name, bool undoable, const auto& edit) {
+        SCOPED_TRACE(name);
         for (std::uint32_t i = 0; i < 3; ++i)
             putNumbered(list, i, 8, 16, static_cast<int>(i) * 1000);
-        const auto state = [&] {
-            std::vector<std::vector<int>> all;
-            for (std::uint32_t i = 0; i < 3; ++i) {
-                all.push_back(numbersOf(list, i));
-                all.back().push_back(list.slot(i).width);
-            }
-            return all;
-        };
         const auto before = state();
-        const EditOutcome outcome = c.edit();
+        (void)deleteTexture(list, undo, 7); // which can no longer be undone then
+        const EditOutcome outcome = edit();
         EXPECT_EQ(outcome.edit, Message::none);
         EXPECT_EQ(outcome.undo, Message::none);
         EXPECT_NE(state(), before);
-        EXPECT_EQ(isTextureEdit(undo), c.undoable);
-        if (!c.undoable) continue;
+        EXPECT_EQ(isTextureEdit(undo), undoable);
+        if (!undoable) return;
         ASSERT_EQ(undoTextureEdit(list, undo, model), Message::none);
         EXPECT_EQ(state(), before);
         EXPECT_TRUE(undo.isEmpty());
-    }
+    };
+    expect("deleted", true, [&] { return deleteTexture(list, undo, 1); });
+    expect("turned", true, [&] { return turnTextures(list, undo, one, TextureTurn::clockwise); });
+    expect("scaled", true, [&] { return scaleTextures(list, undo, one, 16, 3, Sampling::smooth); });
+    expect("flipped", true, [&] { return flipTextures(list, undo, one, {true, true}); });
+    expect("all flipped", true, [&] { return flipTextures(list, undo, extent, {true, false}); });
+    expect("all turned", true,
+           [&] { return turnTextures(list, undo, extent, TextureTurn::counterClockwise); });
+    expect("all scaled", false,
+           [&] { return scaleTextures(list, undo, extent, 8, 8, Sampling::nearest); });
 }
 
 TEST_F(TextureEdits, AnExtentStopsAtItsFirstEmptySlotAndStaysWithinTheList)

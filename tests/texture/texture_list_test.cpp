@@ -78,16 +78,5 @@ TEST(TextureList, ReleasedPixelsOutliveTheirSlot)
     freePages(pixels);
 }
 
-TEST(TextureList, SettingAFilledSlotReplacesItsTexture)
-{
-    TextureList list;
-    ASSERT_EQ(list.create(), Message::none);
-    list.set(3, 8, 8, texels(64, 0x8001));
-    list.set(3, 16, 4, texels(64, 0x8002));
-    EXPECT_EQ(list.slot(3).width, 16);
-    EXPECT_EQ(list.slot(3).height, 4);
-    EXPECT_EQ(list.pixels(3)[0], 0x8002);
-}
-
 } // namespace
 } // namespace facetor
