@@ -421,8 +421,7 @@ TEST(TextureWindow, ShowsASampleExportsItAndOutlivesARestart)
     RECT places[2]{};
     for (RECT& place : places) {
         RunningEditor editor({sample}, Platform::nt, {}, folder.file("Facetor.ini"));
-        editor.sendCommand(IDM_VIEW_TEXTURES);
-        const HWND window = editor.findWindow(textureWindowClass);
+        const HWND window = editor.findWindow(textureWindowClass); // opened with its list
         ASSERT_TRUE(window);
         if (&place == places) SetWindowPos(window, nullptr, 40, 60, 480, 400, SWP_NOZORDER);
         GetWindowRect(window, &place);
