@@ -28,15 +28,11 @@ ExportRange shownRange(HWND dialog)
     return static_cast<ExportRange>(range);
 }
 
-/// The numbers, each with its label before it, belong to one of the ranges.
+/// The numbers belong to one of the ranges.
 void enableExtent(HWND dialog)
 {
     const BOOL enabled = shownRange(dialog) == ExportRange::extent;
-    for (const int number : {IDC_EXPORT_FROM, IDC_EXPORT_TO}) {
-        const HWND field = GetDlgItem(dialog, number);
-        EnableWindow(field, enabled);
-        EnableWindow(GetWindow(field, GW_HWNDPREV), enabled);
-    }
+    for (const int field : {IDC_EXPORT_FROM, IDC_EXPORT_TO}) enableField(dialog, field, enabled);
 }
 
 void fillDialog(HWND dialog, const ExportChoice& choice)

@@ -30,8 +30,7 @@ int checkedOf(HWND dialog, int first, int last)
 
 void enableSlot(HWND dialog)
 {
-    EnableWindow(GetDlgItem(dialog, IDC_SLICE_ID),
-                 IsDlgButtonChecked(dialog, IDC_SLICE_CHOSEN) == BST_CHECKED);
+    enableField(dialog, IDC_SLICE_ID, IsDlgButtonChecked(dialog, IDC_SLICE_CHOSEN) == BST_CHECKED);
 }
 
 void fillDialog(HWND dialog, const SliceSettings& settings)

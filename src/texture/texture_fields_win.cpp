@@ -11,9 +11,17 @@ void showFault(Editor& editor, HWND dialog, const InputFault& fault)
     alert(editor.alerts, dialog, fault.message, AlertStyle::exclamation);
 }
 
+void enableField(HWND dialog, int field, BOOL enabled)
+{
+    const HWND window = GetDlgItem(dialog, field);
+    EnableWindow(window, enabled);
+    EnableWindow(GetWindow(window, GW_HWNDPREV), enabled);
+}
+
 std::optional<std::int32_t> readField(Editor& editor, HWND dialog, int field, const char* name)
 {
     const auto number = numberIn(dialog, field);
+    if (!number && !IsWindowEnabled(GetDlgItem(dialog, field))) return 0;
     if (!number) {
         showFault(editor, dialog, {Message::dataError, name});
         focusField(dialog, field);
@@ -32,8 +40,8 @@ void fillExtent(HWND dialog, const ExtentControls& controls, const ExtentChoice&
 void enableExtent(HWND dialog, const ExtentControls& controls)
 {
     const BOOL chosen = IsDlgButtonChecked(dialog, controls.extent) == BST_CHECKED;
-    EnableWindow(GetDlgItem(dialog, controls.from), chosen);
-    EnableWindow(GetDlgItem(dialog, controls.to), chosen);
+    enableField(dialog, controls.from, chosen);
+    enableField(dialog, controls.to, chosen);
 }
 
 std::optional<SlotExtent> readExtent(Editor& editor, HWND dialog, int from, int to)

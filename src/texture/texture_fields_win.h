@@ -15,8 +15,11 @@ namespace facetor {
 /// Shows a fault over the dialog.
 void showFault(Editor& editor, HWND dialog, const InputFault& fault);
 
+/// Enables or disables a field and its label, which comes before it.
+void enableField(HWND dialog, int field, BOOL enabled);
+
 /// The number in a field. When there is none, names the field in a message, gives it the keyboard
-/// and returns none.
+/// and returns none; one that is disabled counts as 0 then.
 std::optional<std::int32_t> readField(Editor& editor, HWND dialog, int field, const char* name);
 
 /// The extent in two fields. None, with a message shown, when they hold what is refused.

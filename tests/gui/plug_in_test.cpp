@@ -394,6 +394,12 @@ TEST(Import, RefusesWhatBecomesNoTextureAndLeavesTheListAsItWas)
         EXPECT_EQ(shown.icon, text == missing ? "stop" : "exclamation");
         EXPECT_TRUE(editor.press(shown, IDOK));
     }
+    begin(editor, IDM_TEXTURE_IMPORT);
+    EXPECT_TRUE(editor.fillFileDialog(odd("8,8,4,0"), 6)); // Zero.dll's
+    const ShownAlert gone = editor.waitForAlert();
+    EXPECT_EQ(gone.text + gone.icon, missing + std::string("stop"));
+    EXPECT_TRUE(editor.press(gone, IDOK));
+    editor.call([](Editor& e) { e.document.texturesChanged = false; });
     {
         const ScarceMemory scarce(256 * 256);
         begin(editor, IDM_FILE_OPEN_PATH, odd("256,256,32,0"));
