@@ -99,8 +99,9 @@ VIAddVersionKey LegalCopyright "Copyright (c) 2026 The Facetor developers"
             FileClose $9
             ${ExitDo}
         ${EndIf}
-        ${If} ${Cmd} `MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "${PROGRAM} is still running, or may not be changed. \
-                Close it, then choose Retry.$\r$\n$\r$\n${FOLDER}\${PROGRAM}" /SD IDCANCEL IDCANCEL`
+        ${If} ${Cmd} `MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "Facetor is still running, or \
+                this file may not be changed:$\r$\n$\r$\n${FOLDER}\${PROGRAM}$\r$\n$\r$\n\
+                Close Facetor, then choose Retry." /SD IDCANCEL IDCANCEL`
             SetErrorLevel 2
             Quit
         ${EndIf}
