@@ -27,6 +27,10 @@ HWND createToolBar(HWND owner, std::span<const ToolBarEntry> entries, const Tool
                         0, 0, 0, 0, owner, nullptr, instance, nullptr);
     if (!bar) return nullptr;
     SendMessageA(bar, TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON), 0);
+    // Also over a tool window while another one has the keyboard, as mostly is the case.
+    const auto tips = reinterpret_cast<HWND>(SendMessageA(bar, TB_GETTOOLTIPS, 0, 0));
+    if (tips)
+        SetWindowLongPtrA(tips, GWL_STYLE, GetWindowLongPtrA(tips, GWL_STYLE) | TTS_ALWAYSTIP);
     const HIMAGELIST list =
         ImageList_LoadImageA(instance, MAKEINTRESOURCEA(images.resource), images.size, 0,
                              faceColour, IMAGE_BITMAP, LR_CREATEDIBSECTION);

@@ -47,6 +47,9 @@ TEST(ToolBox, IsASmallWindowAroundOneColumnOfSixButtons)
     editor.call([&](Editor& e) {
         const HWND bar = e.toolBox.toolBar;
         ASSERT_EQ(SendMessageA(bar, TB_BUTTONCOUNT, 0, 0), 6);
+        const auto tips = reinterpret_cast<HWND>(SendMessageA(bar, TB_GETTOOLTIPS, 0, 0));
+        EXPECT_TRUE(GetWindowLongPtrA(tips, GWL_STYLE) & TTS_ALWAYSTIP)
+            << "also while the main window has the keyboard";
         RECT first{};
         SendMessageA(bar, TB_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&first));
         LONG bottom = first.top;
