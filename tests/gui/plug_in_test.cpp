@@ -370,21 +370,23 @@ TEST(Import, RefusesWhatBecomesNoTextureAndLeavesTheListAsItWas)
     added.add("Odd.dll", STRANGE_PLUG_IN);
     added.add("Zero.dll", strangerSaying("READ"));
     const RunningEditor editor;
-    const std::pair<std::string, const char*> rows[] = {
+    std::vector<std::pair<std::string, const char*>> rows = {
         {picture("rgb.png.rgba"), format}, {folder.file("missing.bmp"), format},
         {folder.path().string(), format},  {picture("rle8.bmp"), format},
         {cut("bmp24.bmp"), open},          {cut("rgb.png"), open},
         {cut("rgb-rle.tga"), open},        {cut("rgb.jpg"), format},
         {cut("full.gif"), format},         {cut("lzw.tif"), format},
-        {picture("bmp1.bmp"), colours},    {picture("12x8.bmp"), narrow},
-        {picture("12x8.jpg"), narrow},     {picture("264x8.png"), wide},
-        {picture("264x8.jpg"), wide},      {picture("8x300.tga"), high},
-        {odd("8,8,7,0"), colours},         {odd("8,8,1,0"), colours},
-        {odd("8,8,-16,0"), colours},       {odd("0,8,16,0"), wide},
-        {odd("-8,8,16,0"), wide},          {odd("2147483640,8,16,0"), wide},
-        {odd("8,0,16,0"), high},           {odd("8,-2147483648,16,0"), high},
-        {odd("256,256,32,1"), open},       {picture("rgb.png.rgba"), missing},
+        {picture("bmp1.bmp"), colours},    {odd("8,8,7,0"), colours},
+        {odd("8,8,1,0"), colours},         {odd("8,8,-16,0"), colours},
+        {odd("0,8,16,0"), wide},           {odd("-8,8,16,0"), wide},
+        {odd("2147483640,8,16,0"), wide},  {odd("8,0,16,0"), high},
+        {odd("8,-2147483648,16,0"), high}, {odd("256,256,32,1"), open},
     };
+    for (const char* kind : {".bmp", ".png", ".tga", ".jpg"})
+        for (const auto& [size, text] :
+             {std::pair{"12x8", narrow}, {"264x8", wide}, {"8x300", high}})
+            rows.emplace_back(picture(std::string(size) + kind), text);
+    rows.emplace_back(picture("rgb.png.rgba"), missing);
     for (const auto& [path, text] : rows) {
         SCOPED_TRACE(path);
         if (text == missing) std::filesystem::remove(plugInFolder() / "Zero.dll"); // the last asked
