@@ -286,7 +286,7 @@ TEST_F(ManualPictures, AttributeWindow)
 TEST_F(ManualPictures, HierarchyWindow)
 {
     const HWND window = openWindow(IDM_VIEW_HIERARCHY, [](Editor& e) { return e.hierarchyWindow; },
-                                   {640, 20, 840, 486});
+                                   {528, 60, 728, 526});
     const auto sendTree = [&](UINT message, WPARAM wParam, std::uint32_t object) {
         const auto items = editor.ask([](Editor& e) { return e.hierarchyItems; });
         SendDlgItemMessageA(window, IDC_HIERARCHY_TREE, message, wParam,
