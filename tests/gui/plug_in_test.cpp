@@ -150,55 +150,52 @@ TEST(PlugIns, WhatIsNoneGetsItsAlertAndTheOthersServe)
     const auto header = std::to_integer<std::size_t>(otherMachine.at(0x3C)) |
                         std::to_integer<std::size_t>(otherMachine.at(0x3D)) << 8;
     otherMachine.at(header + 4) = otherMachine.at(header + 5) = std::byte{0x01};
+    const Bytes png = readFile(PNG_PLUG_IN).value_or(Bytes{}),
+                colours = readFile(COLOUR_MODULE).value_or(Bytes{});
     const struct {
         const char* name;
         Bytes library;
-        std::string alert;      ///< "bad" for the one with the file's name
-        const char* lists = ""; ///< those that it gets into: r for import, w for export
+        std::string_view outcome; ///< "none", "bad", or the lists that it gets into
     } rows[] = {
-        {"0 text.dll", Bytes(100, std::byte{'x'}), missing},
-        {"0 machine.dll", otherMachine, missing},
-        {"1 colours.dll", readFile(COLOUR_MODULE).value_or(Bytes{}), "bad"},
-        {"1 spelling.dll", strangerSaying("Read"), "bad"},
-        {"1 long.dll", strangerSaying("READ WRITE AND MORE"), "bad"},
+        // In the order of the names.
+        {"0 machine.dll", otherMachine, "none"},
+        {"0 text.dll", Bytes(100, std::byte{'x'}), "none"},
+        {"1 colours.dll", colours, "bad"},
         {"1 effect.dll", strangerSaying("EFFECT"), ""},
-        {"2 check.dll", without("scvCheckFileFormat"), "bad"},
-        {"2 size.dll", without("scvGetFileImageSize"), "bad"},
-        {"2 depth.dll", without("scvGetFileImageDepth"), "bad"},
-        {"2 bits.dll", without("scvGetFileImageBits"), "bad"},
-        {"2 put.dll", without("scvPutFileImageBits"), "bad"},
+        {"1 long.dll", strangerSaying("READ WRITE AND MORE"), "bad"},
+        {"1 spelling.dll", strangerSaying("Read"), "bad"},
         {"2 begin.dll", without("scvBeginCatalogSave"), "bad"},
+        {"2 bits.dll", without("scvGetFileImageBits"), "bad"},
+        {"2 check.dll", without("scvCheckFileFormat"), "bad"},
+        {"2 depth.dll", without("scvGetFileImageDepth"), "bad"},
         {"2 end.dll", without("scvEndCatalogSave"), "bad"},
+        {"2 put.dll", without("scvPutFileImageBits"), "bad"},
+        {"2 size.dll", without("scvGetFileImageSize"), "bad"},
         {"3 capability.dll", strangerSaying(""), "bad"},
-        {"3 extension.dll", strangerSaying("READ WRITE", ""), "bad"},
-        {"3 description.dll", strangerSaying("READ WRITE", "odd", ""), "bad"},
         {"3 depths.dll", strangerSaying("READ WRITE", "odd", "Odd images", ""), "bad"},
-        {"4 a name of 32 characters 12.dll", readFile(PNG_PLUG_IN).value_or(Bytes{}), "bad"},
-        {"4 a name of 31 characters 1.dll", strangerSaying("READ WRITE"), "", "rw"},
+        {"3 description.dll", strangerSaying("READ WRITE", "odd", ""), "bad"},
+        {"3 extension.dll", strangerSaying("READ WRITE", ""), "bad"},
+        {"4 a name of 31 characters 1.dll", strangerSaying("READ WRITE"), "import, export"},
+        {"4 a name of 32 characters 12.dll", png, "bad"},
         {"5 read.dll", without("scvPutFileImageBits", strangerSaying("READ", std::string(20, 'e'))),
-         "", "r"},
+         "import"},
         {"6 write.dll",
-         without("scvCheckFileFormat", strangerSaying("WRITE", "e", std::string(40, 'd'))), "",
-         "w"},
+         without("scvCheckFileFormat", strangerSaying("WRITE", "e", std::string(40, 'd'))),
+         "export"},
+        {"Bmp.dll", {}, "import, export"},
+        {"JpegGifTiff.dll", {}, "import"},
+        {"Png.dll", {}, "import, export"},
+        {"Tga.dll", {}, "import, export"},
     };
     AddedPlugIns added;
     std::vector<std::string> alerts, import, export_;
-    for (const auto& row : rows) added.add(row.name, row.library);
-    std::vector sorted(std::begin(rows), std::end(rows));
-    std::ranges::sort(sorted, {}, [](const auto& row) { return std::string(row.name); });
-    for (const auto& row : sorted) {
-        if (row.alert == "bad")
-            alerts.push_back("This Plug-In contains a bad information.(" + std::string(row.name) +
-                             ")");
-        else if (!row.alert.empty())
-            alerts.push_back(row.alert);
-        const std::string_view lists = row.lists;
-        if (lists.starts_with('r')) import.push_back(row.name);
-        if (lists.ends_with('w')) export_.push_back(row.name);
-    }
-    for (const char* own : {"Bmp.dll", "JpegGifTiff.dll", "Png.dll", "Tga.dll"}) {
-        import.push_back(own);
-        if (*own != 'J') export_.push_back(own);
+    for (const auto& [name, library, outcome] : rows) {
+        if (!library.empty()) added.add(name, library);
+        if (outcome == "none") alerts.push_back(missing);
+        if (outcome == "bad")
+            alerts.push_back("This Plug-In contains a bad information.(" + std::string(name) + ")");
+        if (outcome.starts_with("import")) import.push_back(name);
+        if (outcome.ends_with("export")) export_.push_back(name);
     }
     const RunningEditor editor({}, Platform::nt, noteAlerts);
     EXPECT_EQ(startAlerts, alerts);
@@ -391,23 +388,16 @@ TEST(Import, RefusesWhatBecomesNoTextureAndLeavesTheListAsItWas)
         SCOPED_TRACE(path);
         if (text == missing) std::filesystem::remove(plugInFolder() / "Zero.dll"); // the last asked
         begin(editor, IDM_FILE_OPEN_PATH, path);
-        const ShownAlert shown = editor.waitForAlert();
-        EXPECT_EQ(shown.text, text);
-        EXPECT_EQ(shown.icon, text == missing ? "stop" : "exclamation");
-        EXPECT_TRUE(editor.press(shown, IDOK));
+        editor.dismiss(text, text == missing ? "stop" : "exclamation");
     }
     begin(editor, IDM_TEXTURE_IMPORT);
     EXPECT_TRUE(editor.fillFileDialog(odd("8,8,4,0"), 6)); // Zero.dll's
-    const ShownAlert gone = editor.waitForAlert();
-    EXPECT_EQ(gone.text + gone.icon, missing + std::string("stop"));
-    EXPECT_TRUE(editor.press(gone, IDOK));
+    editor.dismiss(missing, "stop");
     editor.call([](Editor& e) { e.document.texturesChanged = false; });
     {
         const ScarceMemory scarce(256 * 256);
         begin(editor, IDM_FILE_OPEN_PATH, odd("256,256,32,0"));
-        const ShownAlert shown = editor.waitForAlert();
-        EXPECT_EQ(shown.text, outOfMemory);
-        EXPECT_TRUE(editor.press(shown, IDOK));
+        editor.dismiss(outOfMemory);
     }
     begin(editor, IDM_FILE_OPEN_PATH, odd("256,8,4,0"));
     EXPECT_TRUE(waitUntil([&] {
@@ -514,9 +504,7 @@ TEST(Export, WritesTheChosenSlotsUnderTheirNumbers)
     std::filesystem::remove(plugInFolder() / "Zero.dll");
     enum Filter { bmp = 1, odd, odder, png, tga, gone };
     begin(editor, IDM_TEXTURE_EXPORT);
-    const ShownAlert empty = editor.waitForAlert();
-    EXPECT_EQ(empty.text, "Texture data is empty. Nothing to edit. ");
-    EXPECT_TRUE(editor.press(empty, IDOK));
+    editor.dismiss("Texture data is empty. Nothing to edit. ");
 
     const auto fieldsEnabled = [](const ShownAlert& dialog) {
         return IsWindowEnabled(GetDlgItem(dialog.window, IDC_EXPORT_FROM)) &&
@@ -525,6 +513,10 @@ TEST(Export, WritesTheChosenSlotsUnderTheirNumbers)
     const auto openDialog = [&] {
         begin(editor, IDM_TEXTURE_EXPORT);
         return editor.waitForAlert();
+    };
+    const auto exportAs = [&](const std::string& path, int filter) {
+        EXPECT_TRUE(editor.press(openDialog(), IDOK));
+        EXPECT_TRUE(editor.fillFileDialog(path, filter));
     };
     const auto choose = [&](const ShownAlert& dialog, int range, const char* from, const char* to) {
         SendDlgItemMessageA(dialog.window, range, BM_CLICK, 0, 0);
@@ -546,15 +538,7 @@ TEST(Export, WritesTheChosenSlotsUnderTheirNumbers)
     };
     for (const auto& [extent, text] : wrong) {
         choose(first, IDC_EXPORT_EXTENT, extent.first, extent.second);
-        PostMessageA(first.window, WM_COMMAND, IDOK, 0);
-        ShownAlert shown;
-        EXPECT_TRUE(waitUntil([&] {
-            shown = editor.findAlert();
-            return shown.window != first.window && !shown.buttons.empty();
-        }));
-        EXPECT_EQ(shown.text, text);
-        EXPECT_TRUE(editor.press(shown, IDOK));
-        EXPECT_TRUE(waitUntil([&] { return IsWindowEnabled(first.window) != FALSE; }));
+        EXPECT_EQ(editor.refusalOf(first), text);
     }
     choose(first, IDC_EXPORT_EXTENT, "5", "7");
     EXPECT_TRUE(editor.press(first, IDOK));
@@ -575,13 +559,9 @@ TEST(Export, WritesTheChosenSlotsUnderTheirNumbers)
         EXPECT_EQ(exported(folder.file("pic07.bmp")), texelsOf(e, 7));
         for (const std::uint32_t slot : {5u, 6u}) e.document.textures.pixels(slot)[0] = 1;
     });
-    EXPECT_TRUE(editor.press(openDialog(), IDOK));
-    ASSERT_TRUE(editor.fillFileDialog(folder.file("half.odd"), odder));
-    for (int i = 0; i < 2; ++i) { // the two that the plug-in leaves half written
-        const ShownAlert shown = editor.waitForAlert();
-        EXPECT_EQ(shown.text, "Cannot create File.");
-        EXPECT_TRUE(editor.press(shown, IDOK));
-    }
+    exportAs(folder.file("half.odd"), odder);
+    for (int i = 0; i < 2; ++i) // the two that the plug-in leaves half written
+        editor.dismiss("Cannot create File.");
     EXPECT_TRUE(waitUntil([&] { return readFile(folder.file("half07.odd")).has_value(); }));
     EXPECT_EQ(folder.entryCount(), 4u);
     editor.call([&](Editor& e) {
@@ -608,12 +588,8 @@ TEST(Export, WritesTheChosenSlotsUnderTheirNumbers)
                    {"no.odd", odd, "Sorry, this Color mode is not supported. ", "stop"},
                    {"no.odd", gone, missing, "stop"}};
     for (const auto& row : refused) {
-        EXPECT_TRUE(editor.press(openDialog(), IDOK));
-        ASSERT_TRUE(editor.fillFileDialog(folder.file(row.name), row.filter));
-        const ShownAlert shown = editor.waitForAlert();
-        EXPECT_EQ(shown.text, row.text);
-        EXPECT_EQ(shown.icon, row.icon);
-        EXPECT_TRUE(editor.press(shown, IDOK));
+        exportAs(folder.file(row.name), row.filter);
+        editor.dismiss(row.text, row.icon);
     }
     EXPECT_EQ(folder.entryCount(), 6u);
     {
@@ -621,9 +597,7 @@ TEST(Export, WritesTheChosenSlotsUnderTheirNumbers)
         EXPECT_TRUE(editor.press(openDialog(), IDOK));
         const ScarceMemory scarce(256 * 256);
         EXPECT_TRUE(editor.fillFileDialog(folder.file("no.bmp"), bmp));
-        const ShownAlert shown = editor.waitForAlert();
-        EXPECT_EQ(shown.text, outOfMemory);
-        EXPECT_TRUE(editor.press(shown, IDOK));
+        editor.dismiss(outOfMemory);
     }
     editor.call([](Editor& e) { fillSlots(e, 120); });
 
@@ -637,9 +611,8 @@ TEST(Export, WritesTheChosenSlotsUnderTheirNumbers)
     } formats[] = {
         {bmp, "seen.bmp", bmpCodec}, {png, "seen.png", pngCodec}, {tga, "seen.tga", tgaCodec}};
     for (const auto& format : formats) {
-        EXPECT_TRUE(editor.press(openDialog(), IDOK));
         const std::string path = (exports / format.name).string();
-        ASSERT_TRUE(editor.fillFileDialog(path, format.filter));
+        exportAs(path, format.filter);
         editor.call([&](Editor& e) {
             EXPECT_EQ(exported(exportPath(path, 119, 120), format.codec), texelsOf(e, 119));
         });

@@ -345,6 +345,30 @@ ShownAlert RunningEditor::waitForAlert() const
     return shown;
 }
 
+void RunningEditor::dismiss(const std::string& text, const std::string& icon) const
+{
+    const ShownAlert shown = waitForAlert();
+    EXPECT_EQ(shown.text, text);
+    if (!icon.empty()) {
+        EXPECT_EQ(shown.icon, icon);
+    }
+    EXPECT_TRUE(press(shown, IDOK));
+}
+
+std::string RunningEditor::refusalOf(const ShownAlert& dialog) const
+{
+    PostMessageA(dialog.window, WM_COMMAND, IDOK, 0);
+    ShownAlert shown;
+    EXPECT_TRUE(waitUntil([&] {
+        shown = findAlert();
+        return shown.window && shown.window != dialog.window && !shown.buttons.empty();
+    }));
+    EXPECT_TRUE(press(shown, IDOK));
+    EXPECT_TRUE(IsWindowVisible(dialog.window)) << "the dialog stays open";
+    EXPECT_TRUE(waitUntil([&] { return IsWindowEnabled(dialog.window) != FALSE; }));
+    return shown.text;
+}
+
 HWND RunningEditor::waitForFileDialog() const
 {
     HWND dialog = nullptr;

@@ -91,6 +91,8 @@ public:
     /// The alert that is on the screen now; its window is nullptr when there is none.
     ShownAlert findAlert() const;
     ShownAlert waitForAlert() const;
+    /// Waits for an alert with this text, and this icon unless it is empty, and presses OK.
+    void dismiss(const std::string& text, const std::string& icon = {}) const;
     /// Presses a button of an alert, by its id, and waits until the alert is gone.
     bool press(const ShownAlert& alert, int button) const;
 
@@ -99,6 +101,9 @@ public:
     void open(const std::string& path) const;
     void beginOpen(const std::string& path) const;
 
+    /// Presses OK of a dialog that refuses it, dismisses the alert that says why, and returns its
+    /// text.
+    std::string refusalOf(const ShownAlert& dialog) const;
     /// Starts a command and waits for its dialog.
     ShownAlert openDialog(int command) const;
     /// Presses a button of a dialog and waits until its command has come to its end.

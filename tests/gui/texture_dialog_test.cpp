@@ -46,28 +46,6 @@ std::string textIn(const ShownAlert& dialog, int control)
     return text.data();
 }
 
-/// Presses OK of the dialog, reads the alert that refuses it, and dismisses that.
-std::string refusalOf(const RunningEditor& editor, const ShownAlert& dialog)
-{
-    PostMessageA(dialog.window, WM_COMMAND, IDOK, 0);
-    ShownAlert shown;
-    EXPECT_TRUE(waitUntil([&] {
-        shown = editor.findAlert();
-        return shown.window && shown.window != dialog.window;
-    }));
-    EXPECT_TRUE(editor.press(shown, IDOK));
-    EXPECT_TRUE(IsWindowVisible(dialog.window)) << "the dialog stays open";
-    return shown.text;
-}
-
-/// Presses OK of the dialog, which closes, and waits for the alert that follows.
-ShownAlert okThenAlert(const RunningEditor& editor, const ShownAlert& dialog)
-{
-    PostMessageA(dialog.window, WM_COMMAND, IDOK, 0);
-    EXPECT_TRUE(waitUntil([&] { return !IsWindow(dialog.window); }));
-    return editor.waitForAlert();
-}
-
 constexpr char outOfMemory[] = "Cannot allocate enough memory to do this function.";
 constexpr char notMultipleOf8[] = "Width of Texture should be multiple of 8. ";
 
@@ -75,9 +53,8 @@ TEST(TextureDialog, EachRefusesWhatItsRulesForbidAndRemembersItsSettings)
 {
     const RunningEditor editor;
     for (const int command : {IDM_TEXTURE_FLIP, IDM_TEXTURE_ROTATE, IDM_TEXTURE_SCALE}) {
-        const ShownAlert shown = begin(editor, command);
-        EXPECT_EQ(shown.text, "Texture data is empty. Nothing to edit. ");
-        EXPECT_TRUE(editor.press(shown, IDOK));
+        (void)begin(editor, command);
+        editor.dismiss("Texture data is empty. Nothing to edit. ");
     }
     editor.call([](Editor& e) { putNumbered(e.document.textures, 0, 16, 8); });
     struct Case {
@@ -103,7 +80,7 @@ TEST(TextureDialog, EachRefusesWhatItsRulesForbidAndRemembersItsSettings)
         SCOPED_TRACE(c.refusal);
         const ShownAlert dialog = begin(editor, c.command);
         fill(dialog, c.inputs);
-        EXPECT_EQ(refusalOf(editor, dialog), c.refusal);
+        EXPECT_EQ(editor.refusalOf(dialog), c.refusal);
         editor.closeDialog(dialog, IDCANCEL);
     }
     ShownAlert dialog = begin(editor, IDM_TEXTURE_ROTATE);
@@ -111,9 +88,8 @@ TEST(TextureDialog, EachRefusesWhatItsRulesForbidAndRemembersItsSettings)
     fill(dialog, {{IDC_TURN_HALF, nullptr}, {IDC_TURN_EXTENT, nullptr}, {IDC_TURN_TO, "7"}});
     EXPECT_TRUE(IsWindowEnabled(GetDlgItem(dialog.window, IDC_TURN_FROM)));
     savePicture(editor.pictureOf(dialog.window), "rotate-texture");
-    const ShownAlert stopped = okThenAlert(editor, dialog); // slot 1 is empty
-    EXPECT_EQ(stopped.text, "Texture data is empty. Nothing to edit. ");
-    EXPECT_TRUE(editor.press(stopped, IDOK));
+    EXPECT_TRUE(editor.press(dialog, IDOK)); // slot 1 is empty
+    editor.dismiss("Texture data is empty. Nothing to edit. ");
     EXPECT_EQ(editor.ask([](Editor& e) { return numbersOf(e.document.textures, 0)[0]; }), 127);
     dialog = begin(editor, IDM_TEXTURE_ROTATE);
     EXPECT_EQ(textIn(dialog, IDC_TURN_TO), "7");
@@ -164,19 +140,15 @@ TEST(TextureDialog, TransformsChangeTheCurrentTextureAndAreUndone)
     }
     editor.call([](Editor& e) { putNumbered(e.document.textures, 0, 16, 12); });
     const ShownAlert dialog = begin(editor, IDM_TEXTURE_ROTATE);
-    const ShownAlert shown = okThenAlert(editor, dialog);
-    EXPECT_EQ(shown.text, notMultipleOf8);
-    EXPECT_TRUE(editor.press(shown, IDOK));
+    EXPECT_TRUE(editor.press(dialog, IDOK));
+    editor.dismiss(notMultipleOf8);
 
     editor.call([](Editor& e) { putNumbered(e.document.textures, 0, 256, 256); });
     {
         const ScarceMemory scarce(256 * 256);
-        const ShownAlert noUndo = okThenAlert(editor, begin(editor, IDM_TEXTURE_ROTATE));
-        EXPECT_EQ(noUndo.text, "Cannot allocate enough memory to do \"Undo\" function.");
-        EXPECT_TRUE(editor.press(noUndo, IDOK));
-        const ShownAlert alert = editor.waitForAlert();
-        EXPECT_EQ(alert.text, outOfMemory);
-        EXPECT_TRUE(editor.press(alert, IDOK));
+        EXPECT_TRUE(editor.press(begin(editor, IDM_TEXTURE_ROTATE), IDOK));
+        editor.dismiss("Cannot allocate enough memory to do \"Undo\" function.");
+        editor.dismiss(outOfMemory);
     }
     EXPECT_EQ(first(), std::pair(256, 0));
     editor.call([](Editor& e) { e.document.texturesChanged = e.document.modelChanged = false; });
@@ -189,9 +161,8 @@ TEST(TextureDialog, SlicingMakesATextureForEachPickedPolygonInEveryOffsetMode)
     editor.resizeClient(640, 420);
     for (const char* text :
          {"No Selected polygons could be found. ", "Texture data is empty. Nothing to edit. "}) {
-        const ShownAlert shown = begin(editor, IDM_TEXTURE_SLICE);
-        EXPECT_EQ(shown.text, text);
-        EXPECT_TRUE(editor.press(shown, IDOK));
+        (void)begin(editor, IDM_TEXTURE_SLICE);
+        editor.dismiss(text);
         editor.sendCommand(IDM_SELECT_ALL);
     }
     editor.call([](Editor& e) { // of a photograph
@@ -220,15 +191,14 @@ TEST(TextureDialog, SlicingMakesATextureForEachPickedPolygonInEveryOffsetMode)
     savePicture(editor.pictureOf(dialog.window), "slice-dialog");
     EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog.window, IDC_SLICE_ID)));
     fill(dialog, {{IDC_SLICE_CHOSEN, nullptr}, {IDC_SLICE_ID, "0"}});
-    EXPECT_EQ(refusalOf(editor, dialog), "Data Error(ID < CurrentID)");
+    EXPECT_EQ(editor.refusalOf(dialog), "Data Error(ID < CurrentID)");
     fill(dialog, {{IDC_SLICE_ID, "9"}, {IDC_SLICE_WIDTH, "20"}});
-    EXPECT_EQ(refusalOf(editor, dialog), notMultipleOf8);
+    EXPECT_EQ(editor.refusalOf(dialog), notMultipleOf8);
     fill(dialog, {{IDC_SLICE_WIDTH, "256"}, {IDC_SLICE_HEIGHT, "256"}, {IDC_SLICE_ID, "100"}});
     {
         const ScarceMemory scarce(256 * 256);
-        const ShownAlert alert = okThenAlert(editor, dialog);
-        EXPECT_EQ(alert.text, outOfMemory);
-        EXPECT_TRUE(editor.press(alert, IDOK));
+        EXPECT_TRUE(editor.press(dialog, IDOK));
+        editor.dismiss(outOfMemory);
     }
     EXPECT_EQ(editor.ask([](Editor& e) { return e.document.textures.usedCount(); }), 51u);
 
