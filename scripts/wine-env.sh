@@ -18,7 +18,7 @@
 wine_env_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 wine_env_xvfb=
 # What wine_env_prefix sets up; goes up by one with each change of it.
-wine_env_settings=2
+wine_env_settings=3
 
 wine_env_find() {
     local candidate
@@ -64,9 +64,12 @@ wine_env_prefix() {
     # handed to a window manager: without one, each window would wait 2 s for its answer.
     DISPLAY= "$WINE_LOADER" reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD \
         /d 0 /f >/dev/null 2>&1 || return 1
-    DISPLAY= "$WINE_LOADER" reg add \
-        'HKCU\Software\Wine\AppDefaults\facetor_gui_tests.exe\X11 Driver' /v Managed /d N /f \
-        >/dev/null 2>&1 || return 1
+    local program
+    for program in facetor_gui_tests facetor_manual_pictures; do
+        DISPLAY= "$WINE_LOADER" reg add \
+            "HKCU\\Software\\Wine\\AppDefaults\\$program.exe\\X11 Driver" /v Managed /d N /f \
+            >/dev/null 2>&1 || return 1
+    done
     "$WINE_SERVER" -w
     echo "$ready" >"$WINEPREFIX/facetor-ready"
 }
