@@ -64,8 +64,8 @@ VIAddVersionKey LegalCopyright "Copyright (c) 2026 The Facetor developers"
     Models (.mx3) and texture lists (.mxt) will open in it with a double click.$\r$\n$\r$\n\
     An older version is replaced; your settings and files stay.$\r$\n$\r$\n$_CLICK"
 !define MUI_FINISHPAGE_TITLE "Facetor is installed"
-!define MUI_FINISHPAGE_TEXT "You find Facetor, its manual and its samples in the start menu.$\r$\n$\r$\n\
-    The manual's page for your first five minutes leads from a sample to a C file."
+!define MUI_FINISHPAGE_TEXT "The start menu has Facetor, its manual and its samples.$\r$\n$\r$\n\
+    Your first five minutes lead from a sample to a C file."
 !define MUI_FINISHPAGE_RUN "$INSTDIR\facetor.exe"
 !define MUI_FINISHPAGE_RUN_TEXT "&Run Facetor"
 !define MUI_FINISHPAGE_SHOWREADME "$INSTDIR\Help\first-five-minutes.html"
@@ -154,7 +154,8 @@ Section
     ClearErrors
     FileOpen $0 "$INSTDIR\setup.tmp" w
     ${If} ${Errors}
-        !insertmacro GiveUp "Nothing can be written to this folder. Choose another one.$\r$\n$\r$\n$INSTDIR"
+        !insertmacro GiveUp "Nothing can be written to this folder. Start again and choose another \
+            one.$\r$\n$\r$\n$INSTDIR"
     ${EndIf}
     FileClose $0
     Delete "$INSTDIR\setup.tmp"
