@@ -1,6 +1,7 @@
 // Makes the small models of the manual's pictures of polygon attributes, each in one variant for a
 // mode, with one texture list for all. scripts/manual-pictures renders them with facetor-cli.
 #include "picture.h"
+#include "samples.h"
 #include "shapes.h"
 
 #include "base/message.h"
@@ -106,21 +107,6 @@ void addRoad(ModelBuilder& builder, std::uint32_t flags)
     }
 }
 
-/// A road sign, the model of the manual's example of C source: two objects and every kind of
-/// polygon that makes a difference there.
-void addSign(ModelBuilder& builder)
-{
-    Part& post = builder.add("Post", noObject, {0, 40, 0});
-    post.quad({Point{-8, -40, 0}, {8, -40, 0}, {8, 80, 0}, {-8, 80, 0}}, smooth(orange));
-    Part& board = builder.add("Board", 0, {0, -80, 0});
-    board.quad(square(40, 0), textured(letter, orange).with(nearClip));
-    board.quad({Point{40, -40, 4}, {-40, -40, 4}, {-40, 40, 4}, {40, 40, 4}},
-               plain(rgb555(20, 20, 20))
-                   .dualSided()
-                   .shaded({rgb555(16, 16, 16), rgb555(24, 16, 16), rgb555(16, 24, 16),
-                            rgb555(16, 16, 24)}));
-}
-
 struct ManualModel {
     const char* name;
     std::function<void(ModelBuilder&)> make;
@@ -162,7 +148,6 @@ const ManualModel models[] = {
                           .shaded({rgb555(31, 16, 16), rgb555(16, 31, 16), rgb555(16, 16, 31),
                                    rgb555(31, 31, 16)}));
      }},
-    {"sign", addSign},
     {"option-single", [](auto& b) { addOpenBox(b, 0); }},
     {"option-dual", [](auto& b) { addOpenBox(b, 1); }},
     {"option-near-clip-off", [](auto& b) { addRoad(b, 0); }},
@@ -183,6 +168,10 @@ Message writeAll(const std::string& folder)
         if (message == Message::none) message = builder.build(model);
         if (message == Message::none) message = writeModelFile(model, folder + entry.name + ".mx3");
     }
+    Model sign;
+    if (message == Message::none) message = createModelStore(sign);
+    if (message == Message::none) message = makeSign(sign, letter);
+    if (message == Message::none) message = writeModelFile(sign, folder + "sign.mx3");
     return message;
 }
 

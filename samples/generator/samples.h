@@ -18,6 +18,10 @@ Message makeProp(Model& model, TextureList& textures);
 /// A floating island that fills the pools: 4096 vertices, 4096 polygons, 128 objects.
 Message makeMax(Model& model, TextureList& textures);
 
+/// A road sign, the example of C source in the manual: two objects, three polygons of the kinds
+/// that make a difference there. `texture` is the slot of what stands on its board.
+Message makeSign(Model& model, std::uint16_t texture);
+
 struct Sample {
     std::string name; ///< of both files, without extension
     Message (*make)(Model&, TextureList&);

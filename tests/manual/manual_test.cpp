@@ -1,5 +1,7 @@
 #include "base/message.h"
 #include "images/png_codec.h"
+#include "output/model_source.h"
+#include "samples.h"
 
 #include <gtest/gtest.h>
 
@@ -180,6 +182,24 @@ TEST_F(Manual, NamesEveryMenuCommandAndEveryKey)
     for (const auto& [element, count] : commands)
         EXPECT_GE(occurrences(pages["commands.html"], element), count) << element;
     EXPECT_EQ(keys, 17u);
+}
+
+TEST_F(Manual, ItsExampleOfCSourceIsWhatTheExportWrites)
+{
+    const std::string& page = pages["c-source.html"];
+    const std::size_t start = page.find("id=\"model\"");
+    const std::string model = page.substr(start, page.find("id=\"textures\"") - start);
+    std::string shown;
+    for (const std::string& piece : allMatches(model, R"(<pre[^>]*>\n([^<]*)</pre>)"))
+        shown += piece;
+    Model sign;
+    ASSERT_EQ(createModelStore(sign), Message::none);
+    ASSERT_EQ(samples::makeSign(sign, 0), Message::none);
+    const auto withoutEmptyLines = [](const std::string& text) {
+        return replaced(replaced(text, "\r", ""), "\n+", "\n");
+    };
+    EXPECT_EQ(withoutEmptyLines(shown),
+              withoutEmptyLines(escaped(std::string(formatModelSource(sign, "sign.mdl").view()))));
 }
 
 TEST(Documents, LinkToFilesThatExist)
