@@ -219,6 +219,16 @@ bool answerTip(HWND window, LPARAM notification)
     return true;
 }
 
+/// What a command asks and says belongs to the main window, which is activated when that closes. A
+/// command that was chosen in this window gives the keyboard back to it.
+void onCommand(Editor& editor, int number, LPARAM argument)
+{
+    const HWND window = editor.textureWindow.window;
+    const bool wasActive = GetActiveWindow() == window;
+    runTextureCommand(editor, number, argument);
+    if (wasActive && editor.textureWindow.window) SetActiveWindow(window);
+}
+
 void onDestroy(Editor& editor)
 {
     TextureWindow& textures = editor.textureWindow;
@@ -253,7 +263,7 @@ LRESULT CALLBACK textureProcedure(HWND window, UINT message, WPARAM wParam, LPAR
     case WM_MOUSEWHEEL: onWheel(editor, GET_WHEEL_DELTA_WPARAM(wParam)); return 0;
     case WM_DROPFILES: onDropFiles(editor, reinterpret_cast<HDROP>(wParam)); return 0;
     case WM_ACTIVATEAPP: refreshMenuState(editor); return 0; // the clipboard may have changed
-    case WM_COMMAND: runTextureCommand(editor, LOWORD(wParam), lParam); return 0;
+    case WM_COMMAND: onCommand(editor, LOWORD(wParam), lParam); return 0;
     case WM_NOTIFY:
         if (answerTip(window, lParam)) return 0;
         break;

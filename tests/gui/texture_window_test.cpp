@@ -122,6 +122,7 @@ protected:
         waitUntil([&] { return IsWindowEnabled(editor.window()) && state() == step.state; });
         editor.call([](Editor&) {}); // the command has come to its end
         EXPECT_EQ(state(), step.state);
+        EXPECT_EQ(editor.ask([](Editor&) { return GetActiveWindow(); }), window);
     }
     bool isOffered(int command) const
     {
