@@ -273,11 +273,14 @@ int run(int argumentCount, const char* const* arguments)
     } catch (const CLI::Success& answer) { // help or the version
         return app.exit(answer);
     } catch (const CLI::RequiredError& error) {
+        const std::vector<CLI::App*> commands = app.get_subcommands();
+        if (!commands.empty())
+            return reportWrongCommandLine(std::string(error.what()) + "; see facetor-cli " +
+                                          commands.front()->get_name() + " --help");
         const std::vector<std::string> words = app.remaining();
-        if (!app.get_subcommands().empty() || words.empty())
-            return reportWrongCommandLine(error.what());
-        return reportWrongCommandLine("\"" + words.front() +
-                                      "\" is no command; see facetor-cli --help");
+        return reportWrongCommandLine(
+            (words.empty() ? "a command is missing" : "\"" + words.front() + "\" is no command") +
+            "; see facetor-cli --help");
     } catch (const CLI::ParseError& error) {
         return reportWrongCommandLine(error.what());
     }

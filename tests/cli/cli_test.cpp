@@ -325,8 +325,13 @@ TEST_F(Cli, AnOutputThatTakesNothingIsAFailure)
 
 TEST_F(Cli, AWrongWordIsNamedAndAWrongValueGetsItsRange)
 {
-    EXPECT_EQ(runProgram({"frobnicate", cube}).errors,
-              "facetor-cli: \"frobnicate\" is no command; see facetor-cli --help\n");
+    const std::string see = "; see facetor-cli ";
+    for (const auto& [words, text] :
+         {std::pair{std::vector{"frobnicate", "x"}, "\"frobnicate\" is no command" + see},
+          {{}, "a command is missing" + see},
+          {{"info"}, "FILE is required" + see + "info "}})
+        EXPECT_EQ(runProgram({words.begin(), words.end()}).errors,
+                  "facetor-cli: " + text + "--help\n");
     const std::string error =
         runProgram({"render", cube, folder.file("a.png"), "--angle", "180"}).errors;
     EXPECT_NE(error.find("--angle"), std::string::npos) << error;
