@@ -5,9 +5,12 @@
 #include "resources/resource_ids.h"
 #include "ui/colour_button_win.h"
 #include "ui/handles_win.h"
+#include "ui/window_data_win.h"
 
 #include <windows.h>
 #include <windowsx.h>
+
+#include <commctrl.h>
 
 namespace facetor {
 
@@ -15,6 +18,8 @@ namespace {
 
 constexpr int pickerMargin = 8; ///< within its frame, in pixels
 constexpr int markerSize = 10;  ///< in pixels
+constexpr int focusInset = 3;   ///< of the focus's frame within the picker's, in pixels
+constexpr int keyStep = 4;      ///< of the marker by an arrow key, in pixels; with Ctrl it is 1
 constexpr COLORREF globeColour = RGB(0x80, 0x80, 0x80);
 
 /// What the dialog works on until OK.
@@ -105,6 +110,10 @@ void drawPicker(const LightDialog& state, const DRAWITEMSTRUCT& item)
     drawGlobe(memory.get(),
               {bounds.left + dx, bounds.top + dy, bounds.right + dx, bounds.bottom + dy},
               {state.point.x + dx, state.point.y + dy});
+    if (GetFocus() == item.hwndItem) {
+        InflateRect(&frame, -focusInset, -focusInset);
+        DrawFocusRect(memory.get(), &frame);
+    }
     BitBlt(item.hDC, 0, 0, width, height, memory.get(), 0, 0, SRCCOPY);
     SelectObject(memory.get(), before);
 }
@@ -119,11 +128,36 @@ void onDrawItem(const LightDialog& state, const DRAWITEMSTRUCT& item)
     }
 }
 
-void onMouse(HWND dialog, LightDialog& state, ScreenPoint cursor)
+/// Takes a point of the globe; nothing for one outside.
+void moveMarker(HWND dialog, LightDialog& state, ScreenPoint point)
 {
-    if (!state.picker.contains(cursor)) return;
-    state.point = cursor;
+    if (!state.picker.contains(point)) return;
+    state.point = point;
     InvalidateRect(GetDlgItem(dialog, IDC_LIGHT_PICKER), nullptr, FALSE);
+}
+
+void onArrowKey(HWND dialog, LightDialog& state, WPARAM key)
+{
+    const int step = isKeyDown(VK_CONTROL) ? 1 : keyStep;
+    ScreenPoint point = state.point;
+    if (key == VK_LEFT) point.x -= step;
+    if (key == VK_RIGHT) point.x += step;
+    if (key == VK_UP) point.y -= step;
+    if (key == VK_DOWN) point.y += step;
+    moveMarker(dialog, state, point);
+}
+
+/// Before the static control's own procedure, which knows no keyboard.
+LRESULT CALLBACK pickerProcedure(HWND picker, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                 DWORD_PTR)
+{
+    switch (message) {
+    case WM_GETDLGCODE: return DLGC_WANTARROWS;
+    case WM_SETFOCUS:
+    case WM_KILLFOCUS: InvalidateRect(picker, nullptr, FALSE); return 0;
+    case WM_KEYDOWN: onArrowKey(GetParent(picker), stateOf(GetParent(picker)), wParam); return 0;
+    default: return DefSubclassProc(picker, message, wParam, lParam);
+    }
 }
 
 void onCommand(HWND dialog, LightDialog& state, int control)
@@ -149,14 +183,18 @@ INT_PTR CALLBACK lightProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM
     case WM_INITDIALOG:
         SetWindowLongPtrA(dialog, DWLP_USER, lParam);
         fillDialog(dialog, stateOf(dialog));
-        return TRUE;
+        SetWindowSubclass(GetDlgItem(dialog, IDC_LIGHT_PICKER), pickerProcedure, 0, 0);
+        SetFocus(GetDlgItem(dialog, stateOf(dialog).editor.light.side == LightSide::fore
+                                        ? IDC_LIGHT_FORE
+                                        : IDC_LIGHT_BACK));
+        return FALSE; // it has been given
     case WM_DRAWITEM:
         onDrawItem(stateOf(dialog), *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
         return TRUE;
     case WM_LBUTTONDOWN:
     case WM_MOUSEMOVE:
         if (wParam & MK_LBUTTON)
-            onMouse(dialog, stateOf(dialog), {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+            moveMarker(dialog, stateOf(dialog), {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
         return TRUE;
     case WM_COMMAND: onCommand(dialog, stateOf(dialog), LOWORD(wParam)); return TRUE;
     default: return FALSE;

@@ -117,6 +117,22 @@ TEST(LightDialog, APointOfTheGlobeIsADirection)
     EXPECT_LT(light.z, 0) << "from behind";
 
     dialog = editor.openDialog(IDM_OPTIONS_LIGHT);
+    const HWND globe = GetDlgItem(dialog.window, IDC_LIGHT_PICKER);
+    EXPECT_EQ(GetNextDlgTabItem(dialog.window, GetDlgItem(dialog.window, IDC_LIGHT_BACK), TRUE),
+              globe);
+    EXPECT_TRUE(SendMessageA(globe, WM_GETDLGCODE, 0, 0) & DLGC_WANTARROWS);
+    SendMessageA(dialog.window, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(globe), TRUE);
+    SendMessageA(globe, WM_KEYDOWN, VK_DOWN, 0);
+    SendMessageA(globe, WM_KEYDOWN, VK_LEFT, 0);
+    savePicture(editor.pictureOf(dialog.window), "light-dialog-keys");
+    editor.closeDialog(dialog, IDOK);
+    EXPECT_GT(lightOf(editor).x, light.x + 0.01f);
+    EXPECT_LT(lightOf(editor).y, light.y - 0.01f);
+    dialog = editor.openDialog(IDM_OPTIONS_LIGHT);
+    pressAt(dialog, inPicker(dialog, 0.9, 0.5));
+    editor.closeDialog(dialog, IDOK);
+
+    dialog = editor.openDialog(IDM_OPTIONS_LIGHT);
     EXPECT_TRUE(isChecked(dialog, IDC_LIGHT_BACK));
     const POINT marker = inPicker(dialog, 0.9, 0.5);
     editor.call([&](Editor& e) {
