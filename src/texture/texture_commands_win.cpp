@@ -85,9 +85,12 @@ template <auto edit> CommandOutcome moveSlots(Editor& editor, int, LPARAM)
 {
     const PolygonNumbers numbers =
         isKeyDown(VK_SHIFT) ? PolygonNumbers::follow : PolygonNumbers::keep;
-    TextureList& list = editor.document.textures;
-    return finishTextureEdit(editor,
-                             edit(list, editor.undo, editor.document.model, list.current, numbers));
+    Document& document = editor.document;
+    TextureList& list = document.textures;
+    const EditOutcome outcome = edit(list, editor.undo, document.model, list.current, numbers);
+    if (numbers == PolygonNumbers::follow && outcome.edit == Message::none)
+        document.modelChanged = true; // its polygons have other numbers now
+    return finishTextureEdit(editor, outcome);
 }
 
 CommandOutcome onDeleteAll(Editor& editor, int, LPARAM)

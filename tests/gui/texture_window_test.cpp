@@ -348,10 +348,12 @@ TEST_F(TextureWindowTest, AClickPicksAndKeysSayWhatBecomesOfPolygons)
          {std::pair{IDM_TEXTURE_INSERT, 4}, {IDM_TEXTURE_BACKSPACE, 2}}) {
         withKeys({VK_SHIFT}, [&] {
             set("abcd");
+            editor.call([](Editor& e) { e.document.modelChanged = false; });
             run(command);
         });
         EXPECT_EQ(editor.ask([](Editor& e) { return e.document.model.attributes[3].texture; }),
                   number);
+        EXPECT_TRUE(editor.ask([](Editor& e) { return e.document.modelChanged; }));
     }
 }
 
