@@ -14,6 +14,9 @@ namespace {
 /// In the order of ExportRange.
 constexpr int rangeButtons[] = {IDC_EXPORT_ALL, IDC_EXPORT_CURRENT, IDC_EXPORT_EXTENT};
 
+constexpr ExtentControls extentControls{IDC_EXPORT_CURRENT, IDC_EXPORT_EXTENT, IDC_EXPORT_FROM,
+                                        IDC_EXPORT_TO};
+
 struct ExportDialog {
     Editor& editor;
     ExportChoice choice;
@@ -28,19 +31,12 @@ ExportRange shownRange(HWND dialog)
     return static_cast<ExportRange>(range);
 }
 
-/// The numbers belong to one of the ranges.
-void enableExtent(HWND dialog)
-{
-    const BOOL enabled = shownRange(dialog) == ExportRange::extent;
-    for (const int field : {IDC_EXPORT_FROM, IDC_EXPORT_TO}) enableField(dialog, field, enabled);
-}
-
 void fillDialog(HWND dialog, const ExportChoice& choice)
 {
     CheckDlgButton(dialog, rangeButtons[static_cast<int>(choice.range)], BST_CHECKED);
     setNumber(dialog, IDC_EXPORT_FROM, choice.extent.first);
     setNumber(dialog, IDC_EXPORT_TO, choice.extent.last);
-    enableExtent(dialog);
+    enableExtent(dialog, extentControls);
     SetFocus(GetDlgItem(dialog, rangeButtons[static_cast<int>(choice.range)]));
 }
 
@@ -66,7 +62,7 @@ INT_PTR CALLBACK exportProcedure(HWND dialog, UINT message, WPARAM wParam, LPARA
     if (control == IDCANCEL || (control == IDOK && takeDialog(dialog, state)))
         EndDialog(dialog, control);
     else if (control != IDOK && HIWORD(wParam) == BN_CLICKED)
-        enableExtent(dialog);
+        enableExtent(dialog, extentControls);
     return TRUE;
 }
 
