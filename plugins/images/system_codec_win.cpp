@@ -48,7 +48,8 @@ bool isReadKind(const GUID& kind)
            kind == GUID_ContainerFormatTiff;
 }
 
-/// A file's first image. The stream reads the file's bytes where they are, so it goes last.
+/// A file's first image. Each of the parts works through those before it, so they are released in
+/// the reverse order; the stream reads the file's bytes where they are.
 struct OpenImage {
     Com<IWICImagingFactory> factory;
     Com<IWICStream> stream;

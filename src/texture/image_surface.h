@@ -47,6 +47,7 @@ std::uint32_t surfaceRowStride(std::uint32_t width, std::uint16_t depth);
 /// beyond 32767, and when memory is short.
 Message createSurface(ImageSurface& surface, std::uint32_t width, std::uint32_t height,
                       std::uint16_t depth);
+/// Frees the block; the surface is empty afterwards.
 void destroySurface(ImageSurface& surface);
 
 /// The first stored row, the picture's bottom one.
@@ -63,6 +64,7 @@ struct BlitGeometry {
 
     bool operator==(const BlitGeometry&) const = default;
 };
+/// Those that draw the part `source` of a surface into `destination`.
 BlitGeometry blitGeometry(const ImageSurface& surface, const SurfaceRectangle& source,
                           const SurfaceRectangle& destination, Mirror mirror);
 

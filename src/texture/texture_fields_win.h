@@ -30,6 +30,7 @@ struct ExtentControls {
     int current, extent, from, to;
 };
 
+/// Shows `choice` in the controls.
 void fillExtent(HWND dialog, const ExtentControls& controls, const ExtentChoice& choice);
 
 /// Enables the two fields while the extent is chosen, for a press of any button of the dialog.

@@ -25,6 +25,7 @@ inline constexpr PixelRectangle cellOutline{1, 1, 51, 67};
 inline constexpr PixelRectangle cellPicture{3, 3, 49, 49};
 inline constexpr PixelRectangle cellCaption{3, 52, 51, 67};
 
+/// The rectangle, x further right and y further down.
 constexpr PixelRectangle movedBy(const PixelRectangle& r, int x, int y)
 {
     return {r.left + x, r.top + y, r.right + x, r.bottom + y};

@@ -24,6 +24,7 @@ struct TextureWindow {
     int wheel = 0;                  ///< turns of the mouse wheel that are no whole row yet
 };
 
+/// Registers the window's class; false when the system refuses it.
 bool registerTextureWindow(const Editor& editor);
 
 /// Opens the texture list window where it was last, or closes it.
@@ -40,6 +41,7 @@ void redrawTextures(Editor& editor);
 /// Needs slot < textureSlotCount.
 void chooseTexture(Editor& editor, std::uint32_t slot);
 
+/// Scrolls the window, if it is open, and enables what leads back to the start.
 void scrollTextures(Editor& editor, GridScroll step);
 
 /// The grid's area in the window. Needs an open window.

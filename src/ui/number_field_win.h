@@ -7,7 +7,7 @@
 
 namespace facetor {
 
-/// The whole number in an edit field, with blanks around it and a sign allowed. None for any other
+/// The whole number in an edit field, with blanks around it and a "-" allowed. None for any other
 /// text, and for what 32 bits cannot hold.
 std::optional<std::int32_t> numberIn(HWND dialog, int field);
 
