@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <new>
 #include <system_error>
 
 namespace facetor {
@@ -111,13 +112,17 @@ std::optional<Bytes> readFile(const std::string& path, std::uint64_t largest)
     if (!file) return std::nullopt;
     Bytes bytes;
     constexpr std::size_t step = 256 * 1024;
-    for (;;) {
-        const std::size_t start = bytes.size();
-        if (start > largest) return std::nullopt;
-        bytes.resize(start + step);
-        const std::size_t read = std::fread(bytes.data() + start, 1, step, file.get());
-        bytes.resize(start + read);
-        if (read < step) break;
+    try {
+        for (;;) {
+            const std::size_t start = bytes.size();
+            if (start > largest) return std::nullopt;
+            bytes.resize(start + step);
+            const std::size_t read = std::fread(bytes.data() + start, 1, step, file.get());
+            bytes.resize(start + read);
+            if (read < step) break;
+        }
+    } catch (const std::bad_alloc&) { // as for the largest files in a 32-bit process
+        return std::nullopt;
     }
     if (std::ferror(file.get()) || bytes.size() > largest) return std::nullopt;
     return bytes;

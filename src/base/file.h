@@ -10,12 +10,13 @@
 
 namespace facetor {
 
-/// The largest file that is read, in bytes. Far above any file of ours (a full texture list of
-/// everyday sizes is some megabytes) and small enough to be held in memory by a 32-bit process.
-inline constexpr std::uint64_t largestFile = 512u * 1024 * 1024;
+/// The largest file that is read, in bytes: about twice a full list of the largest textures that
+/// the editor makes. An everyday list is some megabytes.
+inline constexpr std::uint64_t largestFile = 1024u * 1024 * 1024;
 
 /// The whole file. None when it cannot be opened or read, is larger than `largest` bytes or no
-/// regular file. Paths are bytes in the process's code page (UTF-8 wherever the system offers it).
+/// regular file, and when memory is short. Paths are bytes in the process's code page (UTF-8
+/// wherever the system offers it).
 std::optional<Bytes> readFile(const std::string& path, std::uint64_t largest = largestFile);
 
 /// The file's first bytes, at most `count`; none when it cannot be opened.

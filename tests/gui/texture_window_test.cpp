@@ -294,12 +294,15 @@ TEST_F(TextureWindowTest, ScarceMemoryIsSaidAndKeepsNobodyFromDeleting)
     set("a");
     editor.call([](Editor& e) { putNumbered(e.document.textures, 1, 1024, 512, 2); });
     run(IDM_TEXTURE_COPY);
+    writeTextFile(folder.file("huge.mxt"), "MXTX" + std::string(1024 * 512 * 2, '.'));
     const ScarceMemory scarce(1024 * 512 * 2);
+    take({IDM_TEXTURE_OPEN, "ab changed", "Save changes of texture before opening new file?", IDNO,
+          folder.file("huge.mxt")});
     take({IDM_TEXTURE_PASTE, "ab changed", none});
     PostMessageA(window, WM_COMMAND, IDM_TEXTURE_SAVE_AS, 0);
     EXPECT_TRUE(editor.fillFileDialog(folder.file("large.mxt"), 1));
     finish({IDM_TEXTURE_SAVE_AS, "ab changed", none});
-    EXPECT_EQ(folder.entryCount(), 0u);
+    EXPECT_EQ(folder.entryCount(), 1u);
     take({IDM_TEXTURE_DELETE, "a changed", noUndo});
     EXPECT_FALSE(isOffered(IDM_TEXTURE_UNDO));
 }
