@@ -21,7 +21,6 @@
 #include <algorithm>
 #include <cstring>
 #include <map>
-#include <regex>
 #include <set>
 
 namespace facetor {
@@ -119,10 +118,12 @@ TEST_F(Cli, EveryLevelHasHelpAndAVersion)
 /// The long options that a text names.
 std::set<std::string> optionsIn(const std::string& text)
 {
-    static const std::regex option("--[a-z]+(-[a-z]+)*");
     std::set<std::string> options;
-    for (std::sregex_iterator i(text.begin(), text.end(), option), end; i != end; ++i)
-        options.insert(i->str());
+    std::size_t at = 0, end = 0;
+    while ((at = text.find("--", end)) != std::string::npos) {
+        end = std::min(text.find_first_not_of("abcdefghijklmnopqrstuvwxyz-", at), text.size());
+        if (end - at > 2) options.insert(text.substr(at, end - at));
+    }
     return options;
 }
 
