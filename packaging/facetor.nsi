@@ -5,6 +5,7 @@
 ;   CONTENT    the folder with what is installed, exactly
 ;   REMOVE     a script that deletes just that from $INSTDIR
 ;   SIZE       of the content, in KiB
+;   ART        the folder with the pictures of its windows, which it unpacks with their times
 ;   OUTPUT     the installer
 ;
 ; It installs for the user who runs it and asks for no administrator: into the user's own program folder
@@ -50,11 +51,11 @@ VIAddVersionKey LegalCopyright "Copyright (c) 2026 The Facetor developers"
 
 !define MUI_ICON "src/resources/facetor.ico"
 !define MUI_UNICON "src/resources/facetor.ico"
-!define MUI_WELCOMEFINISHPAGE_BITMAP "packaging/art/side.bmp"
+!define MUI_WELCOMEFINISHPAGE_BITMAP "${ART}/side.bmp"
 !define MUI_WELCOMEFINISHPAGE_BITMAP_STRETCH AspectFitHeight
 !define MUI_HEADERIMAGE
 !define MUI_HEADERIMAGE_RIGHT
-!define MUI_HEADERIMAGE_BITMAP "packaging/art/header.bmp"
+!define MUI_HEADERIMAGE_BITMAP "${ART}/header.bmp"
 !define MUI_HEADERIMAGE_BITMAP_STRETCH AspectFitHeight
 !define MUI_ABORTWARNING
 
