@@ -1,5 +1,6 @@
 #include "texture/plug_ins_win.h"
 
+#include "base/text.h"
 #include "texture/bitmap_conversion.h"
 #include "ui/module_win.h"
 
@@ -40,6 +41,17 @@ std::optional<std::string> stringOf(const UniqueModule& module, StringId id)
     if (LoadStringA(module.get(), id, text.data(), static_cast<int>(size)) <= 0)
         return std::nullopt;
     return text.data();
+}
+
+/// A name that no file has, in the folder of a path and with its extension.
+std::string nameBeside(const std::string& path)
+{
+    const std::string folder = path.substr(0, path.find_last_of("\\/") + 1);
+    std::string name;
+    unsigned number = GetTickCount();
+    do name = folder + "~" + std::to_string(number++) + "." + std::string(extensionOf(path));
+    while (GetFileAttributesA(name.c_str()) != INVALID_FILE_ATTRIBUTES);
+    return name;
 }
 
 bool hasExports(const UniqueModule& module, std::span<const char* const> names)
@@ -179,9 +191,12 @@ Message exportImage(const std::string& plugIn, const std::string& path, std::uin
     if (!copy.allocate(texels.size())) return Message::outOfMemory;
     std::ranges::copy(texels, copy.begin());
     const INT32 columns = width, rows = height, depth = textureDepth;
-    if (put(module.get(), path.c_str(), copy.data(), &columns, &rows, &depth) == 0)
+    // Beside the file that is wanted: one that stands there already outlives a failure.
+    const std::string written = nameBeside(path);
+    if (put(module.get(), written.c_str(), copy.data(), &columns, &rows, &depth) == 0 &&
+        MoveFileExA(written.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING))
         return Message::none;
-    DeleteFileA(path.c_str());
+    DeleteFileA(written.c_str());
     return Message::cannotCreateFile;
 }
 

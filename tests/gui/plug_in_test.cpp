@@ -559,11 +559,15 @@ TEST(Export, WritesTheChosenSlotsUnderTheirNumbers)
         EXPECT_EQ(exported(folder.file("pic07.bmp")), texelsOf(e, 7));
         for (const std::uint32_t slot : {5u, 6u}) e.document.textures.pixels(slot)[0] = 1;
     });
+    const Bytes older(3, std::byte{'o'});
+    ASSERT_EQ(writeFile(folder.file("half05.odd"), older), Message::none);
     exportAs(folder.file("half.odd"), odder);
     for (int i = 0; i < 2; ++i) // the two that the plug-in leaves half written
         editor.dismiss("Cannot create File.");
     EXPECT_TRUE(waitUntil([&] { return readFile(folder.file("half07.odd")).has_value(); }));
-    EXPECT_EQ(folder.entryCount(), 4u);
+    EXPECT_EQ(folder.entryCount(), 5u) << "of those that failed, only the one of before";
+    EXPECT_EQ(readFile(folder.file("half05.odd")), older);
+    std::filesystem::remove(folder.file("half05.odd"));
     editor.call([&](Editor& e) {
         fillSlots(e, 120);
         e.document.textures.current = 119;
