@@ -43,8 +43,9 @@ ImportedImage importImage(const std::string& plugIn, const std::string& path,
 /// formatNotSupported when it cannot read the file.
 Message checkImage(const std::string& plugIn, const std::string& path);
 
-/// Writes texels, top row first, through one plug-in, complete or not at all. colourModeNotSupported
-/// when it does not write 16 bits a pixel; after cannotCreateFile a file that stood there still does.
+/// Writes texels, top row first, through one plug-in, complete or not at all.
+/// colourModeNotSupported when it does not write 16 bits a pixel; after cannotCreateFile a file
+/// that stood there still does.
 Message exportImage(const std::string& plugIn, const std::string& path, std::uint16_t width,
                     std::uint16_t height, std::span<const Rgb555> texels);
 
