@@ -2,10 +2,12 @@
 // needs. A frame of the same model, for scale, is measured by engine_bench. Run from the
 // repository's root.
 
-#include "attr/model_snapshot.h"
 #include "attr/polygon_edits.h"
 #include "attr/working_attribute.h"
 #include "bench_scene.h"
+#include "document/document.h"
+#include "model/model_file.h"
+#include "texture/texture_file.h"
 #include "view/selection.h"
 
 #include <benchmark/benchmark.h>
@@ -60,6 +62,71 @@ void gouraudEdit(benchmark::State& state)
     });
 }
 
+/// Opens the largest sample in a document, with every polygon or the first one picked.
+bool openSample(Document& document, bool wholePicked)
+{
+    if (startDocument(document) != Message::none ||
+        readModelFile(document.model, "samples/max.mx3") != Message::none ||
+        readTextureFile(document.textures, "samples/max.mxt") != Message::none)
+        return false;
+    if (wholePicked)
+        selectAll(document.model, Mark::set);
+    else
+        document.model.attributes[0].flags |= picked;
+    return true;
+}
+
+/// A change with its step: what keeping the way back costs, in time and in bytes of a step.
+void changeStep(benchmark::State& state, bool wholePicked)
+{
+    Document document;
+    if (!openSample(document, wholePicked))
+        return state.SkipWithError("run this from the repository's root");
+    for (auto _ : state)
+        (void)changeModel(
+            document, Word::stepRotateVertices, ModelEdit::rotateVertices,
+            [](Model& model) { rotateVertices(model, CornerTurn::clockwise, PickedAfter::keep); });
+    const History& history = document.history;
+    state.counters["bytes a step"] =
+        static_cast<double>(history.size) / static_cast<double>(history.steps.size());
+}
+
+void textureStep(benchmark::State& state)
+{
+    Document document;
+    if (!openSample(document, false))
+        return state.SkipWithError("run this from the repository's root");
+    for (auto _ : state)
+        (void)change(document, Word::stepFlip, [&] {
+            return flipTextures(document.textures, document.undo, {0, false, {}}, {true, false});
+        });
+    const History& history = document.history;
+    state.counters["bytes a step"] =
+        static_cast<double>(history.size) / static_cast<double>(history.steps.size());
+}
+
+void walkHistory(benchmark::State& state)
+{
+    Document document;
+    if (!openSample(document, true))
+        return state.SkipWithError("run this from the repository's root");
+    (void)changeModel(document, Word::stepInvertSurface, ModelEdit::invertSurface,
+                      [](Model& model) { invertSurface(model, PickedAfter::keep); });
+    Direction direction = Direction::back;
+    for (auto _ : state) {
+        (void)takeStep(document, direction);
+        direction = direction == Direction::back ? Direction::forward : Direction::back;
+    }
+}
+
+BENCHMARK_CAPTURE(changeStep, one, false)
+    ->Name("history/turn one polygon")
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(changeStep, all, true)
+    ->Name("history/turn all polygons")
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(textureStep)->Name("history/flip a texture")->Unit(benchmark::kMicrosecond);
+BENCHMARK(walkHistory)->Name("history/step over all polygons")->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(applyEdit, material, AttributePage::material)
     ->Name("edit/apply material")
     ->Unit(benchmark::kMicrosecond);

@@ -1,7 +1,7 @@
 // How fast the C source of the largest model is written, beside the same lines written one by one
 // with fprintf. Run from the repository's root.
 
-#include "attr/attribute_text.h"
+#include "output/attribute_text.h"
 #include "model/model_file.h"
 #include "output/model_source.h"
 

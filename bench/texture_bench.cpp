@@ -2,10 +2,10 @@
 // 64 x 64 texels, and 4096 polygons sliced into such textures. Run from the repository's root.
 
 #include "bench_scene.h"
-#include "texture/image_surface.h"
-#include "texture/slice.h"
-#include "texture/texture_edits.h"
-#include "texture/texture_grid.h"
+#include "image/image_surface.h"
+#include "slice/slice.h"
+#include "document/texture_edits.h"
+#include "session/texture_grid.h"
 #include "view/selection.h"
 
 #include <benchmark/benchmark.h>
@@ -20,7 +20,7 @@ bool fill(TextureList& list)
 {
     if (list.create() != Message::none) return false;
     for (std::uint32_t slot = 0; slot < textureSlotCount; ++slot) {
-        PageArray<Rgb555> pixels;
+        Texels pixels;
         if (!pixels.allocate(side * side)) return false;
         for (std::uint32_t i = 0; i < side * side; ++i)
             pixels[i] = static_cast<Rgb555>(opaqueBit | (slot * 77 + i));
@@ -93,7 +93,7 @@ void sliceAll(benchmark::State& state, Sampling sampling)
     settings.offset = SliceOffset::repeatEdge;
     for (auto _ : state) {
         TextureList list;
-        PageArray<Rgb555> picture;
+        Texels picture;
         if (list.create() != Message::none || !picture.allocate(256 * 256))
             return state.SkipWithError("out of memory");
         list.set(0, 256, 256, std::move(picture));

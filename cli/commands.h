@@ -5,6 +5,8 @@
 #include "base/angle.h"
 #include "base/colour.h"
 #include "base/geometry.h"
+#include "exchange/model_import.h"
+#include "output/source_names.h"
 #include "output/target_image.h"
 #include "view/view.h"
 
@@ -21,21 +23,34 @@ namespace facetor {
 enum class InfoFormat { text, json };
 
 /// Describes a file on the standard output.
-int runInfo(const std::string& path, InfoFormat format);
+int runInfo(Run& run, const std::string& path, InfoFormat format);
 
 /// Reads every file and says of each "PATH: ok" or what is wrong with it.
-int runCheck(const std::vector<std::string>& paths, Progress progress);
+int runCheck(Run& run, const std::vector<std::string>& paths);
 
 struct ConvertOptions {
-    std::vector<std::string> paths; ///< the input, then the output
-    float scale = 1.0f;             ///< of positions in a model's target image
+    std::vector<std::string> paths; ///< the inputs, then the output
+    std::optional<float> scale;     ///< of positions in an image or an import; none: 1
+    std::optional<UpAxis> up;       ///< the file's, of an import; none: y
+    bool keepTriangles = false;     ///< of an import
+    std::string onto;               ///< the model that an import takes attributes from
+    std::string textures;           ///< where an import's textures go; empty: nowhere
+    std::optional<std::array<std::uint32_t, 2>> largestTexture; ///< width and height
+    std::optional<Dither> dither;
+    // Of pictures.
+    bool fit = false;                   ///< scaled down to a size that textures have
+    bool numbered = false;              ///< the slot is the number that ends the name
+    std::optional<std::uint32_t> first; ///< slot to begin at; none: 0
+    std::optional<Rgb555> transparent;  ///< in place of alpha
+    std::string into;                   ///< the list whose other slots stay; empty: none
+    SourceNames names = SourceNames::asTheyAre;
 };
 
 /// Reads `paths` but the last and writes the last; the extensions say what becomes of what.
-int runConvert(const ConvertOptions& options, Progress progress);
+int runConvert(Run& run, const ConvertOptions& options);
 
 /// Writes a scene's target image.
-int runScene(const SceneSettings& scene, const std::string& output, Progress progress);
+int runScene(Run& run, const SceneSettings& scene, const std::string& output);
 
 /// What `render` is asked for; the defaults are those of a freshly started editor.
 struct RenderOptions {
@@ -61,6 +76,6 @@ struct RenderOptions {
 };
 
 /// Draws one frame of a model into a PNG file.
-int runRender(const RenderOptions& options, Progress progress);
+int runRender(Run& run, const RenderOptions& options);
 
 } // namespace facetor

@@ -138,23 +138,23 @@ void printImage(const std::vector<ImageBlock>& blocks)
 
 } // namespace
 
-int runInfo(const std::string& path, InfoFormat format)
+int runInfo(Run& run, const std::string& path, InfoFormat format)
 {
     InputFile file;
-    if (const Message message = readInputFile(file, path); message != Message::none)
-        return reportFailure(path, message, file.reason);
+    if (const Message message = readInputFile(run, file, path); message != Message::none)
+        return reportFailure(run, path, message, file.reason);
     if (format == InfoFormat::json) {
         const Json json = file.kind == FileKind::model ? describe(file.model, file.modelVersion)
                           : file.kind == FileKind::textures ? describe(file.textures)
                                                             : describe(file.blocks);
         // Names are bytes; what is no UTF-8 in them is shown by the replacement character.
         print(json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
-        return finishOutput(exitDone);
+        return finishReport(run, stdout, exitDone);
     }
     if (file.kind == FileKind::model) printModel(file.model, file.modelVersion);
     if (file.kind == FileKind::textures) printTextures(file.textures);
     if (file.kind == FileKind::image) printImage(file.blocks);
-    return finishOutput(exitDone);
+    return finishReport(run, stdout, exitDone);
 }
 
 } // namespace facetor

@@ -5,27 +5,29 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cstdio>
 #include <functional>
 #include <map>
+#include <new>
+#include <span>
 
 namespace facetor {
 
 namespace {
 
-/// Adds an option whose text goes through one of the functions of option_values.h.
+/// Adds an option whose text goes through one of the functions of option_values.h. `what` names
+/// the values that it takes, like "a number above 0".
 template <typename Value, typename Parse>
 CLI::Option* addValue(CLI::App& command, const std::string& name, Value& value, Parse parse,
-                      const std::string& form, const std::string& help)
+                      const std::string& form, const std::string& what, const std::string& help)
 {
     return command
         .add_option_function<std::string>(
             name,
-            [&value, parse, name, form, help](const std::string& text) {
+            [&value, parse, name, what](const std::string& text) {
                 const auto parsed = parse(text);
-                if (!parsed)
-                    throw CLI::ValidationError(name, "\"" + text + "\" is no " + form + " (" +
-                                                         help + ")");
+                if (!parsed) throw CLI::ValidationError(name, "\"" + text + "\" is not " + what);
                 value = *parsed;
             },
             help)
@@ -38,13 +40,17 @@ void addChoice(CLI::App& command, const std::string& name, Value& value,
                const std::map<std::string, Choice>& choices, const std::string& help)
 {
     std::string form;
-    for (const auto& [word, choice] : choices) form += (form.empty() ? "" : "|") + word;
+    std::string words;
+    for (const auto& [word, choice] : choices) {
+        form += (form.empty() ? "" : "|") + word;
+        words += (words.empty() ? "one of " : ", ") + word;
+    }
     const auto parse = [choices](const std::string& text) -> std::optional<Choice> {
         const auto found = choices.find(text);
         if (found == choices.end()) return std::nullopt;
         return found->second;
     };
-    addValue(command, name, value, parse, form, help);
+    addValue(command, name, value, parse, form, words, help);
 }
 
 /// Ends the help of a level with command lines to try, each with a line on what it does.
@@ -58,69 +64,86 @@ void addExamples(CLI::App& command,
 }
 
 /// Adds what every level takes.
-void addCommon(CLI::App& command, Progress& progress)
+void addCommon(CLI::App& command, Run& run)
 {
     command.set_version_flag("--version", "facetor-cli " FACETOR_VERSION, "Print the version");
     command.add_flag_callback(
-        "-q,--quiet", [&progress] { progress = Progress::silent; }, "Do not report progress");
+        "-q,--quiet", [&run] { run.progress = Progress::silent; }, "Do not report progress");
+    command.add_flag_callback(
+        "--json", [&run] { run.errors = ErrorFormat::json; }, "Report a failure in JSON");
+}
+
+/// Adds what every command that writes a file takes.
+void addOutput(CLI::App& command, Run& run)
+{
+    command
+        .add_option("--to", run.standardKind,
+                    "Extension that says what is written to the standard output")
+        ->type_name("EXT");
+    command.add_flag("--if-changed", run.ifChanged,
+                     "Do not touch an output whose bytes would be the same");
+    command
+        .add_option("--depfile", run.depfile,
+                    "Also write a make rule: the output and every file that was read")
+        ->type_name("FILE");
 }
 
 constexpr char colourForm[] = "R,G,B";
+constexpr char colourWords[] = "three whole numbers of 0 to 31, like 31,16,0";
+constexpr char vectorWords[] = "three numbers, like 0,0.5,-700";
 
 // What rendering a frame and describing a scene have in common.
 
 void addLight(CLI::App& command, Vector3& direction, Rgb555& colour, Rgb555& ambient)
 {
-    addValue(command, "--light", direction, parseVector, "X,Y,Z",
+    addValue(command, "--light", direction, parseVector, "X,Y,Z", vectorWords,
              "Light direction, used as given; default 0.577,0.577,0.577");
-    addValue(command, "--light-color", colour, parseColour, colourForm,
+    addValue(command, "--light-color", colour, parseColour, colourForm, colourWords,
              "Light colour, 0-31 each; default 31,31,31");
-    addValue(command, "--ambient", ambient, parseColour, colourForm,
+    addValue(command, "--ambient", ambient, parseColour, colourForm, colourWords,
              "Ambient colour, 0-31 each; default 0,0,0");
 }
 
 void addBackground(CLI::App& command, Rgb555& colour)
 {
-    addValue(command, "--background", colour, parseColour, colourForm,
+    addValue(command, "--background", colour, parseColour, colourForm, colourWords,
              "Background colour, 0-31 each; default 0,0,16");
 }
 
 void addViewAngle(CLI::App& command, Angle& angle)
 {
-    addValue(command, "--angle", angle, parseViewAngle, "DEGREES",
+    addValue(command, "--angle", angle, parseViewAngle, "DEGREES", "an angle of 1 to 179 degrees",
              "View angle, 1 to 179 degrees; default 16383 angle units, about 90 degrees");
 }
 
 using Action = std::function<int()>;
 
-void addInfo(CLI::App& app, Progress& progress, Action& action)
+void addInfo(CLI::App& app, Run& run, Action& action)
 {
     CLI::App* command = app.add_subcommand(
         "info", "Describe a model (.mx3), a texture list (.mxt) or a target image (.sal)");
-    addCommon(*command, progress);
-    struct Arguments {
-        std::string path;
-        bool json = false;
-    };
-    const auto arguments = std::make_shared<Arguments>();
-    command->add_option("FILE", arguments->path, "The file to describe")->required();
-    command->add_flag("--json", arguments->json, "Describe it in JSON");
+    addCommon(*command, run);
+    const auto path = std::make_shared<std::string>();
+    command->add_option("FILE", *path, "The file to describe; - for the standard input")
+        ->required();
+    command->get_option("--json")->description("Describe it, and report a failure, in JSON");
     addExamples(*command,
                 {{"facetor-cli info ship.mx3", "lists the objects of a model with their counts"},
                  {"facetor-cli info --json ship.mxt | jq .used",
                   "tells another program how many textures a list holds"},
                  {"facetor-cli info ship.sal", "shows which addresses of the console are filled"}});
-    command->callback([&action, arguments] {
-        action = [arguments] {
-            return runInfo(arguments->path, arguments->json ? InfoFormat::json : InfoFormat::text);
+    command->callback([&action, &run, path] {
+        action = [&run, path] {
+            return runInfo(run, *path,
+                           run.errors == ErrorFormat::json ? InfoFormat::json : InfoFormat::text);
         };
     });
 }
 
-void addCheck(CLI::App& app, Progress& progress, Action& action)
+void addCheck(CLI::App& app, Run& run, Action& action)
 {
     CLI::App* command = app.add_subcommand("check", "Read files with all checks on");
-    addCommon(*command, progress);
+    addCommon(*command, run);
     const auto paths = std::make_shared<std::vector<std::string>>();
     command->add_option("FILE", *paths, "The files to read")->required();
     addExamples(*command,
@@ -128,59 +151,126 @@ void addCheck(CLI::App& app, Progress& progress, Action& action)
                   "says \"ok\" or what is wrong, a line a file; exit status 1 if one is wrong"},
                  {"facetor-cli check models/*.mx3 > good.txt",
                   "keeps the lines of sound files in a file; the others go to the terminal"}});
-    command->callback([&action, &progress, paths] {
-        action = [&progress, paths] { return runCheck(*paths, progress); };
-    });
+    command->callback(
+        [&action, &run, paths] { action = [&run, paths] { return runCheck(run, *paths); }; });
 }
 
-void addConvert(CLI::App& app, Progress& progress, Action& action)
+void addConvert(CLI::App& app, Run& run, Action& action)
 {
     CLI::App* command = app.add_subcommand(
-        "convert", "Convert a file into what its new extension says:\n"
-                   "  .mx3 to .mx3   reads a model and writes it again in the current layout\n"
-                   "  .mx3 to .mdl   writes a model as C source\n"
-                   "  .mx3 to .sal   writes a model's target image\n"
-                   "  .mxt to .mxt   reads a texture list and writes it again\n"
-                   "  .mxt to .txr   writes a texture list as C source\n"
-                   "  .mxt to .sal   writes a texture list's target image");
-    addCommon(*command, progress);
+        "convert",
+        "Convert a file into what its new extension says:\n"
+        "  .mx3 to .mx3   reads a model and writes it again in the current layout\n"
+        "  .mx3 to .mdl   writes a model as C source\n"
+        "  .mx3 to .sal   writes a model's target image\n"
+        "  .mxt to .mxt   reads a texture list and writes it again\n"
+        "  .mxt to .txr   writes a texture list as C source\n"
+        "  .mxt to .sal   writes a texture list's target image\n"
+        "  .mx3 [.mxt] to .obj   writes a model, its materials and its pictures\n"
+        "  .mx3 .mxt to .sal     writes both target images into one file\n"
+        "  pictures to .mxt      makes a texture list of PNG, BMP, TGA, JPEG, GIF\n"
+        "  .sal to .mxt          reads the textures of a target image back\n"
+        "  .mxt to FOLDER/       writes every texture as a PNG file\n"
+        "  .obj, .gltf, .glb to .mx3   makes a model of another program's, with its materials");
+    addCommon(*command, run);
     const auto options = std::make_shared<ConvertOptions>();
-    command->add_option("FILE", options->paths, "The input, then the output")
-        ->required()
-        ->expected(2, -1);
-    addValue(*command, "--scale", options->scale, parseFloat, "S",
-             "Scale of positions in a model's target image; default 1.0");
-    addExamples(*command,
-                {{"facetor-cli convert ship.mx3 ship.mdl",
-                  "writes the C tables that a program of the console includes"},
-                 {"facetor-cli convert ship.mxt ship.txr", "writes the textures that belong to it"},
-                 {"facetor-cli convert ship.mx3 ship.sal --scale 0.5",
-                  "writes the image that the monitor program loads, at half the size"},
-                 {"facetor-cli convert old.mx3 new.mx3",
-                  "brings a model of an earlier layout to today's"}});
-    command->callback([&action, &progress, options] {
-        action = [&progress, options] { return runConvert(*options, progress); };
+    addOutput(*command, run);
+    command->add_option("FILE", options->paths,
+                        "The input, then the output; - for the standard input or output");
+    addValue(*command, "--scale", options->scale, parsePositive, "S", "a number above 0",
+             "Scale of positions in a model's target image or in an import; default 1.0");
+    addChoice<std::optional<UpAxis>, UpAxis>(*command, "--up", options->up,
+                                             {{"y", UpAxis::y}, {"z", UpAxis::z}},
+                                             "Import: the axis that points up; default y");
+    command->add_flag("--keep-triangles", options->keepTriangles,
+                      "Import: do not rejoin pairs of triangles that make a quad");
+    command
+        ->add_option("--textures", options->textures,
+                     "Import: where the pictures go as a texture list (.mxt)")
+        ->type_name("OUT.mxt");
+    command
+        ->add_option("--onto", options->onto,
+                     "Import: the model (.mx3) whose attributes and hierarchy stay")
+        ->type_name("OLD.mx3");
+    addValue(*command, "--max-texture", options->largestTexture, parseTextureSize, "WxH",
+             "a width of 8 to 256 that is a multiple of 8 and a height of 1 to 256, like 64x64",
+             "Import: the largest size of a texture; default 64x64");
+    addChoice<std::optional<Dither>, Dither>(
+        *command, "--dither", options->dither,
+        {{"none", Dither::none}, {"ordered", Dither::ordered}, {"diffuse", Dither::diffuse}},
+        "Import, pictures: how colours become 15 bits; default none");
+    command->add_flag(
+        "--fit", options->fit,
+        "Pictures: scale down to at most 256x256 and a width that is a multiple of 8");
+    addValue(
+        *command, "--first", options->first,
+        [](const std::string& text) -> std::optional<std::uint32_t> {
+            const auto slot = parseInteger(text, 0, textureSlotCount - 1);
+            if (!slot) return std::nullopt;
+            return static_cast<std::uint32_t>(*slot);
+        },
+        "N", "a slot of 0 to 4095", "Pictures: the slot to begin at; default 0");
+    command->add_flag("--numbered", options->numbered,
+                      "Pictures: the slot is the number that ends the file's name");
+    addValue(*command, "--transparent", options->transparent, parseColour, colourForm, colourWords,
+             "Pictures: the colour that is transparent, 0-31 each, in place of alpha");
+    command
+        ->add_option("--into", options->into,
+                     "Pictures: the list (.mxt) whose other slots stay as they are")
+        ->type_name("OLD.mxt");
+    command->add_flag_callback(
+        "--c-names", [options] { options->names = SourceNames::identifiers; },
+        "Make every name in C source an identifier, different objects different ones");
+    addExamples(
+        *command,
+        {{"facetor-cli convert ship.mx3 ship.mdl",
+          "writes the C tables that a program of the console includes"},
+         {"facetor-cli convert ship.mxt ship.txr", "writes the textures that belong to it"},
+         {"facetor-cli convert ship.mx3 ship.sal --scale 0.5",
+          "writes the image that the monitor program loads, at half the size"},
+         {"facetor-cli convert ship.obj ship.mx3 --scale 100 --up z",
+          "imports a model made in meters with z up"},
+         {"facetor-cli convert ship.obj ship.mx3 --textures ship.mxt --max-texture 32x32",
+          "also cuts its pictures into the textures that its polygons show"},
+         {"facetor-cli convert ship.obj ship.mx3 --onto ship.mx3",
+          "brings in a geometry that has changed, and keeps all attributes"},
+         {"facetor-cli convert grass.png stone.png ground.mxt --fit --dither diffuse",
+          "makes a list of two textures"},
+         {"facetor-cli convert ship.mxt pictures/", "writes every texture as a PNG file"},
+         {"facetor-cli convert pictures/*.png ship.mxt --numbered --into ship.mxt",
+          "takes them back into their slots"},
+         {"facetor-cli convert ship.mx3 ship.mxt ship.obj", "for modellers"},
+         {"facetor-cli convert old.mx3 new.mx3", "brings a model of an earlier layout to today's"},
+         {"facetor-cli convert ship.mx3 ship.mdl --if-changed --depfile ship.d",
+          "for make: leaves an unchanged output alone and says what it depends on"},
+         {"unzip -p art.zip ship.mx3 | facetor-cli convert - - --to mdl > ship.mdl",
+          "reads from one program and writes for another"}});
+    command->callback([&action, &run, options] {
+        action = [&run, options] { return runConvert(run, *options); };
     });
 }
 
-void addRender(CLI::App& app, Progress& progress, Action& action)
+void addRender(CLI::App& app, Run& run, Action& action)
 {
     CLI::App* command = app.add_subcommand(
         "render", "Draw one frame of a model as a PNG file, as the editor would");
-    addCommon(*command, progress);
+    addCommon(*command, run);
+    addOutput(*command, run);
     const auto options = std::make_shared<RenderOptions>();
     command->add_option("MODEL", options->model, "The model (.mx3)")->required();
     command->add_option("OUT", options->output, "The picture (.png)")->required();
     command->add_option("--textures", options->textures,
                         "The texture list (.mxt) that the polygons refer to");
     addValue(*command, "--size", options->size, parseSize, "WxH",
+             "a size of 4x1 to 640x489, like 320x240",
              "Client area, 4x1 to 640x489; default 640x480");
     CLI::Option* noFit = command->add_flag_callback(
         "--no-fit", [options] { options->fit = false; },
         "Do not fit the model to the window: model centre 0, view scale 1");
-    addValue(*command, "--camera", options->camera, parseVector, "X,Y,Z",
+    addValue(*command, "--camera", options->camera, parseVector, "X,Y,Z", vectorWords,
              "Camera position; default 0,0,700");
     addValue(*command, "--rotate", options->rotation, parseAngles, "AX,AY,AZ",
+             "three whole numbers, like 0,16384,0",
              "Model rotation in angle units, 65536 a turn; default 0,0,0");
     addChoice<std::optional<FixedView>, FixedView>(*command, "--view", options->view,
                                                    {{"forward", FixedView::forward},
@@ -190,7 +280,8 @@ void addRender(CLI::App& app, Progress& progress, Action& action)
                                                     {"top", FixedView::top},
                                                     {"bottom", FixedView::bottom}},
                                                    "One of the fixed views");
-    addValue(*command, "--view-scale", options->viewScale, parseFloat, "S", "View scale; default 1")
+    addValue(*command, "--view-scale", options->viewScale, parseFloat, "S", "a number",
+             "View scale; default 1")
         ->needs(noFit);
     addViewAngle(*command, options->viewAngle);
     command->add_flag("--parallel", options->parallel, "Parallel projection");
@@ -201,7 +292,7 @@ void addRender(CLI::App& app, Progress& progress, Action& action)
               "Draw mode; default full");
     addLight(*command, options->light, options->lightColour, options->ambientColour);
     addBackground(*command, options->backgroundColour);
-    addValue(*command, "--picked", options->pickedColour, parseColour, colourForm,
+    addValue(*command, "--picked", options->pickedColour, parseColour, colourForm, colourWords,
              "Colour of picked polygons, 0-31 each; default 0,31,0");
     addChoice(*command, "--select", options->selectAll,
               std::map<std::string, bool>{{"all", true}, {"none", false}},
@@ -209,6 +300,7 @@ void addRender(CLI::App& app, Progress& progress, Action& action)
     addValue(
         *command, "--repeat", options->repeat,
         [](const std::string& text) { return parseInteger(text, 1, 1000000); }, "N",
+        "a whole number of 1 to 1000000",
         "Draw the whole frame N times, 1 to 1000000, and print how long it took");
     addExamples(*command,
                 {{"facetor-cli render ship.mx3 ship.png --textures ship.mxt",
@@ -219,19 +311,20 @@ void addRender(CLI::App& app, Progress& progress, Action& action)
                   "turns it by an eighth of a turn about the y axis, in a small picture"},
                  {"facetor-cli render ship.mx3 a.png --background 31,31,31 --select all",
                   "marks every polygon, on white"}});
-    command->callback([&action, &progress, options] {
-        action = [&progress, options] { return runRender(*options, progress); };
+    command->callback([&action, &run, options] {
+        action = [&run, options] { return runRender(run, *options); };
     });
 }
 
-void addScene(CLI::App& app, Progress& progress, Action& action)
+void addScene(CLI::App& app, Run& run, Action& action)
 {
     CLI::App* command = app.add_subcommand("scene", "Write the target image of a scene");
-    addCommon(*command, progress);
+    addCommon(*command, run);
     struct Arguments {
         SceneSettings scene;
         std::string output;
     };
+    addOutput(*command, run);
     const auto arguments = std::make_shared<Arguments>();
     SceneSettings& scene = arguments->scene;
     command->add_option("OUT", arguments->output, "The target image (.sal)")->required();
@@ -243,16 +336,44 @@ void addScene(CLI::App& app, Progress& progress, Action& action)
         {{"facetor-cli scene scene.sal", "writes a freshly started editor's scene"},
          {"facetor-cli scene dusk.sal --light 1,0.2,0 --light-color 31,20,10 --ambient 4,4,8",
           "orange light, bluish shadows"}});
-    command->callback([&action, &progress, arguments] {
-        action = [&progress, arguments] {
-            return runScene(arguments->scene, arguments->output, progress);
-        };
+    command->callback([&action, &run, arguments] {
+        action = [&run, arguments] { return runScene(run, arguments->scene, arguments->output); };
     });
+}
+
+/// Whether failures are to be in JSON also of a command line that cannot be parsed.
+bool asksForJson(int argumentCount, const char* const* arguments)
+{
+    const std::span<const char* const> words(arguments, static_cast<std::size_t>(argumentCount));
+    const auto end = std::find(words.begin(), words.end(), std::string_view("--"));
+    return std::find(words.begin(), end, std::string_view("--json")) != end;
+}
+
+/// What is wrong with a command line, in words.
+std::string describe(const CLI::App& app, const CLI::ParseError& error)
+{
+    const std::vector<CLI::App*> commands =
+        const_cast<CLI::App&>(app).get_subcommands(); // a list of pointers, nothing changes
+    const std::string level = commands.empty() ? "" : commands.front()->get_name() + ' ';
+    const std::string see = "; see facetor-cli " + level + "--help";
+    if (error.get_name() == "RequiredError") {
+        if (!commands.empty()) return error.what() + see;
+        const std::vector<std::string> words = app.remaining();
+        return (words.empty() ? "a command is missing"
+                              : "\"" + words.front() + "\" is no command") +
+               see;
+    }
+    if (error.get_name() == "ArgumentMismatch") {
+        const std::string what = error.what(); // "--size: 1 required WxH missing"
+        return what.substr(0, what.find(':')) + " needs a value behind it" + see;
+    }
+    return error.what();
 }
 
 int run(int argumentCount, const char* const* arguments)
 {
-    Progress progress = Progress::shown;
+    Run run;
+    if (asksForJson(argumentCount, arguments)) run.errors = ErrorFormat::json;
     Action action;
     CLI::App app("Facetor without windows: describes, checks, converts and renders its files",
                  "facetor-cli");
@@ -262,29 +383,24 @@ int run(int argumentCount, const char* const* arguments)
                       {"facetor-cli convert ship.mx3 ship.mdl", "a model as C source"},
                       {"facetor-cli render ship.mx3 ship.png --textures ship.mxt", "its picture"},
                       {"facetor-cli COMMAND --help", "what a command takes, with more examples"}});
-    addCommon(app, progress);
-    addInfo(app, progress, action);
-    addCheck(app, progress, action);
-    addConvert(app, progress, action);
-    addRender(app, progress, action);
-    addScene(app, progress, action);
+    addCommon(app, run);
+    addInfo(app, run, action);
+    addCheck(app, run, action);
+    addConvert(app, run, action);
+    addRender(app, run, action);
+    addScene(app, run, action);
     try {
         app.parse(argumentCount, arguments);
     } catch (const CLI::Success& answer) { // help or the version
         return app.exit(answer);
-    } catch (const CLI::RequiredError& error) {
-        const std::vector<CLI::App*> commands = app.get_subcommands();
-        if (!commands.empty())
-            return reportWrongCommandLine(std::string(error.what()) + "; see facetor-cli " +
-                                          commands.front()->get_name() + " --help");
-        const std::vector<std::string> words = app.remaining();
-        return reportWrongCommandLine(
-            (words.empty() ? "a command is missing" : "\"" + words.front() + "\" is no command") +
-            "; see facetor-cli --help");
     } catch (const CLI::ParseError& error) {
-        return reportWrongCommandLine(error.what());
+        return reportWrongCommandLine(run, describe(app, error));
     }
-    return action();
+    try {
+        return action();
+    } catch (const std::bad_alloc&) { // where nothing else reports it
+        return reportFailure(run, "facetor-cli", Message::outOfMemory);
+    }
 }
 
 } // namespace
@@ -295,7 +411,7 @@ int main(int argumentCount, char** arguments)
 {
     try {
         return facetor::run(argumentCount, arguments);
-    } catch (const std::exception& error) { // memory ran out where nothing reports it
+    } catch (const std::exception& error) {
         std::fprintf(stderr, "facetor-cli: %s\n", error.what());
         return facetor::exitFailed;
     }

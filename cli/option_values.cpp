@@ -39,11 +39,14 @@ std::optional<std::array<std::int32_t, 3>> parseIntegers(std::string_view text, 
 std::optional<std::int32_t> parseInteger(std::string_view text, std::int32_t least,
                                          std::int32_t most)
 {
-    std::int32_t value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc{} || end != text.data() + text.size() || value < least || value > most)
-        return std::nullopt;
-    return value;
+    const std::optional<std::int32_t> value = parseWhole(text);
+    return value && *value >= least && *value <= most ? value : std::nullopt;
+}
+
+std::optional<float> parsePositive(std::string_view text)
+{
+    const std::optional<float> value = parseFloat(text);
+    return value && *value > 0 ? value : std::nullopt;
 }
 
 std::optional<Vector3> parseVector(std::string_view text)
@@ -77,6 +80,16 @@ std::optional<ClientSize> parseSize(std::string_view text)
     const auto height = parseInteger(text.substr(cross + 1), 1, surfaceMaxHeight);
     if (!width || !height) return std::nullopt;
     return ClientSize{*width, *height};
+}
+
+std::optional<std::array<std::uint32_t, 2>> parseTextureSize(std::string_view text)
+{
+    const std::size_t cross = text.find('x');
+    if (cross == std::string_view::npos) return std::nullopt;
+    const auto width = parseInteger(text.substr(0, cross), 8, 256);
+    const auto height = parseInteger(text.substr(cross + 1), 1, 256);
+    if (!width || !height || *width % 8 != 0) return std::nullopt;
+    return {{static_cast<std::uint32_t>(*width), static_cast<std::uint32_t>(*height)}};
 }
 
 std::optional<Angle> parseViewAngle(std::string_view text)

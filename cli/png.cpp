@@ -1,6 +1,6 @@
 #include "png.h"
 
-#include "images/stb_image.h"
+#include "image/stb_image.h"
 
 namespace facetor {
 

@@ -1,14 +1,15 @@
 #include "commands.h"
 
-#include "base/file.h"
 #include "input_file.h"
 #include "model/model_file.h"
+#include "outputs.h"
 #include "png.h"
 #include "texture/texture_file.h"
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <utility>
 
 namespace facetor {
 
@@ -66,31 +67,44 @@ void drawRepeatedly(View& view, Engine& engine, const Model& model, const Render
     }
     line.clear();
     std::sort(durations.begin(), durations.end());
-    std::printf("frame: median %s us, min %s us, %s polygons drawn\n",
-                std::to_string(durations[durations.size() / 2]).c_str(),
-                std::to_string(durations.front()).c_str(),
-                std::to_string(engine.entryCount).c_str());
+    std::fprintf(
+        reportStream(options.output), "frame: median %s us, min %s us, %s polygons drawn\n",
+        std::to_string(durations[durations.size() / 2]).c_str(),
+        std::to_string(durations.front()).c_str(), std::to_string(engine.entryCount).c_str());
+}
+
+template <typename Store>
+Message readInto(Run& run, Store& store, const std::string& path, Reason& reason,
+                 Message (*read)(Store&, const ByteReader&, Reason*))
+{
+    InputSource source;
+    const std::optional<ByteReader> in = openInput(run, source, path, reason);
+    return in ? read(store, *in, &reason) : Message::cannotOpenFile;
 }
 
 } // namespace
 
-int runRender(const RenderOptions& options, Progress progress)
+int runRender(Run& run, const RenderOptions& options)
 {
+    if (const int status = checkOutputKind(run, options.output, "render", "png");
+        status != exitDone)
+        return status;
+    if (options.model == standardStream && options.textures == standardStream)
+        return reportWrongCommandLine(run, "render: the standard input holds one file only");
     Model model;
     TextureList textures;
     RunningEngine running;
     Engine& engine = running.engine;
     for (const Message message : {createModelStore(model), textures.create(), startEngine(engine)})
-        if (message != Message::none) return reportFailure(options.model, message);
+        if (message != Message::none) return reportFailure(run, options.model, message);
 
-    std::string reason;
-    if (const Message message = readModelFile(model, options.model, &reason);
-        message != Message::none)
-        return reportFailure(options.model, message, reason);
-    if (!options.textures.empty())
-        if (const Message message = readTextureFile(textures, options.textures, &reason);
-            message != Message::none)
-            return reportFailure(options.textures, message, reason);
+    Reason reason;
+    Message message = readInto(run, model, options.model, reason, readModel);
+    if (message != Message::none) return reportFailure(run, options.model, message, reason);
+    if (!options.textures.empty()) {
+        message = readInto(run, textures, options.textures, reason, readTextures);
+        if (message != Message::none) return reportFailure(run, options.textures, message, reason);
+    }
     engine.settings.textures = textures.slots();
     if (options.selectAll)
         for (std::uint32_t i = 0; i < model.totalPolygonCount; ++i)
@@ -99,19 +113,18 @@ int runRender(const RenderOptions& options, Progress progress)
     View view;
     placeView(view, engine, model, options);
     if (options.repeat > 0) {
-        drawRepeatedly(view, engine, model, options, progress);
+        drawRepeatedly(view, engine, model, options, run.progress);
         // Before the picture is written: a failed command writes none.
-        if (const int status = finishOutput(exitDone); status != exitDone) return status;
+        if (const int status = finishReport(run, reportStream(options.output), exitDone);
+            status != exitDone)
+            return status;
     } else {
         paintFrame(view, engine, model, options.size);
     }
 
-    const Bytes png = encodePng(engine.surface);
-    if (png.empty()) return reportFailure(options.output, Message::outOfMemory);
-    if (const Message message = writeFile(options.output, png); message != Message::none)
-        return reportFailure(options.output, message);
-    reportWritten(options.output, progress);
-    return exitDone;
+    Bytes png = encodePng(engine.surface);
+    if (png.empty()) return reportFailure(run, options.model, Message::outOfMemory);
+    return writeOutput(run, {options.output, std::move(png), {}});
 }
 
 } // namespace facetor

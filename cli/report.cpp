@@ -1,5 +1,10 @@
 #include "report.h"
 
+#include "base/file.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cerrno>
 #include <cstdio>
 #include <utility>
 
@@ -16,6 +21,15 @@ namespace {
 constexpr auto firstPause = std::chrono::milliseconds(500); // shorter work needs no line
 constexpr auto nextPause = std::chrono::milliseconds(100);  // more often nobody can read it
 
+using Json = nlohmann::ordered_json;
+
+void writeError(const Json& error)
+{
+    // Paths are bytes; what is no UTF-8 in them is shown by the replacement character.
+    const Json whole = {{"error", error}};
+    std::fputs((whole.dump(-1, ' ', false, Json::error_handler_t::replace) + '\n').c_str(), stderr);
+}
+
 bool errorsGoToTerminal()
 {
 #ifdef _WIN32
@@ -27,31 +41,39 @@ bool errorsGoToTerminal()
 
 } // namespace
 
-int reportFailure(const std::string& path, Message message, const std::string& reason)
+int reportFailure(const Run& run, const std::string& path, Message message, const Reason& reason,
+                  const std::string& detail)
 {
-    std::string line = "facetor-cli: " + path + ": ";
-    line += expandPlaceholders(catalogueText(message), {}, {});
-    if (!reason.empty()) line += " (" + reason + ")";
-    line += '\n';
-    std::fputs(line.c_str(), stderr);
+    const std::string name = path == standardStream ? "stdin" : path;
+    const std::string text = expandPlaceholders(catalogueText(message), detail, {});
+    if (run.errors == ErrorFormat::json) {
+        Json error = {{"path", name}, {"message", static_cast<int>(message)}, {"text", text}};
+        if (!reason.text.empty()) error["reason"] = reason.text;
+        if (reason.offset) error["offset"] = *reason.offset;
+        writeError(error);
+        return exitFailed;
+    }
+    std::string line = "facetor-cli: " + name + ": " + text;
+    if (!reason.text.empty()) line += " (" + reason.text + ")";
+    std::fputs((line + '\n').c_str(), stderr);
     return exitFailed;
 }
 
-int reportWrongCommandLine(const std::string& text)
+int reportWrongCommandLine(const Run& run, const std::string& text)
 {
-    std::fputs(("facetor-cli: " + text + '\n').c_str(), stderr);
+    if (run.errors == ErrorFormat::json)
+        writeError({{"message", nullptr}, {"text", text}});
+    else
+        std::fputs(("facetor-cli: " + text + '\n').c_str(), stderr);
     return exitWrongCommandLine;
 }
 
-int finishOutput(int status)
+int finishReport(const Run& run, std::FILE* stream, int status)
 {
-    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
-    return reportFailure("standard output", Message::cannotCreateFile);
-}
-
-void reportWritten(const std::string& path, Progress progress)
-{
-    if (progress == Progress::shown) std::printf("wrote %s\n", path.c_str());
+    errno = 0;
+    if (std::fflush(stream) == 0 && std::ferror(stream) == 0) return status;
+    return reportFailure(run, "standard output", Message::cannotCreateFile,
+                         {systemReason(errno != 0 ? errno : EIO), {}});
 }
 
 ProgressLine::ProgressLine(Progress progress, std::string work, std::size_t total)

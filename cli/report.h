@@ -1,9 +1,11 @@
 #pragma once
 
 #include "base/message.h"
+#include "run.h"
 
 #include <chrono>
 #include <cstddef>
+#include <cstdio>
 #include <string>
 
 namespace facetor {
@@ -13,22 +15,18 @@ inline constexpr int exitDone = 0;
 inline constexpr int exitFailed = 1;
 inline constexpr int exitWrongCommandLine = 2;
 
-/// How much a command says about work that goes well.
-enum class Progress { shown, silent };
-
 /// Writes "facetor-cli: PATH: TEXT" to the error stream, with " (reason)" behind it when there is
-/// one. Returns exitFailed.
-int reportFailure(const std::string& path, Message message, const std::string& reason = {});
+/// one, or the same as a JSON object. `detail` fills the message's placeholder. Returns exitFailed.
+int reportFailure(const Run& run, const std::string& path, Message message,
+                  const Reason& reason = {}, const std::string& detail = {});
 
-/// Writes "facetor-cli: TEXT" to the error stream. Returns exitWrongCommandLine.
-int reportWrongCommandLine(const std::string& text);
+/// Writes "facetor-cli: TEXT" to the error stream, or the same as a JSON object. Returns
+/// exitWrongCommandLine.
+int reportWrongCommandLine(const Run& run, const std::string& text);
 
 /// For commands whose result is what they print: `status`, or exitFailed after a line on the error
-/// stream when the standard output did not take all of it.
-int finishOutput(int status);
-
-/// Says that a file was written.
-void reportWritten(const std::string& path, Progress progress);
+/// stream when `stream` did not take all of it.
+int finishReport(const Run& run, std::FILE* stream, int status);
 
 /// A line on the terminal that counts the steps of long work and is gone at its end. It appears
 /// only where the error stream is a terminal and the work has already taken half a second.

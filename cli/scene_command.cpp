@@ -1,13 +1,14 @@
 #include "commands.h"
 
+#include "outputs.h"
+
 namespace facetor {
 
-int runScene(const SceneSettings& scene, const std::string& output, Progress progress)
+int runScene(Run& run, const SceneSettings& scene, const std::string& output)
 {
-    if (const Message message = writeSceneImage(scene, output); message != Message::none)
-        return reportFailure(output, message);
-    reportWritten(output, progress);
-    return exitDone;
+    if (const int status = checkOutputKind(run, output, "scene", "sal"); status != exitDone)
+        return status;
+    return writeOutput(run, {output, formatSceneImage(scene), {}});
 }
 
 } // namespace facetor

@@ -49,8 +49,8 @@ VIAddVersionKey FileVersion "${VERSION}"
 VIAddVersionKey ProductVersion "${VERSION}"
 VIAddVersionKey LegalCopyright "Copyright (c) 2026 The Facetor developers"
 
-!define MUI_ICON "src/resources/facetor.ico"
-!define MUI_UNICON "src/resources/facetor.ico"
+!define MUI_ICON "src/editor/resources/facetor.ico"
+!define MUI_UNICON "src/editor/resources/facetor.ico"
 !define MUI_WELCOMEFINISHPAGE_BITMAP "${ART}/side.bmp"
 !define MUI_WELCOMEFINISHPAGE_BITMAP_STRETCH AspectFitHeight
 !define MUI_HEADERIMAGE
@@ -109,7 +109,7 @@ VIAddVersionKey LegalCopyright "Copyright (c) 2026 The Facetor developers"
     ${Loop}
 !macroend
 
-; A type of file: how the Explorer shows and opens it. ICON is a number of src/resources/resource_ids.h.
+; A type of file: how the Explorer shows and opens it. ICON is a number of src/editor/resources/resource_ids.h.
 ; What the extension stood for before is kept, so that it can be given back.
 !macro AddFileType EXTENSION CLASS NAME ICON
     WriteRegStr HKCU "${CLASSES}\${CLASS}" "" "${NAME}"

@@ -2,6 +2,8 @@
 # file; every function works on one private prefix and never touches another one's processes.
 #
 #   wine_env_find            sets WINE_LOADER to the installed wine; fails when there is none
+#   wine_env_has_32          whether it runs 32-bit programs: Wine's experimental way without wine32
+#                            does not count
 #   wine_env_prefix [DIR]    makes the prefix once (DIR, else build/wine-prefix) and exports what
 #                            its programs need; later calls only check that it is complete, and
 #                            set up anew one of another Wine or of an older wine_env_settings
@@ -11,6 +13,8 @@
 #                            runs the program; fails when it does not write the file PROOF anew,
 #                            because wine exits with 0 even if a program crashed while it started
 #   wine_env_stop            ends this prefix's wineserver and the Xvfb that was started
+#   wine_env_japanese        makes the programs of this shell those of a Japanese user; fails where
+#                            the system has no source of that locale
 #   wine_env_path FILE       the file's name as Windows programs take it
 #
 # A program's exit status is that of wine_env_run; 124 means that it took longer than SECONDS.
@@ -18,7 +22,9 @@
 wine_env_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 wine_env_xvfb=
 # What wine_env_prefix sets up; goes up by one with each change of it.
-wine_env_settings=3
+wine_env_settings=5
+
+wine_env_japanese_font=/usr/share/fonts/opentype/ipafont-gothic/ipagp.ttf
 
 wine_env_find() {
     local candidate
@@ -42,13 +48,20 @@ wine_env_find() {
     export WINESERVER=$WINE_SERVER
 }
 
+wine_env_has_32() {
+    [ "$(dpkg-query -W -f='${db:Status-Status}' wine32:i386 2>/dev/null)" = installed ]
+}
+
 wine_env_prefix() {
     wine_env_find || return
     export WINEPREFIX=${1:-$wine_env_root/build/wine-prefix}
     export WINEDLLOVERRIDES="mscoree,mshtml=" WINEDEBUG=-all
     export LC_ALL=C.UTF-8 # with C, names outside ASCII cannot be opened
-    local ready
-    ready="settings $wine_env_settings, $("$WINE_LOADER" --version 2>/dev/null)"
+    export WINEARCH=win64 # of the prefix: such a one runs both kinds of programs
+    local ready bits=64
+    wine_env_has_32 && bits="32 and 64"
+    ready="settings $wine_env_settings, $("$WINE_LOADER" --version 2>/dev/null), $bits bits"
+    [ -e "$wine_env_japanese_font" ] && ready+=", a Japanese font"
     [ "$(cat "$WINEPREFIX/facetor-ready" 2>/dev/null)" = "$ready" ] && return 0
     echo "Making the Wine prefix $WINEPREFIX (once, about 15 s)" >&2
     mkdir -p "$WINEPREFIX/drive_c/windows/Fonts"
@@ -70,6 +83,15 @@ wine_env_prefix() {
             "HKCU\\Software\\Wine\\AppDefaults\\$program.exe\\X11 Driver" /v Managed /d N /f \
             >/dev/null 2>&1 || return 1
     done
+    # Without Wine's own browser the kind of file is known, but not that the manual's pages are of it.
+    DISPLAY= "$WINE_LOADER" reg add 'HKLM\Software\Classes\.html' /ve /d htmlfile /f \
+        >/dev/null 2>&1 || return 1
+    # The font that Windows has for Japanese windows, under its name.
+    if [ -e "$wine_env_japanese_font" ]; then
+        ln -sf "$wine_env_japanese_font" "$WINEPREFIX/drive_c/windows/Fonts/" || return
+        DISPLAY= "$WINE_LOADER" reg add 'HKCU\Software\Wine\Fonts\Replacements' /v "MS UI Gothic" \
+            /d IPAPGothic /f >/dev/null 2>&1 || return 1
+    fi
     "$WINE_SERVER" -w
     echo "$ready" >"$WINEPREFIX/facetor-ready"
 }
@@ -104,6 +126,14 @@ wine_env_run() {
         [ "$status" -ne 0 ] || status=1
     fi
     return "$status"
+}
+
+wine_env_japanese() {
+    local locale=$wine_env_root/build/locale/ja_JP.UTF-8
+    # A locale of our own: the system's list of locales is its owner's business.
+    [ -e "$locale/LC_CTYPE" ] ||
+        { mkdir -p "${locale%/*}" && localedef -i ja_JP -f UTF-8 "$locale"; } >/dev/null 2>&1 || return
+    export LOCPATH=${locale%/*} LC_ALL=ja_JP.UTF-8 2>/dev/null
 }
 
 wine_env_stop() {

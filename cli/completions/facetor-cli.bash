@@ -5,7 +5,8 @@
 _facetor_cli() {
     local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command= i
     local commands="info check convert render scene"
-    local common="--help --version --quiet"
+    local common="--help --version --quiet --json"
+    local output="--to --if-changed --depfile"
     local light="--light --light-color --ambient --background --angle"
     COMPREPLY=()
     for ((i = 1; i < COMP_CWORD; i++)); do
@@ -24,6 +25,14 @@ _facetor_cli() {
         _facetor_cli_files "$word" mxt
         return
         ;;
+    --to)
+        COMPREPLY=($(compgen -W "mx3 mxt mdl txr sal png" -- "$word"))
+        return
+        ;;
+    --depfile)
+        _facetor_cli_files "$word" d
+        return
+        ;;
     --view)
         COMPREPLY=($(compgen -W "forward back left right top bottom" -- "$word"))
         return
@@ -32,11 +41,27 @@ _facetor_cli() {
         COMPREPLY=($(compgen -W "full flat wire" -- "$word"))
         return
         ;;
+    --into)
+        _facetor_cli_files "$word" mxt
+        return
+        ;;
+    --onto)
+        _facetor_cli_files "$word" mx3
+        return
+        ;;
+    --dither)
+        COMPREPLY=($(compgen -W "none ordered diffuse" -- "$word"))
+        return
+        ;;
+    --up)
+        COMPREPLY=($(compgen -W "y z" -- "$word"))
+        return
+        ;;
     --select)
         COMPREPLY=($(compgen -W "all none" -- "$word"))
         return
         ;;
-    --scale | --size | --camera | --rotate | --view-scale | --angle | --light | --light-color | \
+    --scale | --max-texture | --first | --transparent | --size | --camera | --rotate | --view-scale | --angle | --light | --light-color | \
         --ambient | --background | --picked | --repeat)
         return # a number
         ;;
@@ -44,13 +69,12 @@ _facetor_cli() {
 
     if [[ $word == -* ]]; then
         case $command in
-        info) common+=" --json" ;;
-        convert) common+=" --scale" ;;
+        convert) common+=" --scale --up --keep-triangles --textures --max-texture --dither --onto --fit --first --numbered --transparent --into --c-names $output" ;;
         render)
             common+=" --textures --size --no-fit --camera --rotate --view --view-scale --parallel"
-            common+=" --draw --picked --select --repeat $light"
+            common+=" --draw --picked --select --repeat $light $output"
             ;;
-        scene) common+=" $light" ;;
+        scene) common+=" $light $output" ;;
         esac
         COMPREPLY=($(compgen -W "$common" -- "$word"))
         return
@@ -59,7 +83,7 @@ _facetor_cli() {
     case $command in
     "") COMPREPLY=($(compgen -W "$commands" -- "$word")) ;;
     info | check) _facetor_cli_files "$word" mx3 mxt sal ;;
-    convert) _facetor_cli_files "$word" mx3 mxt mdl txr sal ;;
+    convert) _facetor_cli_files "$word" mx3 mxt mdl txr sal obj gltf glb png bmp tga jpg jpeg gif ;;
     render) _facetor_cli_files "$word" mx3 png ;;
     scene) _facetor_cli_files "$word" sal ;;
     esac

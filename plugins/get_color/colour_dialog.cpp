@@ -2,7 +2,7 @@
 
 #include "get_color/colour_part_window.h"
 #include "get_color/control_ids.h"
-#include "ui/handles_win.h"
+#include "ui/handles.h"
 
 #include <windows.h>
 

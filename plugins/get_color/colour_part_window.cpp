@@ -1,6 +1,6 @@
 #include "get_color/colour_part_window.h"
 
-#include "ui/handles_win.h"
+#include "ui/handles.h"
 
 #include <windowsx.h>
 

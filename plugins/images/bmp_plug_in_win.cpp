@@ -1,4 +1,4 @@
-#include "images/bmp_codec.h"
+#include "image/bmp_codec.h"
 #include "images/plug_in_codec.h"
 
 namespace facetor {

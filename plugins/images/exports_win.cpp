@@ -2,8 +2,8 @@
 // receives its own module first, which none needs.
 
 #include "base/file.h"
+#include "image/bitmap_conversion.h"
 #include "images/plug_in_codec.h"
-#include "texture/bitmap_conversion.h"
 
 #include <windows.h>
 
@@ -14,28 +14,28 @@ namespace {
 
 using namespace facetor;
 
-/// The file that was looked at last. It is kept from one call to the next, so that size, depth and
-/// pixels are of one and the same file whatever happens to it meanwhile: the caller has made its
-/// buffer by what it was told first.
-struct KeptFile {
+/// What was told last, and of which file: the caller makes its buffer by it. Not the file's bytes,
+/// which would stay in memory as long as the library.
+struct Told {
     std::string path;
-    Bytes bytes;
     std::optional<ImageInfo> info;
 };
-KeptFile kept;
+Told told;
 
-enum class Freshness { readAgain, asKept };
-
-const KeptFile& fileOf(const char* path, Freshness freshness)
+/// Looks at a file anew.
+Bytes lookAt(const char* path)
 {
-    if (freshness == Freshness::asKept && kept.path == path) return kept;
-    kept = {};
+    told = {};
     std::optional<Bytes> bytes = readFile(path, largestImageFile);
-    if (!bytes) return kept;
-    kept.path = path;
-    kept.bytes = std::move(*bytes);
-    kept.info = plugInCodec.info(kept.bytes);
-    return kept;
+    if (!bytes) return {};
+    told = {path, plugInCodec.info(*bytes)};
+    return std::move(*bytes);
+}
+
+const std::optional<ImageInfo>& infoOf(const char* path)
+{
+    if (told.path != path) (void)lookAt(path);
+    return told.info;
 }
 
 /// No exception leaves the module: memory may be short.
@@ -54,17 +54,21 @@ extern "C" {
 
 int WINAPI scvCheckFileFormat(HINSTANCE, const char* path)
 {
-    return guarded(0, [&] { return path && fileOf(path, Freshness::readAgain).info ? 1 : 0; });
+    return guarded(0, [&] {
+        if (!path) return 0;
+        (void)lookAt(path);
+        return told.info ? 1 : 0;
+    });
 }
 
 int WINAPI scvGetFileImageSize(HINSTANCE, const char* path, INT32* width, INT32* height)
 {
     return guarded(1, [&] {
         if (!path || !width || !height) return 1;
-        const KeptFile& file = fileOf(path, Freshness::asKept);
-        *width = file.info ? static_cast<INT32>(file.info->width) : 0;
-        *height = file.info ? static_cast<INT32>(file.info->height) : 0;
-        return file.info ? 0 : 1;
+        const auto& info = infoOf(path);
+        *width = info ? static_cast<INT32>(info->width) : 0;
+        *height = info ? static_cast<INT32>(info->height) : 0;
+        return info ? 0 : 1;
     });
 }
 
@@ -72,8 +76,8 @@ int WINAPI scvGetFileImageDepth(HINSTANCE, const char* path)
 {
     return guarded(0, [&] {
         if (!path) return 0;
-        const KeptFile& file = fileOf(path, Freshness::asKept);
-        return file.info ? file.info->depth : 0;
+        const auto& info = infoOf(path);
+        return info ? info->depth : 0;
     });
 }
 
@@ -81,11 +85,13 @@ int WINAPI scvGetFileImageBits(HINSTANCE, const char* path, void* buffer)
 {
     return guarded(1, [&] {
         if (!path || !buffer) return 1;
-        const KeptFile& file = fileOf(path, Freshness::asKept);
-        if (!file.info || !isDecodable(*file.info)) return 1;
-        const auto [width, height, depth] = *file.info;
+        const std::optional<ImageInfo> before = infoOf(path);
+        const Bytes file = lookAt(path);
+        // It may be another file by now, for which the buffer is too small.
+        if (!before || told.info != before || !isDecodable(*before)) return 1;
+        const auto [width, height, depth] = *before;
         const std::span to(static_cast<std::byte*>(buffer), imageBufferSize(width, height, depth));
-        return plugInCodec.decode(file.bytes, to) ? 0 : 1;
+        return plugInCodec.decode(file, to) ? 0 : 1;
     });
 }
 

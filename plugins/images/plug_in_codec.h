@@ -1,6 +1,6 @@
 #pragma once
 
-#include "images/image_codec.h"
+#include "image/image_codec.h"
 
 namespace facetor {
 

@@ -1,5 +1,5 @@
+#include "image/png_codec.h"
 #include "images/plug_in_codec.h"
-#include "images/png_codec.h"
 
 namespace facetor {
 

@@ -1,6 +1,6 @@
 #include "images/system_codec_win.h"
 
-#include "images/rgba.h"
+#include "image/rgba.h"
 
 #include <windows.h>
 
@@ -42,12 +42,6 @@ template <typename Interface, typename Create> Com<Interface> made(const Create&
     return SUCCEEDED(create(&object)) ? Com<Interface>(object) : nullptr;
 }
 
-bool isReadKind(const GUID& kind)
-{
-    return kind == GUID_ContainerFormatJpeg || kind == GUID_ContainerFormatGif ||
-           kind == GUID_ContainerFormatTiff;
-}
-
 /// A file's first image. Each of the parts works through those before it, so they are released in
 /// the reverse order; the stream reads the file's bytes where they are.
 struct OpenImage {
@@ -58,7 +52,7 @@ struct OpenImage {
     UINT width = 0, height = 0;
 };
 
-OpenImage openImage(std::span<const std::byte> file)
+OpenImage openImage(std::span<const std::byte> file, const GUID& kind)
 {
     OpenImage image;
     if (file.size() > largestImageFile) return image;
@@ -78,8 +72,8 @@ OpenImage openImage(std::span<const std::byte> file)
         return image.factory->CreateDecoderFromStream(image.stream.get(), nullptr,
                                                       WICDecodeMetadataCacheOnDemand, to);
     });
-    GUID kind{};
-    if (!image.decoder || FAILED(image.decoder->GetContainerFormat(&kind)) || !isReadKind(kind))
+    GUID found{};
+    if (!image.decoder || FAILED(image.decoder->GetContainerFormat(&found)) || found != kind)
         return image;
     auto frame = made<IWICBitmapFrameDecode>(
         [&](IWICBitmapFrameDecode** to) { return image.decoder->GetFrame(0, to); });
@@ -89,18 +83,19 @@ OpenImage openImage(std::span<const std::byte> file)
     return image;
 }
 
-std::optional<ImageInfo> systemInfo(std::span<const std::byte> file)
+template <const GUID& kind> std::optional<ImageInfo> systemInfo(std::span<const std::byte> file)
 {
     const ComScope scope;
-    const OpenImage image = openImage(file);
+    const OpenImage image = openImage(file, kind);
     if (!image.frame) return std::nullopt;
     return ImageInfo{image.width, image.height, 32};
 }
 
+template <const GUID& kind>
 bool decodeWithSystem(std::span<const std::byte> file, std::span<std::byte> buffer)
 {
     const ComScope scope;
-    const OpenImage image = openImage(file);
+    const OpenImage image = openImage(file, kind);
     if (!image.frame || !isDecodable({image.width, image.height, 32})) return false;
     const auto converter = made<IWICFormatConverter>(
         [&](IWICFormatConverter** to) { return image.factory->CreateFormatConverter(to); });
@@ -122,6 +117,11 @@ bool decodeWithSystem(std::span<const std::byte> file, std::span<std::byte> buff
 
 } // namespace
 
-const ImageCodec systemCodec{systemInfo, decodeWithSystem, nullptr};
+const ImageCodec jpegCodec{systemInfo<GUID_ContainerFormatJpeg>,
+                           decodeWithSystem<GUID_ContainerFormatJpeg>, nullptr};
+const ImageCodec gifCodec{systemInfo<GUID_ContainerFormatGif>,
+                          decodeWithSystem<GUID_ContainerFormatGif>, nullptr};
+const ImageCodec tiffCodec{systemInfo<GUID_ContainerFormatTiff>,
+                           decodeWithSystem<GUID_ContainerFormatTiff>, nullptr};
 
 } // namespace facetor

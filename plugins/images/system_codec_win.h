@@ -1,11 +1,14 @@
 #pragma once
 
-#include "images/image_codec.h"
+#include "image/image_codec.h"
 
 namespace facetor {
 
-/// JPEG, GIF and TIFF, read by the system's imaging component; of several images in a file, the
-/// first. One with transparent pixels arrives like a PNG, any other with its colours as they are.
-extern const ImageCodec systemCodec;
+// Kinds of file that the system's imaging component reads; of several images in a file, the first.
+// One with transparent pixels arrives like a PNG, any other with its colours as they are.
+
+extern const ImageCodec jpegCodec;
+extern const ImageCodec gifCodec;
+extern const ImageCodec tiffCodec;
 
 } // namespace facetor

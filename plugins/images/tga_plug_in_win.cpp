@@ -1,5 +1,5 @@
+#include "image/tga_codec.h"
 #include "images/plug_in_codec.h"
-#include "images/tga_codec.h"
 
 namespace facetor {
 

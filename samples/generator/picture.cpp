@@ -103,7 +103,7 @@ void Picture::number(int x, int y, int size, std::string_view digits, Rgb555 col
 
 Message Picture::store(TextureList& list, std::uint32_t slot) const
 {
-    PageArray<Rgb555> pixels;
+    Texels pixels;
     if (!pixels.allocate(texels_.size())) return Message::outOfMemory;
     std::copy(texels_.begin(), texels_.end(), pixels.begin());
     list.set(slot, static_cast<std::uint16_t>(width_), static_cast<std::uint16_t>(height_),

@@ -1,6 +1,6 @@
 #include "attr/polygon_edits.h"
 
-#include "attr/model_snapshot.h"
+#include "document/model_edit.h"
 
 #include <gtest/gtest.h>
 
@@ -102,46 +102,6 @@ TEST(PolygonEdits, GouraudTablesAreTheLightOfTheCornersUnderTheCamera)
     model->attributes[0].flags |= useLight;
     buildGouraudTable(*model, stack, light);
     EXPECT_EQ(model->gouraud[0].color[0], opaqueBit | rgb555(4, 4, 4));
-}
-
-TEST(ModelSnapshot, UndoExchangesWhatItsKindHoldsAndOnlyThat)
-{
-    constexpr unsigned polygons = 1, attributes = 2, normals = 4, gouraud = 8;
-    const std::pair<ModelEdit, unsigned> cases[] = {
-        {ModelEdit::attributes, attributes},
-        {ModelEdit::rotateVertices, polygons | attributes},
-        {ModelEdit::invertSurface, polygons | attributes | normals},
-        {ModelEdit::gouraudTable, attributes | gouraud},
-    };
-    for (const auto& [edit, held] : cases) {
-        SCOPED_TRACE(static_cast<std::uint32_t>(edit));
-        const auto model = cubeWithPicked({});
-        UndoSlot slot;
-        ASSERT_EQ(rememberModel(slot, *model, edit), Message::none);
-        const auto change = [&] { // the last of each pool
-            model->polygons[5].corner[3] ^= 1;
-            model->attributes[5].color ^= 1;
-            model->vertexNormals[7].z *= -1;
-            model->gouraud[5].color[3] ^= 1;
-        };
-        const auto changed = [&] {
-            const auto fresh = cubeWithPicked({});
-            return (model->polygons[5].corner != fresh->polygons[5].corner ? polygons : 0u) |
-                   (model->attributes[5].color != fresh->attributes[5].color ? attributes : 0u) |
-                   (model->vertexNormals[7].z != fresh->vertexNormals[7].z ? normals : 0u) |
-                   (model->gouraud[5].color != fresh->gouraud[5].color ? gouraud : 0u);
-        };
-        constexpr unsigned all = polygons | attributes | normals | gouraud;
-        change();
-        EXPECT_EQ(undoModelEdit(slot, *model), Message::none);
-        EXPECT_EQ(changed(), all & ~held);
-        EXPECT_EQ(undoModelEdit(slot, *model), Message::none);
-        EXPECT_EQ(changed(), all);
-        model->totalPolygonCount = 5;
-        EXPECT_EQ(undoModelEdit(slot, *model), Message::outOfUndoMemory);
-    }
-    UndoSlot other{.kind = tag("TXED"), .block = Bytes(4)};
-    EXPECT_EQ(undoModelEdit(other, *cubeWithPicked({})), Message::none);
 }
 
 } // namespace

@@ -1,13 +1,9 @@
 #include "attr/working_attribute.h"
 
-#include "resources/resource_ids.h"
-
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace facetor {
 namespace {
@@ -34,30 +30,16 @@ TEST(WorkingAttribute, APageChangesItsOwnBitsOfPickedPolygonsAndNoOthers)
     }
 }
 
-TEST(WorkingAttribute, OneRadioButtonOfAGroupIsCheckedWhateverAFileHolds)
+TEST(WorkingAttribute, ATextureNumberIsADecimalOf16Bits)
 {
-    const std::pair<WorkingAttribute, std::vector<int>> rows[] = {
-        {{}, {1094, 1015, 1024, 1022}},
-        {{.plane = 1, .sort = 1, .flags = 0x38 | 0xE00}, {1095, 1016, 1025, 1023}},
-        {{.plane = 2, .sort = 2, .flags = 0x18 | 0xC00}, {1096, 1017, 1026, 1022}},
-        {{.plane = 3, .sort = 3, .flags = 0x800}, {1094, 1018, 1024, 1022}},
-    };
-    for (const auto& [working, expected] : rows)
-        for (const int control :
-             {1094, 1095, 1096, 1015, 1016, 1017, 1018, 1024, 1025, 1026, 1022, 1023})
-            EXPECT_EQ(isButtonChecked(working, control), std::ranges::count(expected, control) == 1)
-                << control;
-    WorkingAttribute working{.flags = 0xFFFFFFFF};
-    EXPECT_TRUE(setButton(working, IDC_ATTRIBUTE_POLYGON, true));
-    EXPECT_TRUE(setButton(working, IDC_ATTRIBUTE_REPLACE, true));
-    EXPECT_EQ(working.flags, ~(0x28u | 0xE00u)) << "every other one of the group is cleared";
-}
-
-TEST(WorkingAttribute, ATextureNumberIsASlotInDecimal)
-{
-    for (const auto& [text, number] : {std::pair("0", 0), {" 0012 ", 12}, {"4095", 4095}})
+    for (const auto& [text, number] : {std::pair("0", 0),
+                                       {" 0012 ", 12},
+                                       {"4096", 4096},
+                                       {"-1", 65535},
+                                       {"-32768", 32768},
+                                       {"65535", 65535}})
         EXPECT_EQ(parseTextureNumber(text), number);
-    for (const std::string text : {"4096", "-1", "65536", "4294967297", "", "  ", "x", "1x", "1 2",
+    for (const std::string text : {"65536", "-32769", "4294967297", "", "  ", "x", "1x", "1 2",
                                    "1.5", "0x10", "99999999999999999999999999999999999999999"})
         EXPECT_FALSE(parseTextureNumber(text)) << text;
 }

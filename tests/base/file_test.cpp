@@ -1,13 +1,18 @@
 #include "base/file.h"
 
+#include "base/file_window.h"
 #include "base/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <string_view>
 
 #ifndef _WIN32
+#include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 #endif
 
@@ -41,76 +46,60 @@ TEST(File, AFileOfSeveralReadStepsIsReadWhole)
         bytes.resize(size);
         ASSERT_EQ(writeFile(folder.file("big"), bytes), Message::none);
         EXPECT_TRUE(readFile(folder.file("big")) == bytes) << size;
+
+        FileWindow file;
+        ASSERT_TRUE(file.open(folder.file("big")));
+        ByteReader in(file);
+        const std::size_t parts[] = {5, 256 * 1024 - 7, size - 256 * 1024 + 2};
+        for (std::size_t i = 0, at = 0; i < std::size(parts); at += parts[i++]) {
+            EXPECT_EQ(in.offset(), at);
+            const std::span<const std::byte> expected = std::span(bytes).subspan(at, parts[i]);
+            EXPECT_TRUE(std::ranges::equal(in.peek(2), expected.first(2)));
+            if (i == 1) // passed over, with the window moving on
+                in.skip(parts[i]);
+            else
+                EXPECT_TRUE(std::ranges::equal(in.take(parts[i]), expected));
+        }
+        EXPECT_EQ(in.left(), 0u);
+        EXPECT_TRUE(in.peek(1).empty() && in.ok());
+        EXPECT_TRUE(in.take(1).empty() && !in.ok());
     }
 }
 
-TEST(File, WhatIsNoRegularFileCannotBeRead)
+TEST(File, WhatARunThatWasEndedLeftIsRemovedAndNothingElse)
 {
     const TemporaryFolder folder;
-    EXPECT_FALSE(readFile(folder.file("missing")).has_value());
-    EXPECT_FALSE(readFile(folder.path().string()).has_value());
-    EXPECT_FALSE(readFile("").has_value());
-    EXPECT_FALSE(readFileStart(folder.file("missing"), 4).has_value());
-    EXPECT_FALSE(readFileStart(folder.path().string(), 4).has_value());
-}
-
-TEST(File, AFolderIsNotReplaced)
-{
-    const TemporaryFolder folder;
-    const std::string target = folder.file("folder");
-    std::filesystem::create_directory(target);
-    EXPECT_EQ(writeFile(target, bytesOf("x")), Message::cannotCreateFile);
-    EXPECT_TRUE(std::filesystem::is_directory(target));
-    EXPECT_EQ(folder.entryCount(), 1u);
-}
-
-TEST(File, ANameThatIsTakenBesideTheTargetIsLeftAlone)
-{
-    const TemporaryFolder folder;
-    ASSERT_EQ(writeFile(folder.file("a.new0"), bytesOf("somebody's")), Message::none);
+    const std::string left = ".facetor-0123456789abcdef";
+    const std::string others[] = {left + "0", ".facetor-0123456789abcdeg", "x" + left, "a.new0"};
+    for (const std::string& name : others) std::ofstream(folder.file(name)) << name;
+    std::ofstream(folder.file(left)) << "half a mod";
     ASSERT_EQ(writeFile(folder.file("a"), bytesOf("new")), Message::none);
-    EXPECT_EQ(readFile(folder.file("a.new0")), bytesOf("somebody's"));
-    EXPECT_EQ(readFile(folder.file("a")), bytesOf("new"));
-    EXPECT_EQ(folder.entryCount(), 2u);
+    EXPECT_FALSE(std::filesystem::exists(folder.file(left)));
+    for (const std::string& name : others) EXPECT_EQ(readFile(folder.file(name)), bytesOf(name));
+    EXPECT_EQ(folder.entryCount(), std::size(others) + 1);
 }
 
 #ifndef _WIN32
 
+TEST(File, WhatARunningProcessWritesIsNotRemoved)
+{
+    const TemporaryFolder folder;
+    const std::string busy = folder.file(".facetor-0123456789abcdef");
+    const int descriptor = open(busy.c_str(), O_WRONLY | O_CREAT, 0600);
+    ASSERT_EQ(flock(descriptor, LOCK_EX), 0);
+    ASSERT_EQ(writeFile(folder.file("a"), bytesOf("new")), Message::none);
+    EXPECT_TRUE(std::filesystem::exists(busy));
+    close(descriptor);
+}
+
 TEST(File, AFullDeviceIsReportedAndStaysADevice)
 {
     ASSERT_TRUE(std::filesystem::is_character_file("/dev/full"));
-    EXPECT_EQ(writeFile("/dev/full", bytesOf("x")), Message::cannotCreateFile);
+    std::string reason;
+    EXPECT_EQ(writeFile("/dev/full", bytesOf("x"), &reason), Message::cannotCreateFile);
+    EXPECT_EQ(reason, "disk full");
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
     EXPECT_FALSE(readFile("/dev/full").has_value());
-}
-
-TEST(File, APipeBehindALinkIsWrittenTo)
-{
-    int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
-    EXPECT_EQ(writeFile("/dev/fd/" + std::to_string(ends[1]), bytesOf("x")), Message::none);
-    close(ends[1]);
-    char received = 0;
-    EXPECT_EQ(read(ends[0], &received, 1), 1);
-    EXPECT_EQ(received, 'x');
-    close(ends[0]);
-}
-
-TEST(File, AFolderThatTakesNoFilesKeepsTheOldContents)
-{
-    // The process file system refuses new names also where the tests run as root.
-    EXPECT_EQ(writeFile("/proc/facetor.mx3", bytesOf("x")), Message::cannotCreateFile);
-    EXPECT_FALSE(std::filesystem::exists("/proc/facetor.mx3"));
-}
-
-TEST(File, SavingThroughALinkKeepsTheLink)
-{
-    const TemporaryFolder folder;
-    ASSERT_EQ(writeFile(folder.file("real"), bytesOf("old")), Message::none);
-    std::filesystem::create_symlink("real", folder.file("link"));
-    ASSERT_EQ(writeFile(folder.file("link"), bytesOf("new")), Message::none);
-    EXPECT_TRUE(std::filesystem::is_symlink(folder.file("link")));
-    EXPECT_EQ(readFile(folder.file("real")), bytesOf("new"));
 }
 
 TEST(File, ALinkMayLeadThroughOthersToAFileThatIsNotThereYet)

@@ -21,10 +21,26 @@ TEST(MessageCatalogue, TextsStandExactlyAsTheyAreSpelled)
                                  " Save changes before doing?");
 }
 
-TEST(MessageCatalogue, HoldsEveryMessageFrom16To41AndNothingBeyond)
+TEST(MessageCatalogue, JapaneseTextsHaveTheirPlaceholdersAndRoom)
 {
-    for (int number = 16; number <= 41; ++number) EXPECT_FALSE(catalogueText(number).empty());
-    for (const int number : {-1, 0, 15, 42, 100000}) EXPECT_TRUE(catalogueText(number).empty());
+    struct Row {
+        std::string_view english, japanese;
+        std::size_t room; // bytes
+    };
+    const Row rows[] = {
+#define FACETOR_MESSAGE(number, name, english, japanese) {english, japanese, 255},
+#define FACETOR_WORD(number, name, english, japanese) {english, japanese, 79},
+#include "base/messages.inc"
+#undef FACETOR_MESSAGE
+#undef FACETOR_WORD
+    };
+    for (const auto& [english, japanese, room] : rows) {
+        SCOPED_TRACE(english);
+        EXPECT_FALSE(japanese.empty());
+        EXPECT_LE(japanese.size(), room);
+        for (const std::string_view mark : {"^1", "^2", "(Ctrl+", "(Del)"})
+            EXPECT_EQ(english.find(mark) < english.size(), japanese.find(mark) < japanese.size());
+    }
 }
 
 TEST(Placeholders, AreReplacedByTheTwoTexts)

@@ -9,9 +9,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
-#include <csignal>
-#include <cstdlib>
 #include <fstream>
 #include <optional>
 #include <sstream>
@@ -44,29 +41,18 @@ std::optional<pid_t> start(const std::vector<std::string>& arguments,
     return spawned == 0 ? std::optional(process) : std::nullopt;
 }
 
-/// What is written to the other end of a terminal until it is closed or has had `last`.
-std::string readTerminal(int terminal, const std::string& last)
-{
-    std::string seen;
-    std::array<char, 4096> part{};
-    ssize_t length = 0;
-    // A terminal that nobody holds open any more fails with EIO.
-    while ((length = read(terminal, part.data(), part.size())) > 0) {
-        seen.append(part.data(), static_cast<std::size_t>(length));
-        if (!last.empty() && seen.find(last) != std::string::npos) break;
-    }
-    return seen;
-}
-
 } // namespace
 
-ProgramRun runProgram(const std::vector<std::string>& arguments, const std::string& output)
+ProgramRun runProgram(const std::vector<std::string>& arguments, const std::string& output,
+                      const std::string& input)
 {
     const TemporaryFolder folder;
     const std::string kept = folder.file("output"), errors = folder.file("errors");
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     const int flags = O_WRONLY | O_CREAT | O_TRUNC;
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO,
+                                     input.empty() ? "/dev/null" : input.c_str(), O_RDONLY, 0);
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO,
                                      (output.empty() ? kept : output).c_str(), flags, 0600);
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errors.c_str(), flags, 0600);
@@ -75,29 +61,6 @@ ProgramRun runProgram(const std::vector<std::string>& arguments, const std::stri
     if (process) waitpid(*process, &status, 0);
     return {process && WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentsOf(kept),
             contentsOf(errors)};
-}
-
-std::string errorsOnTerminal(const std::vector<std::string>& arguments, const std::string& last)
-{
-    const int terminal = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
-    if (terminal < 0 || grantpt(terminal) != 0 || unlockpt(terminal) != 0) {
-        ADD_FAILURE() << "there is no terminal to be had";
-        return {};
-    }
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, ptsname(terminal),
-                                     O_WRONLY | O_NOCTTY, 0);
-    const std::optional<pid_t> process = start(arguments, actions);
-    std::string seen;
-    if (process) {
-        seen = readTerminal(terminal, last);
-        if (!last.empty()) kill(*process, SIGKILL);
-        waitpid(*process, nullptr, 0);
-    }
-    close(terminal);
-    return seen;
 }
 
 } // namespace facetor

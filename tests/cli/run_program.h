@@ -13,11 +13,8 @@ struct ProgramRun {
 };
 
 /// Runs the built facetor-cli with these arguments and waits for its end. Its output goes to the
-/// file `output`, where one is named, and is none then.
-ProgramRun runProgram(const std::vector<std::string>& arguments, const std::string& output = {});
-
-/// Runs it with a terminal as its error stream until it ends or has written `last` there, where
-/// that is not empty; then it is ended. Returns what it wrote to the terminal.
-std::string errorsOnTerminal(const std::vector<std::string>& arguments, const std::string& last);
+/// file `output`, where one is named, and is none then; its standard input is the file `input`.
+ProgramRun runProgram(const std::vector<std::string>& arguments, const std::string& output = {},
+                      const std::string& input = {});
 
 } // namespace facetor

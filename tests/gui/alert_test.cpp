@@ -1,7 +1,7 @@
-#include "ui/alert_win.h"
+#include "ui/alert.h"
 
-#include "gui/running_editor.h"
-#include "ui/window_data_win.h"
+#include "driver/running_editor.h"
+#include "ui/window_data.h"
 
 #include <gtest/gtest.h>
 
@@ -17,8 +17,8 @@ namespace {
 TEST(Alert, ResourceCatalogueHoldsTheTextsOfTheCodesCatalogue)
 {
     constexpr int numbers[] = {
-#define FACETOR_MESSAGE(number, name, text) number,
-#define FACETOR_WORD(number, name, text) number,
+#define FACETOR_MESSAGE(number, name, english, japanese) number,
+#define FACETOR_WORD(number, name, english, japanese) number,
 #include "base/messages.inc"
 #undef FACETOR_MESSAGE
 #undef FACETOR_WORD
@@ -81,26 +81,6 @@ TEST(Alert, HidesTheOwnersPopupsThatWereShown)
     EXPECT_TRUE(waitUntil([&] { return IsWindowVisible(popups[0]) != FALSE; }));
     EXPECT_FALSE(IsWindowVisible(popups[1])) << "what the user had hidden stays hidden";
     EXPECT_TRUE(IsWindowEnabled(editor.window()));
-}
-
-TEST(Alert, CaptionIsCutInTheCallersBufferAt31CharactersAndCanBeReset)
-{
-    AlertState state;
-    std::array<char, 64> text{};
-    const auto set = [&](std::size_t length) {
-        text.fill('\0');
-        std::memset(text.data(), 'c', length);
-        setAlertCaption(state, text.data());
-        return std::strlen(text.data());
-    };
-    EXPECT_EQ(set(31), 31u);
-    EXPECT_EQ(std::string(state.caption.data()), std::string(31, 'c'));
-    EXPECT_EQ(set(32), 31u);
-    EXPECT_EQ(std::string(state.caption.data()), std::string(31, 'c'));
-    EXPECT_EQ(set(63), 31u);
-    EXPECT_EQ(text[32], 'c') << "only the one character is overwritten";
-    setAlertCaption(state, nullptr);
-    EXPECT_STREQ(state.caption.data(), "Alert");
 }
 
 TEST(Alert, APlaceholderLongerThanItsBufferIsCut)

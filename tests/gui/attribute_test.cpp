@@ -1,14 +1,14 @@
-#include "attr/attribute_window.h"
+#include "windows/attribute_window.h"
 
-#include "app/settings_win.h"
+#include "app/settings.h"
 #include "base/file.h"
 #include "base/temporary_folder.h"
-#include "gui/held_key.h"
+#include "driver/held_key.h"
+#include "driver/running_editor.h"
 #include "gui/model_files.h"
-#include "gui/running_editor.h"
 #include "resources/resource_ids.h"
-#include "ui/colour_picker_win.h"
-#include "ui/window_data_win.h"
+#include "ui/colour_picker.h"
+#include "ui/window_data.h"
 #include "view/selection.h"
 
 #include <gtest/gtest.h>
@@ -316,14 +316,16 @@ TEST(AttributeWindow, ATextThatIsNoTextureNumberIsRefused)
     const RunningEditor editor;
     const AttributeWindow attributes(editor);
     editor.sendCommand(IDM_SELECT_ALL);
+    attributes.change(IDC_ATTRIBUTE_TEXTURE_MAP);
     attributes.type("31");
-    for (const std::string text : {"", "x", "-1", "4096", "65537", "99999999999999999999"}) {
+    for (const std::string text : {"", "x", "65536", "99999999999999999999"}) {
         SCOPED_TRACE(text);
         attributes.type(text);
         EXPECT_EQ(attributes.refusal(), "Data Error(ID)");
         EXPECT_EQ(attributeOf(editor, 0).texture, 0);
         EXPECT_TRUE(editor.ask([&](Editor& e) {
-            return e.undo.isEmpty() && GetFocus() == attributes.item(IDC_ATTRIBUTE_TEXTURE);
+            return e.document.undo.isEmpty() &&
+                   GetFocus() == attributes.item(IDC_ATTRIBUTE_TEXTURE);
         }));
     }
     attributes.choose(mode);
@@ -332,6 +334,11 @@ TEST(AttributeWindow, ATextThatIsNoTextureNumberIsRefused)
     EXPECT_EQ(attributes.idText(), "31") << "the last number";
     attributes.apply();
     EXPECT_EQ(attributeOf(editor, 0).texture, 31);
+    const Picture emptySlot = editor.picture();
+    attributes.type("-2");
+    attributes.apply();
+    EXPECT_EQ(attributeOf(editor, 0).texture, 65534);
+    EXPECT_EQ(editor.picture(), emptySlot) << "beyond the list";
 }
 
 TEST(AttributeWindow, KeepsTabValuesAndPlaceWhileItIsClosedAndItsPlaceFromRunToRun)

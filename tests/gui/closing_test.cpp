@@ -1,4 +1,6 @@
-#include "gui/running_editor.h"
+#include "commands/model_commands.h"
+#include "commands/texture_file_commands.h"
+#include "driver/running_editor.h"
 #include "resources/resource_ids.h"
 
 #include <gtest/gtest.h>
@@ -21,6 +23,17 @@ TEST(Closing, CloseMessageAndExitCommandBothEndTheProgramWithZero)
     }
 }
 
+TEST(Closing, ACommandThatReturnsAfterTheEndReadsNothing)
+{
+    RunningEditor editor;
+    editor.begin([](Editor& e) {
+        DestroyWindow(e.mainWindow);
+        EXPECT_TRUE(openModelPath(e, "samples/ship.mx3") == CommandOutcome::abandoned);
+        EXPECT_TRUE(openTexturePath(e, "samples/ship.mxt") == CommandOutcome::abandoned);
+    });
+    EXPECT_EQ(editor.waitForEnd(), 0);
+}
+
 TEST(Closing, UnsavedChangesAreAskedAboutModelFirst)
 {
     struct Case {
@@ -41,7 +54,7 @@ TEST(Closing, UnsavedChangesAreAskedAboutModelFirst)
         RunningEditor editor;
         const bool model = current.unsaved[0] == 'm', textures = current.unsaved.back() == 't';
         editor.setChanged(model);
-        editor.call([&](Editor& e) { e.document.texturesChanged = textures; });
+        editor.call([&](Editor& e) { setTexturesChanged(e.document, textures); });
         editor.post(WM_CLOSE);
         for (std::size_t i = 0; i < current.answers.size(); ++i) {
             const ShownAlert shown = editor.waitForAlert();

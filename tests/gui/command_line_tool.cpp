@@ -1,6 +1,6 @@
 #include "gui/command_line_tool.h"
 
-#include "gui/running_editor.h"
+#include "driver/running_editor.h"
 
 #include <windows.h>
 

@@ -1,7 +1,7 @@
-#include "gui/running_editor.h"
+#include "driver/running_editor.h"
 #include "resources/resource_ids.h"
-#include "ui/colour_picker_win.h"
-#include "ui/window_data_win.h"
+#include "ui/colour_picker.h"
+#include "ui/window_data.h"
 
 #include <gtest/gtest.h>
 
@@ -52,7 +52,7 @@ TEST(ScreenDialog, ShowsAndChangesProjectionAndViewAngle)
     editor.call([](Editor& e) {
         EXPECT_EQ(e.view.viewAngle, 16383);
         EXPECT_TRUE(e.view.perspective);
-        EXPECT_TRUE(e.document.modelChanged) << "also when it was cancelled";
+        EXPECT_TRUE(isModelChanged(e.document)) << "also when it was cancelled";
     });
 
     const Picture before = editor.picture();
@@ -144,7 +144,7 @@ TEST(LightDialog, APointOfTheGlobeIsADirection)
     EXPECT_EQ(lightOf(editor).x, light.x);
     editor.call([&](Editor& e) {
         EXPECT_EQ(e.light.point.x, marker.x);
-        EXPECT_TRUE(e.document.modelChanged);
+        EXPECT_TRUE(isModelChanged(e.document));
     });
 }
 

@@ -1,10 +1,15 @@
-#include "gui/held_key.h"
-#include "gui/running_editor.h"
+#include "driver/held_key.h"
+#include "driver/running_editor.h"
+#include "model/model_file.h"
 #include "resources/resource_ids.h"
+#include "texture/texture_file.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <random>
+#include <utility>
+#include <vector>
 
 namespace facetor {
 
@@ -76,6 +81,53 @@ TEST(Edit, WithCtrlHeldTheChangedPolygonsAreNoLongerPicked)
         EXPECT_EQ(stateOf(editor), before);
         EXPECT_FALSE(editor.findAlert().window);
     }
+}
+
+TEST(Edit, RandomEditsAreSteppedBackAndForwardThroughEqualFilesAndTheStatusBarTellsOfTheStep)
+{
+    const RunningEditor editor({"samples\\ship.mx3", "samples\\ship.mxt"});
+    const auto files = [&] {
+        return editor.ask([](Editor& e) {
+            return std::pair(writeModel(e.document.model), writeTextures(e.document.textures));
+        });
+    };
+    const auto steps = [&] {
+        return editor.ask([](Editor& e) { return e.document.history.position; });
+    };
+    editor.sendCommand(IDM_VIEW_TEXTURES);
+    editor.sendCommand(IDM_SELECT_ALL);
+    const std::size_t opened = steps();
+    std::vector states{files()};
+    std::mt19937 random(7);
+    constexpr int edits[] = {IDM_ROTATE_CLOCKWISE, IDM_ROTATE_HALF_TURN, IDM_INVERT_SURFACE,
+                             IDM_TEXTURE_INSERT,   IDM_TEXTURE_DELETE,   IDM_TEXTURE_BACKSPACE,
+                             IDM_GOURAUD_TABLE};
+    while (states.size() < 100) {
+        editor.call([&](Editor& e) { e.document.textures.current = random() % 8; });
+        editor.sendCommand(edits[random() % std::size(edits)]);
+        if (opened + states.size() == steps()) states.push_back(files());
+    }
+    for (std::size_t i = states.size() - 1; i-- > 0;) {
+        editor.sendCommand(IDM_EDIT_STEP_BACK);
+        ASSERT_EQ(files(), states[i]) << i;
+    }
+    for (std::size_t i = 1; i < states.size(); ++i) {
+        editor.sendCommand(IDM_EDIT_STEP_FORWARD);
+        ASSERT_EQ(files(), states[i]) << i;
+    }
+    EXPECT_FALSE(editor.isItemEnabled(IDM_EDIT_STEP_FORWARD));
+
+    editor.sendCommand(IDM_ROTATE_CLOCKWISE);
+    const HMENU menu = GetMenu(editor.window());
+    editor.send(WM_MENUSELECT, MAKEWPARAM(IDM_EDIT_STEP_BACK, MF_HILITE),
+                reinterpret_cast<LPARAM>(menu));
+    const auto showsOneText = [&] {
+        return editor.ask([](Editor& e) { return SendMessageA(e.statusBar, SB_ISSIMPLE, 0, 0); });
+    };
+    EXPECT_TRUE(showsOneText());
+    savePicture(editor.pictureOf(editor.window()), "step-name");
+    editor.send(WM_MENUSELECT, MAKEWPARAM(0, 0xFFFF), 0);
+    EXPECT_FALSE(showsOneText());
 }
 
 } // namespace

@@ -1,8 +1,8 @@
 #include "base/temporary_folder.h"
-#include "gui/running_editor.h"
+#include "driver/running_editor.h"
 #include "model/model_file.h"
 #include "resources/resource_ids.h"
-#include "ui/window_data_win.h"
+#include "ui/window_data.h"
 
 #include <gtest/gtest.h>
 
@@ -44,7 +44,11 @@ struct Hierarchy : testing::Test {
     /// Whether the model is marked as changed; takes the mark away.
     bool takeChanged() const
     {
-        return editor.ask([](Editor& e) { return std::exchange(e.document.modelChanged, false); });
+        return editor.ask([](Editor& e) {
+            const bool changed = isModelChanged(e.document);
+            markModelSaved(e.document);
+            return changed;
+        });
     }
     /// An object's name and its label, with a "*" where that is bold and a "+" where it is
     /// collapsed.

@@ -43,7 +43,7 @@ void writeTexturedCubeFile(const std::string& path)
 void writeTexturesFile(const std::string& path, Rgb555 colour)
 {
     constexpr std::uint16_t size = 16;
-    PageArray<Rgb555> pixels;
+    Texels pixels;
     ASSERT_TRUE(pixels.allocate(size * size));
     std::ranges::fill(pixels, static_cast<Rgb555>(colour | opaqueBit));
     TextureList list;

@@ -1,6 +1,6 @@
 #include "app/main_window.h"
-#include "gui/held_key.h"
-#include "gui/running_editor.h"
+#include "driver/held_key.h"
+#include "driver/running_editor.h"
 #include "resources/resource_ids.h"
 
 #include <gtest/gtest.h>
@@ -290,7 +290,7 @@ TEST(ModelView, RightButtonShowsAMenuAtTheCursor)
     editor.resizeClient(400, 320);
     POINT cursor{300, 200};
     ClientToScreen(editor.window(), &cursor);
-    for (const Case& current : {Case{MK_RBUTTON, 15, IDM_EDIT_UNDO},
+    for (const Case& current : {Case{MK_RBUTTON, 18, IDM_EDIT_UNDO},
                                 {MK_RBUTTON | MK_SHIFT, 5, IDM_TOOL_ROTATE},
                                 {MK_RBUTTON | MK_CONTROL, 11, IDM_CAMERA_FORWARD}}) {
         SCOPED_TRACE(current.first);

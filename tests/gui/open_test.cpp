@@ -1,8 +1,8 @@
 #include "app/main_window.h"
 #include "base/file.h"
 #include "base/temporary_folder.h"
+#include "driver/running_editor.h"
 #include "gui/model_files.h"
-#include "gui/running_editor.h"
 #include "resources/resource_ids.h"
 
 #include <gtest/gtest.h>

@@ -1,12 +1,12 @@
-#include "app/property_dialog.h"
+#include "dialogs/property_dialog.h"
 
-#include "app/settings_text.h"
 #include "base/file.h"
 #include "base/temporary_folder.h"
+#include "driver/running_editor.h"
 #include "get_color/control_ids.h"
-#include "gui/running_editor.h"
 #include "resources/resource_ids.h"
-#include "ui/window_data_win.h"
+#include "session/settings_text.h"
+#include "ui/window_data.h"
 
 #include <gtest/gtest.h>
 
@@ -119,7 +119,7 @@ TEST(PropertyDialog, ReopensOnThePageUsedLastAndStoresWithOkOnly)
         editor.call([](Editor& e) {
             EXPECT_EQ(e.view.dragDrawMode, DragDrawMode::full);
             EXPECT_EQ(e.colourPicking.picker, ColourPicker::system);
-            EXPECT_FALSE(e.document.modelChanged);
+            EXPECT_FALSE(isModelChanged(e.document));
             e.transparentColour = 0x8123;
         });
         editor.post(WM_CLOSE);

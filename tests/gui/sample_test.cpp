@@ -1,4 +1,4 @@
-#include "gui/running_editor.h"
+#include "driver/running_editor.h"
 #include "resources/resource_ids.h"
 
 #include <gtest/gtest.h>

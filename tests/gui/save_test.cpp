@@ -1,8 +1,9 @@
 #include "base/file.h"
 #include "base/temporary_folder.h"
+#include "driver/running_editor.h"
 #include "gui/command_line_tool.h"
 #include "gui/model_files.h"
-#include "gui/running_editor.h"
+#include "gui/scarce_memory.h"
 #include "model/model_file.h"
 #include "resources/resource_ids.h"
 
@@ -134,6 +135,17 @@ TEST(Save, AFileThatCannotBeWrittenIsReportedAndTheModelStaysChanged)
     EXPECT_EQ(shown.text, "Cannot create File.");
     EXPECT_TRUE(editor.press(shown, IDOK));
     EXPECT_TRUE(editor.isChanged());
+    editor.setChanged(false);
+    editor.open("samples/ship.mx3");
+    for (const int filter : {1, 2}) {
+        editor.post(WM_COMMAND, IDM_FILE_SAVE_AS);
+        const HWND dialog = editor.waitForFileDialog();
+        ASSERT_TRUE(dialog);
+        const ScarceMemory scarce(2048);
+        EXPECT_TRUE(editor.fillFileDialog(folder.file("b"), filter));
+        editor.dismiss("Cannot allocate enough memory to do this function.");
+    }
+    EXPECT_EQ(folder.entryCount(), 1u);
 }
 
 TEST(Save, OpenAsksForTheFile)

@@ -1,6 +1,6 @@
 #include "app/main_window.h"
-#include "gui/held_key.h"
-#include "gui/running_editor.h"
+#include "driver/held_key.h"
+#include "driver/running_editor.h"
 #include "resources/resource_ids.h"
 #include "view/selection.h"
 

@@ -1,12 +1,12 @@
-#include "app/send_target_win.h"
 #include "base/file.h"
 #include "base/temporary_folder.h"
+#include "commands/send_target.h"
+#include "driver/running_editor.h"
 #include "gui/model_files.h"
-#include "gui/running_editor.h"
 #include "output/target_image.h"
 #include "resources/resource_ids.h"
-#include "ui/handles_win.h"
-#include "ui/window_data_win.h"
+#include "ui/handles.h"
+#include "ui/window_data.h"
 
 #include <gtest/gtest.h>
 

@@ -1,13 +1,13 @@
-#include "app/settings_win.h"
+#include "app/settings.h"
 
-#include "app/sample_folder_win.h"
-#include "app/tool_box_window.h"
 #include "base/file.h"
 #include "base/temporary_folder.h"
+#include "commands/sample_folder.h"
+#include "driver/running_editor.h"
 #include "gui/model_files.h"
-#include "gui/running_editor.h"
 #include "resources/resource_ids.h"
-#include "ui/window_data_win.h"
+#include "ui/window_data.h"
+#include "windows/tool_box_window.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "app/main_window.h"
-#include "app/slice_view_win.h"
-#include "gui/running_editor.h"
+#include "driver/running_editor.h"
 #include "resources/resource_ids.h"
+#include "windows/slice_view.h"
 
 #include <gtest/gtest.h>
 
@@ -47,7 +47,7 @@ TEST(SliceView, ThePictureLiesBehindTheModelAndIsMovedAndSizedWithItsTool)
     editor.resizeClient(640, 420);
     constexpr std::uint32_t left = 0xFF0000, right = 0x0000FF; // of the picture, on the screen
     editor.call([](Editor& e) {
-        PageArray<Rgb555> pixels;
+        Texels pixels;
         ASSERT_TRUE(pixels.allocate(16 * 8));
         for (std::size_t i = 0; i < pixels.size(); ++i)
             pixels[i] = opaqueBit | (i % 16 < 8 ? rgb555(31, 0, 0) : rgb555(0, 0, 31));
@@ -56,7 +56,13 @@ TEST(SliceView, ThePictureLiesBehindTheModelAndIsMovedAndSizedWithItsTool)
     editor.send(messageRedraw); // the ship has it as well
     EXPECT_FALSE(isToolEnabled(editor));
     const Picture without = editor.picture();
-    editor.call(toggleShowSliced);
+    editor.call([](Editor& e) {
+        e.document.textures.current = 1;
+        toggleShowSliced(e);
+    });
+    EXPECT_EQ(placeOf(editor), (std::array{215, 105, 425, 315})) << "a square for the empty slot";
+    editor.call([](Editor& e) { e.document.textures.current = 0; });
+    editor.send(messageRedraw);
     EXPECT_EQ(placeOf(editor), (std::array{160, 130, 480, 290}));
     Picture shown = editor.picture();
     savePicture(shown, "slice-shown");

@@ -1,10 +1,10 @@
 #include "app/main_window.h"
-#include "app/title_win.h"
 #include "base/temporary_folder.h"
-#include "gui/menu_outline.h"
+#include "driver/menu_outline.h"
+#include "driver/running_editor.h"
 #include "gui/model_files.h"
-#include "gui/running_editor.h"
-#include "ui/window_data_win.h"
+#include "ui/window_data.h"
+#include "windows/tool_box_window.h"
 
 #include <gtest/gtest.h>
 
@@ -48,7 +48,8 @@ TEST(Start, MainWindowHasItsClassStyleTitleAndMenu)
               "Tool&s {&Rotate Model=40103, &Translate Model=40104, Scale Model=40105, "
               "Select &Polygons=40107, (&Move Sliced Texture=40108)}, -, "
               "(Select &Model=40090), (Select M&aterial=40093), Select A&ll\tCtrl+A=40091, "
-              "(Select Clea&r\tCtrl+D=40092), -, Pr&operty...\tAlt+Enter=40021}, "
+              "(Select Clea&r\tCtrl+D=40092), -, Pr&operty...\tAlt+Enter=40021, -, "
+              "(Step &Backward\tCtrl+Alt+Z=40129), (Step &Forward\tCtrl+Shift+Z=40130)}, "
               "&View {Tool &Box=40125, &Attribute=40008, &Hierarchy=40009, "
               "&Texture List=40030, -, "
               "Send &Target {&Model=40100, &Texture=40101, &Scene=40102}}, "
@@ -80,7 +81,8 @@ TEST(Start, AcceleratorsAreTheTablesInItsOrder)
         {FVIRTKEY, VK_DELETE, 40039}, {control, VK_INSERT, 40040},
         {shifted, VK_INSERT, 40040},  {FVIRTKEY | FALT, VK_RETURN, 40021},
         {control, 'X', 40036},        {control, 'Z', 40014},
-        {control, 'Z', 40035},
+        {control, 'Z', 40035},        {control | FALT, 'Z', 40129},
+        {shifted, 'Z', 40130},
     };
     const RunningEditor editor;
     std::array<ACCEL, 32> table{};
@@ -118,7 +120,7 @@ TEST(Start, KeysReachTheMainWindowAsCommandsWhicheverWindowHasTheFocus)
             const HWND window = fromToolBox ? e.toolBox.window : e.mainWindow;
             SetForegroundWindow(window);
             SetFocus(window);
-            e.undo.kind = tag("test"); // a grey item's key would reach nobody
+            e.document.undo.kind = tag("test"); // a grey item's key would reach nobody
             SendMessageA(e.mainWindow, WM_USER, 0, 0);
         });
         const std::size_t before = editor.commandsSeen().size();
@@ -271,24 +273,6 @@ TEST(Start, EveryHandledCommandWritesTheStatusTextsAnew)
     EXPECT_EQ(editor.statusText(0), "Objects = 1");
     editor.sendCommand(40044);
     EXPECT_EQ(editor.statusText(0), "Objects = 0");
-}
-
-TEST(Start, TitleHoldsWhatFollowsTheProgramsTitle)
-{
-    const RunningEditor editor;
-    const auto fileOf = [&](const char* path) {
-        return editor.ask([&](Editor& e) {
-            setTitleFile(e, path);
-            return titleFile(e);
-        });
-    };
-    EXPECT_EQ(fileOf("C:\\a - b\\c - d.mx3"), "C:\\a - b\\c - d.mx3");
-    EXPECT_EQ(editor.title(), "Facetor for NT - C:\\a - b\\c - d.mx3");
-    const std::string longPath = "C:\\" + std::string(600, 'x') + ".mx3";
-    EXPECT_EQ(fileOf(longPath.c_str()), longPath);
-    EXPECT_EQ(fileOf(nullptr), "Untitled");
-    editor.call([](Editor& e) { setTitleText(e, Word::polygons); });
-    EXPECT_EQ(editor.title(), "Facetor for NT - Polygons");
 }
 
 #ifdef __i386__

@@ -1,11 +1,12 @@
+#include "app/commands.h"
 #include "base/temporary_folder.h"
-#include "gui/running_editor.h"
+#include "commands/plug_in_commands.h"
+#include "dialogs/transform_dialogs.h"
+#include "driver/running_editor.h"
 #include "gui/scarce_memory.h"
 #include "resources/resource_ids.h"
 #include "texture/numbered_texture.h"
-#include "texture/plug_in_commands_win.h"
-#include "texture/texture_commands_win.h"
-#include "texture/transform_dialogs.h"
+#include "windows/slice_view.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +21,8 @@ namespace {
 /// Starts a command of the texture list window and waits for its dialog or alert.
 ShownAlert begin(const RunningEditor& editor, int command)
 {
-    editor.begin([command](Editor& e) { runTextureCommand(e, command, 0); });
+    editor.begin(
+        [command](Editor& e) { (void)runCommand(e, CommandWindow::textures, command, 0); });
     return editor.waitForAlert();
 }
 
@@ -95,7 +97,7 @@ TEST(TextureDialog, EachRefusesWhatItsRulesForbidAndRemembersItsSettings)
     EXPECT_EQ(textIn(dialog, IDC_TURN_TO), "7");
     EXPECT_EQ(IsDlgButtonChecked(dialog.window, IDC_TURN_HALF), UINT{BST_CHECKED});
     editor.closeDialog(dialog, IDCANCEL);
-    editor.call([](Editor& e) { e.document.texturesChanged = false; });
+    editor.call([](Editor& e) { setTexturesChanged(e.document, false); });
 }
 
 TEST(TextureDialog, TransformsChangeTheCurrentTextureAndAreUndone)
@@ -133,10 +135,10 @@ TEST(TextureDialog, TransformsChangeTheCurrentTextureAndAreUndone)
         savePicture(editor.pictureOf(dialog.window), "transform-" + std::to_string(command));
         editor.closeDialog(dialog, IDOK);
         EXPECT_EQ(first(), expected);
-        EXPECT_TRUE(editor.ask([](Editor& e) { return e.document.texturesChanged; }));
+        EXPECT_TRUE(editor.ask([](Editor& e) { return areTexturesChanged(e.document); }));
         editor.sendCommand(IDM_EDIT_UNDO);
         EXPECT_EQ(first(), std::pair(16, 0));
-        EXPECT_TRUE(editor.ask([](Editor& e) { return e.undo.isEmpty(); }));
+        EXPECT_TRUE(editor.ask([](Editor& e) { return e.document.undo.isEmpty(); }));
     }
     editor.call([](Editor& e) { putNumbered(e.document.textures, 0, 16, 12); });
     const ShownAlert dialog = begin(editor, IDM_TEXTURE_ROTATE);
@@ -147,11 +149,13 @@ TEST(TextureDialog, TransformsChangeTheCurrentTextureAndAreUndone)
     {
         const ScarceMemory scarce(256 * 256);
         EXPECT_TRUE(editor.press(begin(editor, IDM_TEXTURE_ROTATE), IDOK));
-        editor.dismiss("Cannot allocate enough memory to do \"Undo\" function.");
         editor.dismiss(outOfMemory);
     }
     EXPECT_EQ(first(), std::pair(256, 0));
-    editor.call([](Editor& e) { e.document.texturesChanged = e.document.modelChanged = false; });
+    editor.call([](Editor& e) {
+        setTexturesChanged(e.document, false);
+        setModelChanged(e.document, false);
+    });
 }
 
 TEST(TextureDialog, SlicingMakesATextureForEachPickedPolygonInEveryOffsetMode)
@@ -179,12 +183,12 @@ TEST(TextureDialog, SlicingMakesATextureForEachPickedPolygonInEveryOffsetMode)
     EXPECT_TRUE(editor.press(begin(editor, IDM_TEXTURE_SLICE), IDCANCEL));
     EXPECT_TRUE(editor.press(begin(editor, IDM_TEXTURE_SLICE), IDYES));
     EXPECT_TRUE(editor.cancelFileDialog()); // what was to be saved and is not ends it
-    editor.call([](Editor& e) { e.document.texturesChanged = true; });
+    editor.call([](Editor& e) { setTexturesChanged(e.document, true); });
     EXPECT_FALSE(editor.findAlert().window);
     EXPECT_TRUE(editor.press(begin(editor, IDM_TEXTURE_SLICE), IDYES));
     EXPECT_TRUE(editor.fillFileDialog(folder.file("kept.mxt"), 1));
     editor.closeDialog(editor.waitForAlert(), IDCANCEL);
-    EXPECT_FALSE(editor.ask([](Editor& e) { return e.document.texturesChanged; }));
+    EXPECT_FALSE(editor.ask([](Editor& e) { return areTexturesChanged(e.document); }));
     EXPECT_EQ(folder.entryCount(), 1u);
 
     ShownAlert dialog = open();
@@ -255,7 +259,7 @@ TEST(TextureDialog, SlicingMakesATextureForEachPickedPolygonInEveryOffsetMode)
                     given.at(model.attributes[i].texture - 100u) = true;
                 }
                 EXPECT_EQ(std::ranges::count(given, false), 0) << "each has its own";
-                EXPECT_TRUE(e.document.texturesChanged);
+                EXPECT_TRUE(areTexturesChanged(e.document));
             });
             editor.sendCommand(IDM_SELECT_CLEAR);
             const Picture after = editor.picture();
@@ -263,7 +267,10 @@ TEST(TextureDialog, SlicingMakesATextureForEachPickedPolygonInEveryOffsetMode)
             savePicture(after, std::string("sliced-") + name + (smooth ? "-smooth" : ""));
             editor.sendCommand(IDM_SELECT_ALL);
         }
-    editor.call([](Editor& e) { e.document.texturesChanged = e.document.modelChanged = false; });
+    editor.call([](Editor& e) {
+        setTexturesChanged(e.document, false);
+        setModelChanged(e.document, false);
+    });
 }
 
 } // namespace

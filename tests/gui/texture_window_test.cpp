@@ -1,20 +1,20 @@
-#include "texture/texture_window.h"
+#include "windows/texture_window.h"
 
 #include "base/bytes.h"
 #include "base/file.h"
 #include "base/temporary_folder.h"
+#include "driver/held_key.h"
+#include "driver/menu_outline.h"
+#include "driver/running_editor.h"
 #include "gui/command_line_tool.h"
-#include "gui/held_key.h"
-#include "gui/menu_outline.h"
 #include "gui/model_files.h"
-#include "gui/running_editor.h"
 #include "gui/scarce_memory.h"
+#include "image/bitmap_conversion.h"
 #include "resources/resource_ids.h"
-#include "texture/bitmap_conversion.h"
 #include "texture/numbered_texture.h"
 #include "texture/texture_file.h"
-#include "ui/handles_win.h"
-#include "ui/window_data_win.h"
+#include "ui/handles.h"
+#include "ui/window_data.h"
 
 #include <gtest/gtest.h>
 
@@ -43,14 +43,14 @@ void setState(Editor& editor, const std::string& state)
     list.current = 1;
     for (std::uint32_t slot = 0; slot < letters.size(); ++slot) {
         if (letters[slot] == '.') continue;
-        PageArray<Rgb555> texels;
+        Texels texels;
         ASSERT_TRUE(texels.allocate(64));
         std::ranges::fill(texels, static_cast<Rgb555>(opaqueBit | (letters[slot] - 'a' + 1)));
         list.set(slot, 8, 8, std::move(texels));
     }
     for (std::uint16_t i = 0; i < 6; ++i) editor.document.model.attributes[i].texture = i;
-    editor.document.texturesChanged = state.ends_with(" changed");
-    undoClear(editor.undo);
+    setTexturesChanged(editor.document, state.ends_with(" changed"));
+    undoClear(editor.document.undo);
 }
 
 /// The same of what the editor holds, with " undo" for an edit that can be undone.
@@ -61,8 +61,8 @@ std::string stateOf(const Editor& editor)
     for (std::uint32_t slot = 0; slot < list.usedCount(); ++slot)
         state += list.isEmpty(slot) ? '.'
                                     : static_cast<char>('a' - 1 + (list.slot(slot).pixels[0] & 31));
-    return state + (editor.undo.isEmpty() ? "" : " undo") +
-           (editor.document.texturesChanged ? " changed" : "");
+    return state + (editor.document.undo.isEmpty() ? "" : " undo") +
+           (areTexturesChanged(editor.document) ? " changed" : "");
 }
 
 /// A command, what it asks, and what is there afterwards.
@@ -289,8 +289,7 @@ TEST_F(TextureWindowTest, TheClipboardIsSharedWithOtherPrograms)
 
 TEST_F(TextureWindowTest, ScarceMemoryIsSaidAndKeepsNobodyFromDeleting)
 {
-    const std::string none = "Cannot allocate enough memory to do this function.",
-                      noUndo = "Cannot allocate enough memory to do \"Undo\" function.";
+    const std::string none = "Cannot allocate enough memory to do this function.";
     set("a");
     editor.call([](Editor& e) { putNumbered(e.document.textures, 1, 1024, 512, 2); });
     run(IDM_TEXTURE_COPY);
@@ -303,8 +302,7 @@ TEST_F(TextureWindowTest, ScarceMemoryIsSaidAndKeepsNobodyFromDeleting)
     EXPECT_TRUE(editor.fillFileDialog(folder.file("large.mxt"), 1));
     finish({IDM_TEXTURE_SAVE_AS, "ab changed", none});
     EXPECT_EQ(folder.entryCount(), 1u);
-    take({IDM_TEXTURE_DELETE, "a changed", noUndo});
-    EXPECT_FALSE(isOffered(IDM_TEXTURE_UNDO));
+    take({IDM_TEXTURE_DELETE, "a undo changed"}); // which shares its pixels, and needs none
 }
 
 TEST_F(TextureWindowTest, AClickPicksAndKeysSayWhatBecomesOfPolygons)
@@ -341,7 +339,7 @@ TEST_F(TextureWindowTest, AClickPicksAndKeysSayWhatBecomesOfPolygons)
                       8u);
             EXPECT_EQ(e.document.model.attributes[2].flags, row.flags);
             EXPECT_EQ(e.document.model.attributes[2].texture, row.texture);
-            EXPECT_TRUE(e.document.modelChanged && isOffered(IDM_TEXTURE_UNDO));
+            EXPECT_TRUE(isModelChanged(e.document) && isOffered(IDM_TEXTURE_UNDO));
         });
         editor.sendCommand(IDM_EDIT_UNDO);
         EXPECT_EQ(editor.ask([](Editor& e) { return e.document.model.attributes[2].texture; }), 2);
@@ -351,12 +349,12 @@ TEST_F(TextureWindowTest, AClickPicksAndKeysSayWhatBecomesOfPolygons)
          {std::pair{IDM_TEXTURE_INSERT, 4}, {IDM_TEXTURE_BACKSPACE, 2}}) {
         withKeys({VK_SHIFT}, [&] {
             set("abcd");
-            editor.call([](Editor& e) { e.document.modelChanged = false; });
+            editor.call([](Editor& e) { setModelChanged(e.document, false); });
             run(command);
         });
         EXPECT_EQ(editor.ask([](Editor& e) { return e.document.model.attributes[3].texture; }),
                   number);
-        EXPECT_TRUE(editor.ask([](Editor& e) { return e.document.modelChanged; }));
+        EXPECT_TRUE(editor.ask([](Editor& e) { return isModelChanged(e.document); }));
     }
 }
 

@@ -1,6 +1,6 @@
-#include "app/tool_box_window.h"
+#include "windows/tool_box_window.h"
 
-#include "gui/running_editor.h"
+#include "driver/running_editor.h"
 #include "resources/resource_ids.h"
 
 #include <gtest/gtest.h>

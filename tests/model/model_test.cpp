@@ -34,52 +34,6 @@ protected:
     Model model;
 };
 
-TEST_F(ModelTest, StartsAsTheCube)
-{
-    EXPECT_EQ(model.objectCount, 1u);
-    EXPECT_EQ(model.totalVertexCount, 8u);
-    EXPECT_EQ(model.totalPolygonCount, 6u);
-    EXPECT_EQ(model.names[0], "Model00");
-    const Object& object = model.objects[0];
-    EXPECT_EQ(object.mesh, 0u);
-    EXPECT_EQ(object.child, noObject);
-    EXPECT_EQ(object.next, noObject);
-    EXPECT_EQ(object.depth, 0u);
-    EXPECT_EQ(object.flags, objectShown);
-    EXPECT_EQ(object.matrix.element, identityMatrix.element);
-    EXPECT_EQ(object.rotation, (std::array<Angle, 3>{0, 0, 0}));
-    expectEqual(object.translation, {0, 0, 0});
-    expectEqual(object.scaling, {1, 1, 1});
-    const Rgb555 colours[] = {0xFFFF, 0xFC00, 0x83E0, 0x801F, 0xFFE0, 0x83FF};
-    for (std::uint32_t i = 0; i < 6; ++i) {
-        const PolygonAttribute& attribute = model.attributes[i];
-        EXPECT_EQ(attribute.plane, 0);
-        EXPECT_EQ(attribute.sort, 0);
-        EXPECT_EQ(attribute.texture, 0);
-        EXPECT_EQ(attribute.color, colours[i]);
-        EXPECT_EQ(attribute.flags, 0x01000010u);
-        EXPECT_EQ(model.gouraud[i].color, (std::array<Rgb555, 4>{0xC210, 0xC210, 0xC210, 0xC210}));
-    }
-    expectEqual(model.vertexNormals[6], {0.57735026f, 0.57735026f, 0.57735026f});
-    EXPECT_TRUE(isSafeToDraw(model));
-}
-
-TEST_F(ModelTest, EveryAttributeOfThePoolRefersToItsOwnGouraudEntry)
-{
-    ASSERT_EQ(model.attributes.size(), polygonCapacity);
-    for (std::uint32_t i = 0; i < polygonCapacity; ++i) ASSERT_EQ(model.attributes[i].gouraud, i);
-}
-
-TEST_F(ModelTest, TheCubesStoredNormalsAreThoseOfItsCorners)
-{
-    for (std::uint32_t i = 0; i < 6; ++i) {
-        SCOPED_TRACE(i);
-        expectEqual(computeFaceNormal(model.polygons[i], model.vertices.data()),
-                    model.polygons[i].normal);
-    }
-    expectEqual(model.polygons[0].normal, {0, 0, -1});
-}
-
 TEST(FaceNormal, TakesTheEdgeToCornerTwoForOneWithoutLength)
 {
     const Vertex vertices[] = {{0, 0, 0}, {1, 0, 0},    {1, 1, 0}, {0, 1, 0},
@@ -122,27 +76,6 @@ TEST_F(ModelTest, VertexNormalsCountAPolygonOnceHoweverOftenItNamesTheVertex)
     expectEqual(model.vertexNormals[32], a);
     expectEqual(model.vertexNormals[34], b);
     EXPECT_FALSE(isFinite(model.vertexNormals[35])) << "no polygon names this vertex";
-}
-
-TEST(DefaultObjectName, HasAtLeastTwoDigits)
-{
-    EXPECT_EQ(defaultObjectName(0), "Model00");
-    EXPECT_EQ(defaultObjectName(7), "Model07");
-    EXPECT_EQ(defaultObjectName(12), "Model12");
-    EXPECT_EQ(defaultObjectName(100), "Model100");
-}
-
-TEST_F(ModelTest, DepthsFollowTheTree)
-{
-    makeObjects(6); // 0 (3 (4), 1), 2, 5 apart
-    model.objects[0].child = 3;
-    model.objects[3].child = 4;
-    model.objects[3].next = 1;
-    model.objects[0].next = 2;
-    model.objects[5].depth = 77;
-    assignDepths(model, 0, 0);
-    const std::uint32_t expected[] = {0, 1, 0, 1, 2, 77};
-    for (std::uint32_t i = 0; i < 6; ++i) EXPECT_EQ(model.objects[i].depth, expected[i]) << i;
 }
 
 TEST_F(ModelTest, OnlyLinksThatReachEachObjectOnceFormAForest)

@@ -13,7 +13,7 @@ namespace facetor {
 inline void putNumbered(TextureList& list, std::uint32_t slot, std::uint16_t width,
                         std::uint16_t height, int first = 0)
 {
-    PageArray<Rgb555> pixels;
+    Texels pixels;
     ASSERT_TRUE(pixels.allocate(std::size_t{width} * height));
     for (int i = 0; i < width * height; ++i)
         pixels[static_cast<std::size_t>(i)] = static_cast<Rgb555>(0x8000 | (first + i));

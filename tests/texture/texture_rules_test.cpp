@@ -1,5 +1,7 @@
 #include "texture/texture_rules.h"
 
+#include "slice/slice.h"
+
 #include <gtest/gtest.h>
 
 namespace facetor {
@@ -9,7 +11,8 @@ namespace {
 /// The message as the user reads it; empty for no fault.
 std::string textOf(const std::optional<InputFault>& fault)
 {
-    return fault ? expandPlaceholders(catalogueText(fault->message), fault->text1, fault->text2)
+    return fault ? expandPlaceholders(catalogueText(fault->message), catalogueText(fault->word1),
+                                      catalogueText(fault->word2))
                  : std::string();
 }
 

@@ -106,16 +106,6 @@ TEST(Selection, AClickMarksTheNearestAndWithTabTheOneBehind)
     }
 }
 
-TEST(Selection, CtrlClearsMarks)
-{
-    Picture picture;
-    selectAll(picture.model, Mark::set);
-    (void)picture.pick({320, 240}, true, "c");
-    EXPECT_EQ(picture.marked(), "023");
-    (void)picture.pick({520, 240}, true, "cs");
-    EXPECT_EQ(picture.marked(), "0");
-}
-
 TEST(Selection, TheRubberBandTakesWhatLiesWithinItWhole)
 {
     struct Case {
@@ -180,17 +170,6 @@ TEST(Selection, WithoutAMouseTheNextListedPolygonIsMarked)
     selectAll(empty.model, Mark::set);
     EXPECT_FALSE(pickNeighbour(empty.model, empty.engine, next, false));
     EXPECT_EQ(empty.marked(), "0123");
-}
-
-TEST(Selection, SelectModelTakesWholeObjects)
-{
-    Picture picture;
-    (void)picture.pick({520, 240}, true);
-    selectModel(picture.model, Mark::set);
-    EXPECT_EQ(picture.marked(), "23");
-    selectModel(picture.model, Mark::clear);
-    EXPECT_EQ(picture.marked(), "");
-    EXPECT_FALSE(isAnyPicked(picture.model));
 }
 
 TEST(Selection, SelectMaterialComparesWhatTheOtherPolygonShows)

@@ -50,15 +50,4 @@ TEST(ViewSettings, APickedLightPointShowsWhereItWasPicked)
     EXPECT_EQ(lightPoint(picker, {0, -0.6f, 0.8f}).y, 58 + 40);
 }
 
-TEST(ViewSettings, TheLightPickerIsAnEllipse)
-{
-    const LightPicker picker{{0, 0, 100, 50}};
-    EXPECT_TRUE(picker.contains({50, 25}));
-    EXPECT_TRUE(picker.contains({1, 25}));
-    EXPECT_TRUE(picker.contains({50, 49}));
-    EXPECT_FALSE(picker.contains({5, 5}));
-    EXPECT_FALSE(picker.contains({-1, 25}));
-    EXPECT_FALSE(picker.contains({1 << 30, -(1 << 30)}));
-}
-
 } // namespace facetor

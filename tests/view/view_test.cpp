@@ -51,14 +51,6 @@ constexpr FixedView allViews[] = {FixedView::forward, FixedView::back, FixedView
 
 } // namespace
 
-TEST(View, StartsSevenHundredUnitsBeforeTheModel)
-{
-    const Editor editor;
-    Matrix expected = identityMatrix;
-    expected.element[14] = 700;
-    EXPECT_EQ(editor.view.viewMatrix.element, expected.element);
-}
-
 TEST(View, AFittedModelIsCentredAndInsideFromEveryFixedView)
 {
     // Around the origin, from a grain to a mountain: the view turns the model about its origin.
@@ -82,21 +74,6 @@ TEST(View, AFittedModelIsCentredAndInsideFromEveryFixedView)
         }
 }
 
-TEST(View, AFittedModelAwayFromItsOriginIsCentred)
-{
-    Editor editor;
-    editor.moveModel(1200, -700, 90, 1);
-    editor.view.modelRotation = {100, 200, 300};
-    fitModel(editor.view, editor.engine, editor.model, {640, 480});
-    EXPECT_NEAR(editor.view.modelCentre.x, 1200, 0.5);
-    EXPECT_NEAR(editor.view.modelCentre.y, -700, 0.5);
-    EXPECT_NEAR(editor.view.modelCentre.z, 90, 0.5);
-    EXPECT_EQ(editor.view.modelRotation, (std::array<Angle, 3>{}));
-    const ScreenRectangle box = editor.drawn({640, 480});
-    EXPECT_NEAR((box.left + box.right) / 2, 320, 2);
-    EXPECT_NEAR((box.top + box.bottom) / 2, 240, 2);
-}
-
 TEST(View, FittingWhatHasNoUsableExtentLeavesAUsableView)
 {
     const float infinity = std::numeric_limits<float>::infinity();
@@ -118,104 +95,6 @@ TEST(View, FittingWhatHasNoUsableExtentLeavesAUsableView)
     }
 }
 
-TEST(View, FixedViewsTurnToTheSideThatTheyName)
-{
-    // The start-up cube's faces: white towards -z, red +x, green +z, blue -x, yellow -y, cyan +y;
-    // y grows downwards on the screen.
-    struct Case {
-        FixedView direction;
-        int red, green, blue; // which components the colour of the side in view has
-    };
-    for (const Case& c : {Case{FixedView::forward, 1, 1, 1}, Case{FixedView::back, 0, 1, 0},
-                          Case{FixedView::left, 0, 0, 1}, Case{FixedView::right, 1, 0, 0},
-                          Case{FixedView::top, 1, 1, 0}, Case{FixedView::bottom, 0, 1, 1}}) {
-        Editor editor;
-        editor.view.lightColour = 0x7FFF;
-        fitModel(editor.view, editor.engine, editor.model, {640, 480});
-        for (std::uint32_t i = 0; i < 6; ++i)
-            editor.model.attributes[i].flags &= ~std::uint32_t{useLight};
-        applyFixedView(editor.view, editor.engine, c.direction);
-        (void)editor.drawn({640, 480});
-        const Rgb555 pixel = editor.engine.surface.at(320, 240);
-        EXPECT_EQ(pixel & 0x7FFF, rgb555(31 * c.red, 31 * c.green, 31 * c.blue))
-            << static_cast<int>(c.direction);
-    }
-}
-
-TEST(View, FixedViewsTurnByAnglesOneUnitShortAndNeverAboutZ)
-{
-    struct Case {
-        FixedView direction;
-        std::array<Angle, 3> angles;
-    };
-    for (const Case& c :
-         {Case{FixedView::forward, {0, 0, 0}}, Case{FixedView::back, {0, 32767, 0}},
-          Case{FixedView::left, {0, -16383, 0}}, Case{FixedView::right, {0, 16383, 0}},
-          Case{FixedView::top, {16383, 0, 0}}, Case{FixedView::bottom, {-16383, 0, 0}}}) {
-        Editor editor;
-        editor.view.viewDirection = {1, 2, 3};
-        applyFixedView(editor.view, editor.engine, c.direction);
-        EXPECT_EQ(editor.view.viewDirection, c.angles) << static_cast<int>(c.direction);
-    }
-}
-
-TEST(View, TheViewMatrixPlacesAPointByItsPartsInTheirOrder)
-{
-    Editor editor;
-    View& view = editor.view;
-    view.cameraPosition = {1, 2, 300};
-    view.modelCentre = {10, 20, 30};
-    view.viewScale = 2;
-    view.modelRotation = {0, 0, 16384};
-    view.viewDirection = {16384, 0, 0};
-    buildViewMatrix(view, editor.engine, ViewDirectionUse::apply);
-    // Scaled, turned about x (y to z), then about z (x to y), less twice the centre, and the
-    // camera.
-    const Vector3 point = transformPoint({1, 10, 100}, view.viewMatrix);
-    EXPECT_NEAR(point.x, 200 - 20 + 1, 0.1);
-    EXPECT_NEAR(point.y, 2 - 40 + 2, 0.1);
-    EXPECT_NEAR(point.z, 20 - 60 + 300, 0.1);
-    buildViewMatrix(view, editor.engine, ViewDirectionUse::ignore);
-    const Vector3 unturned = transformPoint({1, 10, 100}, view.viewMatrix);
-    EXPECT_NEAR(unturned.x, -20 - 20 + 1, 0.1);
-    EXPECT_NEAR(unturned.y, 2 - 40 + 2, 0.1);
-    EXPECT_NEAR(unturned.z, 200 - 60 + 300, 0.1);
-}
-
-TEST(View, OnlyADragIsDrawnInTheDragDrawMode)
-{
-    Editor editor;
-    fitModel(editor.view, editor.engine, editor.model, {640, 480});
-    EXPECT_EQ(editor.view.dragDrawMode, DragDrawMode::wire);
-    struct Case {
-        bool dragging;
-        DragDrawMode mode;
-        std::uint32_t flags;
-    };
-    // In this order, each takes the flag of the one before back.
-    for (const Case& c :
-         {Case{true, DragDrawMode::wire, drawWireframe}, Case{true, DragDrawMode::flat, drawFlat},
-          Case{true, DragDrawMode::full, 0}, Case{true, DragDrawMode::flat, drawFlat},
-          Case{false, DragDrawMode::flat, 0}, Case{false, DragDrawMode::wire, 0}}) {
-        editor.view.dragging = c.dragging;
-        editor.view.dragDrawMode = c.mode;
-        (void)editor.drawn({640, 480});
-        EXPECT_EQ(editor.engine.settings.drawFlags, c.flags)
-            << c.dragging << " " << static_cast<int>(c.mode);
-    }
-}
-
-TEST(View, ANewFitForgetsTheFixedDirection)
-{
-    Editor editor;
-    fitModel(editor.view, editor.engine, editor.model, {640, 480});
-    const Matrix fitted = editor.view.viewMatrix;
-    applyFixedView(editor.view, editor.engine, FixedView::top);
-    EXPECT_NE(editor.view.viewMatrix.element, fitted.element);
-    fitModel(editor.view, editor.engine, editor.model, {640, 480});
-    EXPECT_EQ(editor.view.viewMatrix.element, fitted.element);
-}
-
 TEST(View, TheSurfaceFollowsTheClientAreaUpToItsLargestSize)
 {
     Editor editor;
@@ -232,13 +111,6 @@ TEST(View, TheSurfaceFollowsTheClientAreaUpToItsLargestSize)
                   static_cast<std::uint32_t>(c.width * c.height * 2));
     }
     EXPECT_EQ(editor.engine.settings.centre.x, 319); // of the client area, not of the surface
-}
-
-TEST(View, ManyRequestsForANewFrameDrawItOnce)
-{
-    Editor editor;
-    EXPECT_TRUE(paintFrame(editor.view, editor.engine, editor.model, {640, 480}));
-    EXPECT_FALSE(paintFrame(editor.view, editor.engine, editor.model, {640, 480}));
 }
 
 } // namespace facetor

@@ -1,0 +1,218 @@
+#include "export_command.h"
+
+#include "base/beside_file.h"
+#include "base/file.h"
+#include "base/text.h"
+#include "exchange/obj_writer.h"
+#include "exchange/picture_import.h"
+#include "image/image_codec.h"
+#include "output/target_image.h"
+#include "output/target_reader.h"
+#include "outputs.h"
+#include "report.h"
+#include "texture/texture_file.h"
+
+#include <charconv>
+#include <filesystem>
+#include <map>
+#include <utility>
+
+namespace facetor {
+
+namespace {
+
+#ifdef _WIN32
+constexpr std::string_view separators = "/\\";
+#else
+constexpr std::string_view separators = "/";
+#endif
+
+/// Reads an input of one kind; what failed has been reported.
+int readAs(Run& run, InputFile& file, const std::string& path, FileKind kind)
+{
+    Message message = readInputFile(run, file, path);
+    if (message == Message::none && file.kind != kind) {
+        file.reason.text = kind == FileKind::model ? "no model" : "no texture list";
+        message = Message::formatNotSupported;
+    }
+    return message == Message::none ? exitDone : reportFailure(run, path, message, file.reason);
+}
+
+/// Makes a folder where there is none.
+int makeFolder(const Run& run, const std::string& path)
+{
+    const auto native = toPath(path);
+    std::error_code error;
+    if (native) std::filesystem::create_directories(*native, error);
+    if (native && std::filesystem::is_directory(*native, error)) return exitDone;
+    return reportFailure(run, path, Message::cannotCreateFile, {"the folder cannot be made", {}});
+}
+
+std::size_t folderEnd(const std::string& path)
+{
+    const std::size_t end = path.find_last_of(separators);
+    return end == std::string::npos ? 0 : end + 1;
+}
+
+/// The number that ends a file's name, before its extension.
+std::optional<std::uint32_t> endingNumber(const std::string& path)
+{
+    const std::string name(cutExtension(path.substr(folderEnd(path))));
+    std::size_t begin = name.size();
+    while (begin > 0 && name[begin - 1] >= '0' && name[begin - 1] <= '9') --begin;
+    std::uint32_t number = 0;
+    const auto [end, error] =
+        std::from_chars(name.data() + begin, name.data() + name.size(), number);
+    if (begin == name.size() || error != std::errc()) return std::nullopt;
+    return number;
+}
+
+} // namespace
+
+bool isFolder(const std::string& path)
+{
+    if (!path.empty() && separators.find(path.back()) != std::string_view::npos) return true;
+    const auto native = toPath(path);
+    std::error_code error;
+    return native && std::filesystem::is_directory(*native, error);
+}
+
+int runExport(Run& run, const ConvertOptions& options)
+{
+    const std::string& output = options.paths.back();
+    InputFile model, textures;
+    if (const int status = readAs(run, model, options.paths[0], FileKind::model);
+        status != exitDone)
+        return status;
+    const bool hasTextures = options.paths.size() == 3;
+    if (hasTextures)
+        if (const int status = readAs(run, textures, options.paths[1], FileKind::textures);
+            status != exitDone)
+            return status;
+    const std::size_t begin = output == standardStream ? 0 : folderEnd(output);
+    const std::string folder = output.substr(0, begin);
+    const std::string title(
+        output == standardStream ? "stdout" : std::string(cutExtension(output.substr(begin))));
+    std::vector<ExportedFile> files;
+    if (const Message message =
+            writeObj(files, model.model, hasTextures ? &textures.textures : nullptr, title);
+        message != Message::none)
+        return reportFailure(run, options.paths[0], message);
+    if (output == standardStream) return writeOutput(run, {output, files[0].bytes, {}});
+    std::vector<Output> outputs{{output, std::move(files[0].bytes), {}}};
+    for (std::size_t i = 1; i < files.size(); ++i)
+        outputs.push_back({folder + files[i].name, std::move(files[i].bytes), {}});
+    if (files.size() > 2)
+        if (const int status = makeFolder(run, folder + title + ".textures"); status != exitDone)
+            return status;
+    return writeOutputs(run, outputs);
+}
+
+int runBothImages(Run& run, const ConvertOptions& options)
+{
+    InputFile model, textures;
+    if (const int status = readAs(run, model, options.paths[0], FileKind::model);
+        status != exitDone)
+        return status;
+    if (const int status = readAs(run, textures, options.paths[1], FileKind::textures);
+        status != exitDone)
+        return status;
+    const float scale = options.scale.value_or(1.0f);
+    Reason reason;
+    reason.text = findBeyondFixed(model.model, scale);
+    if (!reason.text.empty())
+        return reportFailure(run, options.paths[0], Message::dataError, reason, "16.16");
+    Bytes image = formatModelImage(model.model, scale), list;
+    if (const Message message = formatTextureImage(list, textures.textures, &reason.text);
+        message != Message::none)
+        return reportFailure(run, options.paths[1], message, reason);
+    image.insert(image.end(), list.begin(), list.end());
+    return writeOutput(run, {options.paths[2], std::move(image), {}});
+}
+
+int runUnpack(Run& run, const ConvertOptions& options)
+{
+    InputFile file;
+    if (const int status = readAs(run, file, options.paths[0], FileKind::textures);
+        status != exitDone)
+        return status;
+    const std::uint32_t used = file.textures.usedCount();
+    if (used == 0) return reportFailure(run, options.paths[0], Message::texturesEmpty);
+    std::string folder = options.paths[1];
+    if (separators.find(folder.back()) == std::string_view::npos) folder += '/';
+    std::vector<Output> outputs;
+    for (std::uint32_t slot = 0; slot < used; ++slot) {
+        if (file.textures.isEmpty(slot)) continue;
+        Bytes png = encodeTexture(file.textures, slot);
+        if (png.empty())
+            return reportFailure(run, options.paths[0], Message::outOfMemory,
+                                 {"texture " + std::to_string(slot), {}});
+        outputs.push_back({folder + slotNumber(slot) + ".png", std::move(png), {}});
+    }
+    if (const int status = makeFolder(run, folder); status != exitDone) return status;
+    return writeOutputs(run, outputs);
+}
+
+int runTextureImage(Run& run, const ConvertOptions& options)
+{
+    const std::string& path = options.paths[0];
+    Reason reason;
+    run.filesRead.push_back(path);
+    const std::optional<Bytes> image = readFile(path, largestFile, &reason.text);
+    if (!image) return reportFailure(run, path, Message::cannotOpenFile, reason);
+    TextureList textures;
+    Message message = textures.create();
+    if (message == Message::none) message = readTextureImage(textures, *image, reason);
+    if (message != Message::none) return reportFailure(run, path, message, reason);
+    return writeOutput(run, {options.paths[1], writeTextures(textures), {}});
+}
+
+int runPictures(Run& run, const ConvertOptions& options)
+{
+    const std::span<const std::string> pictures(options.paths.data(), options.paths.size() - 1);
+    const std::string& output = options.paths.back();
+    const auto fail = [&](const std::string& path, const std::string& why) {
+        return reportFailure(run, path, Message::formatNotSupported, {why, {}});
+    };
+    InputFile old;
+    if (!options.into.empty()) {
+        if (const int status = readAs(run, old, options.into, FileKind::textures);
+            status != exitDone)
+            return status;
+    } else if (const Message message = old.textures.create(); message != Message::none) {
+        return reportFailure(run, output, message);
+    }
+    const PictureImport import{options.fit ? PictureSize::fitted : PictureSize::asItIs,
+                               options.dither.value_or(Dither::none), options.transparent};
+    std::map<std::uint32_t, std::string> taken;
+    ProgressLine line(run.progress, "pictures", pictures.size());
+    for (std::size_t i = 0; i < pictures.size(); ++i) {
+        const std::string& path = pictures[i];
+        std::uint32_t slot = options.first.value_or(0) + static_cast<std::uint32_t>(i);
+        if (options.numbered) {
+            const auto number = endingNumber(path);
+            if (!number) return fail(path, "no number ends its name");
+            slot = *number;
+            if (const auto before = taken.find(slot); before != taken.end())
+                return fail(path, "its number is also that of " + before->second);
+        }
+        if (slot >= textureSlotCount)
+            return fail(path, "slot " + std::to_string(slot) + "; there are 0 to " +
+                                  std::to_string(textureSlotCount - 1));
+        taken.emplace(slot, path);
+        Reason reason;
+        run.filesRead.push_back(path);
+        const std::optional<Bytes> file = readFile(path, largestImageFile, &reason.text);
+        if (!file) return reportFailure(run, path, Message::cannotOpenFile, reason);
+        ScenePicture picture;
+        if (!decodePicture(picture, *file, reason.text)) return fail(path, reason.text);
+        if (const Message message = importPicture(old.textures, slot, picture, import, reason);
+            message != Message::none)
+            return reportFailure(run, path, message, reason);
+        line.show(i + 1);
+    }
+    line.clear();
+    return writeOutput(run, {output, writeTextures(old.textures), options.into});
+}
+
+} // namespace facetor

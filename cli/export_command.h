@@ -1,0 +1,29 @@
+#pragma once
+
+#include "commands.h"
+#include "input_file.h"
+
+namespace facetor {
+
+// Conversions into several files or of several. Each returns the exit status and has reported what
+// failed.
+
+/// A model, and perhaps a texture list behind it, into an OBJ with its material file and pictures.
+int runExport(Run& run, const ConvertOptions& options);
+
+/// A model and a texture list into one target image, the model's blocks first.
+int runBothImages(Run& run, const ConvertOptions& options);
+
+/// A texture list into a folder of pictures.
+int runUnpack(Run& run, const ConvertOptions& options);
+
+/// The textures of a target image into a texture list.
+int runTextureImage(Run& run, const ConvertOptions& options);
+
+/// Pictures into a texture list.
+int runPictures(Run& run, const ConvertOptions& options);
+
+/// Whether a path is a folder's: it ends in a slash or there is one.
+bool isFolder(const std::string& path);
+
+} // namespace facetor

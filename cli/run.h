@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace facetor {
+
+/// How much a command says about work that goes well.
+enum class Progress { shown, silent };
+
+/// How failures are written to the error stream.
+enum class ErrorFormat { text, json };
+
+/// The path that stands for the standard input or output.
+inline constexpr std::string_view standardStream = "-";
+
+/// One run of the program: what every command takes beside its own options, and what it has read.
+struct Run {
+    Progress progress = Progress::shown;
+    ErrorFormat errors = ErrorFormat::text;
+    bool ifChanged = false;   ///< an output whose bytes would be the same is not touched
+    std::string depfile;      ///< where the make rule goes; empty: none is written
+    std::string standardKind; ///< the extension that tells what goes to the standard output
+
+    std::vector<std::string> filesRead; ///< paths as they were given
+    bool standardInputRead = false;
+};
+
+} // namespace facetor

@@ -1,8 +1,0 @@
-#include "images/plug_in_codec.h"
-#include "images/system_codec_win.h"
-
-namespace facetor {
-
-const ImageCodec& plugInCodec = systemCodec;
-
-} // namespace facetor

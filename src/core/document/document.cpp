@@ -1,0 +1,238 @@
+#include "document/document.h"
+
+#include "document/undo_kinds.h"
+
+#include <cassert>
+#include <new>
+#include <utility>
+
+namespace facetor {
+
+namespace {
+
+void markChanged(Document& document, Revision& revision, Revision saved)
+{
+    if (revision == saved) revision = ++document.lastRevision;
+}
+
+void forgetSteps(History& history)
+{
+    history.steps.clear();
+    history.position = 0;
+    history.size = 0;
+}
+
+/// Lets go of the steps that were taken back: another change takes their place.
+void dropStepsAhead(History& history)
+{
+    while (history.steps.size() > history.position) {
+        history.size -= sizeOf(history.steps.back());
+        history.steps.pop_back();
+    }
+}
+
+void addStep(History& history, Step step)
+{
+    dropStepsAhead(history);
+    const std::size_t size = sizeOf(step);
+    try {
+        history.steps.push_back(std::move(step));
+    } catch (const std::bad_alloc&) {
+        forgetSteps(history); // a gap would make the older ones wrong
+        return;
+    }
+    history.size += size;
+    ++history.position;
+    while (history.size > history.limit) {
+        history.size -= sizeOf(history.steps.front());
+        history.steps.pop_front();
+        --history.position;
+    }
+}
+
+void setRevisions(Document& document, const Step& step, Direction direction)
+{
+    const bool back = direction == Direction::back;
+    if (step.changesModel()) document.modelRevision = back ? step.modelBefore : step.modelAfter;
+    if (!step.textures.empty())
+        document.textureRevision = back ? step.texturesBefore : step.texturesAfter;
+}
+
+/// The document's file and the one on the step's other side change places.
+void exchangeFile(Document& document, Step& step)
+{
+    if (step.opensModel) {
+        std::swap(document.modelFile, step.otherFile.path);
+        std::swap(document.savedModelRevision, step.otherFile.saved);
+    } else if (step.opensTextures) {
+        std::swap(document.textureFile, step.otherFile.path);
+        std::swap(document.savedTextureRevision, step.otherFile.saved);
+    }
+}
+
+/// Gives the document the revisions that come with a step.
+void countRevisions(Document& document, Step& step)
+{
+    step.modelBefore = document.modelRevision;
+    step.texturesBefore = document.textureRevision;
+    if (step.changesModel()) document.modelRevision = ++document.lastRevision;
+    if (!step.textures.empty()) document.textureRevision = ++document.lastRevision;
+    step.modelAfter = document.modelRevision;
+    step.texturesAfter = document.textureRevision;
+}
+
+enum class Recording { newStep, mayBeAStep };
+
+EditOutcome record(Document& document, Word name, const std::function<EditOutcome()>& edit,
+                   ChangeKind kind, Recording recording)
+{
+    if (document.changing) return edit();
+    const bool opens = kind != ChangeKind::edit;
+    FileState before = kind == ChangeKind::openTextures
+                           ? FileState{document.textureFile, document.savedTextureRevision}
+                           : FileState{document.modelFile, document.savedModelRevision};
+    Message message = takeSnapshot(document.before, document.model, document.textures);
+    document.changing = true;
+    const EditOutcome outcome = edit();
+    document.changing = false;
+    const bool opened = opens && outcome.edit == Message::none;
+    Step step;
+    if (message == Message::none)
+        message = findChanges(step, document.before, document.model, document.textures);
+    document.before.textures.clearAll(); // a share of pixels would make the next edit copy them
+    if (message != Message::none) {
+        forgetSteps(document.history);
+        if (!opens || opened) document.modelRevision = ++document.lastRevision;
+        if (!opens || opened) document.textureRevision = ++document.lastRevision;
+        return outcome;
+    }
+    if (step.isEmpty()) return outcome;
+    History& history = document.history;
+    if (recording == Recording::mayBeAStep) {
+        const std::size_t at = history.position;
+        if (at > 0 && isInverse(step, history.steps[at - 1])) {
+            setRevisions(document, history.steps[--history.position], Direction::back);
+            return outcome;
+        }
+        if (at < history.steps.size() && isSame(step, history.steps[at])) {
+            setRevisions(document, history.steps[history.position++], Direction::forward);
+            return outcome;
+        }
+    }
+    step.name = name;
+    step.opensModel = opened && kind == ChangeKind::openModel;
+    step.opensTextures = opened && kind == ChangeKind::openTextures;
+    step.otherFile = std::move(before);
+    if (!opens || opened) {
+        countRevisions(document, step);
+    } else { // broken off: the flags stay, so does what they are computed from
+        step.modelBefore = step.modelAfter = document.modelRevision;
+        step.texturesBefore = step.texturesAfter = document.textureRevision;
+    }
+    addStep(history, std::move(step));
+    return outcome;
+}
+
+} // namespace
+
+Message startDocument(Document& document)
+{
+    if (const Message message = document.textures.create(); message != Message::none)
+        return message;
+    return createModelStore(document.model);
+}
+
+void releaseDocument(Document& document)
+{
+    releaseModelStore(document.model);
+    if (!document.textures.slots().empty()) document.textures.clearAll();
+    undoClear(document.undo);
+    forgetSteps(document.history);
+}
+
+bool isModelChanged(const Document& document)
+{
+    return document.modelRevision != document.savedModelRevision;
+}
+
+bool areTexturesChanged(const Document& document)
+{
+    return document.textureRevision != document.savedTextureRevision;
+}
+
+void markModelChanged(Document& document)
+{
+    markChanged(document, document.modelRevision, document.savedModelRevision);
+}
+
+void markTexturesChanged(Document& document)
+{
+    markChanged(document, document.textureRevision, document.savedTextureRevision);
+}
+
+void markModelSaved(Document& document)
+{
+    document.savedModelRevision = document.modelRevision;
+}
+
+void markTexturesSaved(Document& document)
+{
+    document.savedTextureRevision = document.textureRevision;
+}
+
+EditOutcome change(Document& document, Word name, const std::function<EditOutcome()>& edit,
+                   ChangeKind kind)
+{
+    return record(document, name, edit, kind, Recording::newStep);
+}
+
+EditOutcome changeModel(Document& document, Word name, ModelEdit edit,
+                        const std::function<void(Model&)>& action)
+{
+    return change(document, name, [&] {
+        const Message message = rememberModel(document.undo, document.model, edit);
+        action(document.model);
+        return EditOutcome{message, Message::none};
+    });
+}
+
+EditOutcome undoLastEdit(Document& document)
+{
+    return record(
+        document, Word::stepUndo,
+        [&] {
+            return EditOutcome{Message::none,
+                               undoEdit(document.undo, document.model, document.textures)};
+        },
+        ChangeKind::edit, Recording::mayBeAStep);
+}
+
+bool canStep(const Document& document, Direction direction)
+{
+    const History& history = document.history;
+    return direction == Direction::back ? history.position > 0
+                                        : history.position < history.steps.size();
+}
+
+Word stepName(const Document& document, Direction direction)
+{
+    assert(canStep(document, direction));
+    const History& history = document.history;
+    return history.steps[direction == Direction::back ? history.position - 1 : history.position]
+        .name;
+}
+
+bool takeStep(Document& document, Direction direction)
+{
+    assert(canStep(document, direction));
+    History& history = document.history;
+    const bool back = direction == Direction::back;
+    Step& step = history.steps[back ? --history.position : history.position++];
+    applyStep(step, direction, document.model, document.textures);
+    setRevisions(document, step, direction);
+    exchangeFile(document, step);
+    undoClear(document.undo);
+    return step.opensModel;
+}
+
+} // namespace facetor

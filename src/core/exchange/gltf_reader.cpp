@@ -1,0 +1,582 @@
+#include "exchange/gltf_reader.h"
+
+#include "base/text.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstring>
+#include <map>
+
+namespace facetor {
+
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr std::uint32_t glbTag = tag("glTF"), jsonChunk = tag("JSON"), binaryChunk = tag("BIN\0");
+constexpr std::size_t mostFaces = 2'000'000; ///< of all instances together
+constexpr int deepestNode = 256;
+
+// Members of JSON objects, whatever stands there: a missing or wrong one is as if it were not
+// there, and what needs it says so.
+
+const Json& member(const Json& object, const char* name)
+{
+    static const Json nothing;
+    if (!object.is_object()) return nothing;
+    const auto found = object.find(name);
+    return found == object.end() ? nothing : *found;
+}
+
+const Json& element(const Json& array, std::size_t index)
+{
+    static const Json nothing;
+    return array.is_array() && index < array.size() ? array[index] : nothing;
+}
+
+std::size_t sizeMember(const Json& object, const char* name, std::size_t otherwise)
+{
+    const Json& value = member(object, name);
+    return value.is_number_unsigned() ? value.get<std::size_t>() : otherwise;
+}
+
+double numberMember(const Json& object, const char* name, double otherwise)
+{
+    const Json& value = member(object, name);
+    return value.is_number() ? value.get<double>() : otherwise;
+}
+
+std::string textMember(const Json& object, const char* name)
+{
+    const Json& value = member(object, name);
+    return value.is_string() ? value.get<std::string>() : std::string();
+}
+
+/// As many numbers as asked for, or none of them.
+template <std::size_t Count> std::optional<std::array<double, Count>> numbers(const Json& array)
+{
+    if (!array.is_array() || array.size() != Count) return std::nullopt;
+    std::array<double, Count> values;
+    for (std::size_t i = 0; i < Count; ++i) {
+        if (!array[i].is_number()) return std::nullopt;
+        values[i] = array[i].get<double>();
+        if (!std::isfinite(values[i])) return std::nullopt;
+    }
+    return values;
+}
+
+constexpr std::size_t missing = static_cast<std::size_t>(-1);
+
+/// What stands behind "base64," of a data URI; none when it is damaged.
+std::optional<Bytes> decodeBase64(std::string_view text)
+{
+    Bytes bytes;
+    std::uint32_t bits = 0;
+    int count = 0;
+    while (text.ends_with('=')) text.remove_suffix(1);
+    for (const char c : text) {
+        static constexpr std::string_view digits =
+            "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+        const std::size_t digit = digits.find(c);
+        if (digit == std::string_view::npos) return std::nullopt;
+        bits = bits << 6 | static_cast<std::uint32_t>(digit);
+        if ((count += 6) < 8) continue;
+        count -= 8;
+        bytes.push_back(static_cast<std::byte>(bits >> count & 255));
+    }
+    return bytes;
+}
+
+/// A relative URI as a file's name: %20 is a blank.
+std::string decodedUri(std::string_view uri)
+{
+    std::string name;
+    const auto digit = [](char c) {
+        static constexpr std::string_view digits = "0123456789abcdef";
+        return digits.find(c >= 'A' && c <= 'F' ? static_cast<char>(c + 32) : c);
+    };
+    for (std::size_t i = 0; i < uri.size(); ++i) {
+        if (uri[i] == '%' && i + 2 < uri.size() && digit(uri[i + 1]) < 16 &&
+            digit(uri[i + 2]) < 16) {
+            name += static_cast<char>(digit(uri[i + 1]) * 16 + digit(uri[i + 2]));
+            i += 2;
+        } else {
+            name += uri[i];
+        }
+    }
+    return name;
+}
+
+/// An accessor's numbers: `width` of them an element.
+struct Numbers {
+    std::vector<double> values;
+    std::size_t width = 0;
+
+    std::size_t count() const { return width == 0 ? 0 : values.size() / width; }
+};
+
+class GltfReader {
+public:
+    GltfReader(Scene& scene, const AssetReader& assets, Reason& reason)
+        : scene_(scene), assets_(assets), reason_(reason)
+    {
+        scene_.colourSpace = ColourSpace::linear;
+    }
+
+    bool read(std::span<const std::byte> file)
+    {
+        std::span<const std::byte> text = file;
+        if (ByteReader{file}.u32() == glbTag && !openBinary(file, text)) return false;
+        json_ =
+            Json::parse(reinterpret_cast<const char*>(text.data()),
+                        reinterpret_cast<const char*>(text.data()) + text.size(), nullptr, false);
+        if (!json_.is_object()) return fail("it is no JSON");
+        if (!textMember(member(json_, "asset"), "version").starts_with("2."))
+            return fail("asset: it is not of version 2");
+        for (const Json& extension : member(json_, "extensionsRequired")) {
+            static constexpr std::string_view known[] = {
+                "KHR_materials_unlit", "KHR_texture_transform", "KHR_mesh_quantization"};
+            const std::string name = extension.is_string() ? extension.get<std::string>() : "";
+            if (std::find(std::begin(known), std::end(known), name) == std::end(known))
+                return fail("it needs the extension " + name);
+        }
+        readMaterials();
+        if (!readNodes()) return false;
+        return !scene_.faces.empty() || fail("it has no face");
+    }
+
+private:
+    bool fail(const std::string& what)
+    {
+        if (reason_.text.empty()) reason_.text = what;
+        return false;
+    }
+
+    bool openBinary(std::span<const std::byte> file, std::span<const std::byte>& text)
+    {
+        ByteReader in{file};
+        in.skip(4);
+        const std::uint32_t version = in.u32(), length = in.u32();
+        if (version != 2 || length > file.size() || length < 12)
+            return fail("the header: another version, or the file is cut");
+        ByteReader chunks{file.first(length)};
+        chunks.skip(12);
+        bool hasText = false;
+        while (chunks.left() >= 8) {
+            const std::uint32_t size = chunks.u32(), kind = chunks.u32();
+            if (size > chunks.left())
+                return fail("a chunk overruns the file at offset " +
+                            std::to_string(chunks.offset() - 8));
+            const auto payload = chunks.take(size);
+            if (kind == jsonChunk && !hasText) {
+                text = payload;
+                hasText = true;
+            } else if (kind == binaryChunk && binary_.empty()) {
+                binary_ = payload;
+            }
+        }
+        return hasText || fail("it has no JSON chunk");
+    }
+
+    /// The bytes that a URI stands for; none with the cause in `why`.
+    std::optional<Bytes> fetch(const std::string& uri, std::string& why)
+    {
+        if (!uri.starts_with("data:")) return assets_(decodedUri(uri), why);
+        const std::size_t comma = uri.find(',');
+        if (comma == std::string::npos ||
+            !std::string_view(uri).substr(0, comma).ends_with(";base64")) {
+            why = "a data URI that is not base64";
+            return std::nullopt;
+        }
+        why = "base64 is damaged";
+        return decodeBase64(std::string_view(uri).substr(comma + 1));
+    }
+
+    /// Buffer `index`, whole; null after fail().
+    const std::span<const std::byte>* buffer(std::size_t index)
+    {
+        const auto known = buffers_.find(index);
+        if (known != buffers_.end()) return &known->second;
+        const std::string name = "buffer " + std::to_string(index);
+        const Json& json = element(member(json_, "buffers"), index);
+        const std::size_t length = sizeMember(json, "byteLength", missing);
+        std::span<const std::byte> bytes = binary_;
+        if (member(json, "uri").is_string()) {
+            std::string why;
+            std::optional<Bytes> file = fetch(textMember(json, "uri"), why);
+            if (!file) {
+                fail(name + ": " + why);
+                return nullptr;
+            }
+            files_[index] = std::move(*file);
+            bytes = files_[index];
+        }
+        if (length == missing || length > bytes.size()) {
+            fail(name + " is shorter than it says");
+            return nullptr;
+        }
+        return &(buffers_[index] = bytes.first(length));
+    }
+
+    std::optional<std::span<const std::byte>> view(std::size_t index)
+    {
+        const Json& json = element(member(json_, "bufferViews"), index);
+        const auto* bytes = buffer(sizeMember(json, "buffer", missing));
+        if (!bytes) return std::nullopt;
+        const std::size_t offset = sizeMember(json, "byteOffset", 0);
+        const std::size_t length = sizeMember(json, "byteLength", missing);
+        if (offset > bytes->size() || length > bytes->size() - offset) {
+            fail("bufferView " + std::to_string(index) + " overruns its buffer");
+            return std::nullopt;
+        }
+        return bytes->subspan(offset, length);
+    }
+
+    /// All numbers of an accessor, normalised ones as 0 to 1 or -1 to 1.
+    bool readAccessor(Numbers& numbers, std::size_t index)
+    {
+        const std::string name = "accessor " + std::to_string(index);
+        const Json& json = element(member(json_, "accessors"), index);
+        if (!json.is_object()) return fail(name + " does not exist");
+        if (member(json, "sparse").is_object()) return fail(name + " is sparse");
+        static const std::map<std::string, std::size_t> widths{
+            {"SCALAR", 1}, {"VEC2", 2}, {"VEC3", 3}, {"VEC4", 4}};
+        const auto width = widths.find(textMember(json, "type"));
+        const std::size_t kind = sizeMember(json, "componentType", 0);
+        static const std::map<std::size_t, std::size_t> sizes{{5120, 1}, {5121, 1}, {5122, 2},
+                                                              {5123, 2}, {5125, 4}, {5126, 4}};
+        const auto size = sizes.find(kind);
+        if (width == widths.end() || size == sizes.end())
+            return fail(name + " is of an unknown type");
+        const auto bytes = view(sizeMember(json, "bufferView", missing));
+        if (!bytes) return fail(name + " has no data");
+        const std::size_t elementSize = width->second * size->second;
+        const std::size_t stride =
+            sizeMember(element(member(json_, "bufferViews"), sizeMember(json, "bufferView", 0)),
+                       "byteStride", elementSize);
+        const std::size_t offset = sizeMember(json, "byteOffset", 0);
+        const std::size_t count = sizeMember(json, "count", 0);
+        if (stride < elementSize || stride > 65535 || offset > bytes->size() || count == 0 ||
+            bytes->size() - offset < elementSize ||
+            (bytes->size() - offset - elementSize) / stride < count - 1)
+            return fail(name + " overruns its bufferView");
+        const bool normalised = member(json, "normalized") == true;
+        numbers.width = width->second;
+        numbers.values.clear();
+        numbers.values.reserve(count * width->second);
+        for (std::size_t i = 0; i < count; ++i) {
+            ByteReader in{bytes->subspan(offset + i * stride, elementSize)};
+            for (std::size_t k = 0; k < width->second; ++k) {
+                double value = 0, most = 1;
+                switch (kind) {
+                case 5120: value = static_cast<std::int8_t>(in.u8()), most = 127; break;
+                case 5121: value = in.u8(), most = 255; break;
+                case 5122: value = static_cast<std::int16_t>(in.u16()), most = 32767; break;
+                case 5123: value = in.u16(), most = 65535; break;
+                case 5125: value = in.u32(); break;
+                default: value = double{in.f32()};
+                }
+                if (!std::isfinite(value)) return fail(name + " holds a number that is not finite");
+                numbers.values.push_back(normalised ? std::max(value / most, -1.0) : value);
+            }
+        }
+        return true;
+    }
+
+    void readMaterials()
+    {
+        for (const Json& json : member(json_, "materials")) {
+            SceneMaterial& material = scene_.materials.emplace_back();
+            textures_.push_back({});
+            material.name = textMember(json, "name");
+            material.doubleSided = member(json, "doubleSided") == true;
+            material.unlit = member(member(json, "extensions"), "KHR_materials_unlit").is_object();
+            const Json& base = member(json, "pbrMetallicRoughness");
+            double alpha = 1;
+            if (const auto factor = numbers<4>(member(base, "baseColorFactor"))) {
+                for (std::size_t i = 0; i < 3; ++i)
+                    material.colour[i] = std::clamp((*factor)[i], 0.0, 1.0);
+                alpha = std::clamp((*factor)[3], 0.0, 1.0);
+            }
+            readTexture(material, member(base, "baseColorTexture"));
+            const std::string mode = textMember(json, "alphaMode");
+            if (mode == "BLEND") {
+                material.opacity = alpha;
+            } else if (mode == "MASK") {
+                const double cutoff = numberMember(json, "alphaCutoff", 0.5);
+                material.alphaCutoff = cutoff <= 0 ? 0 : alpha > 0 ? cutoff / alpha : 2;
+            } else {
+                material.alphaCutoff = 0;
+            }
+        }
+    }
+
+    void readTexture(SceneMaterial& material, const Json& json)
+    {
+        const Json& texture =
+            element(member(json_, "textures"), sizeMember(json, "index", missing));
+        if (!texture.is_object()) return;
+        const std::size_t source = sizeMember(texture, "source", missing);
+        material.picture = picture(source);
+        const Json& sampler =
+            element(member(json_, "samplers"), sizeMember(texture, "sampler", missing));
+        const auto wrap = [&](const char* name) {
+            const std::size_t value = sizeMember(sampler, name, 10497);
+            return value == 33071 ? Wrap::clamp : value == 33648 ? Wrap::mirror : Wrap::repeat;
+        };
+        material.wrapU = wrap("wrapS");
+        material.wrapV = wrap("wrapT");
+        TextureUse& use = textures_.back();
+        const Json& transform = member(member(json, "extensions"), "KHR_texture_transform");
+        use.coordinates = sizeMember(transform, "texCoord", sizeMember(json, "texCoord", 0));
+        use.offset = numbers<2>(member(transform, "offset")).value_or(use.offset);
+        use.scale = numbers<2>(member(transform, "scale")).value_or(use.scale);
+        use.rotation = numberMember(transform, "rotation", 0);
+    }
+
+    /// Image `index` as a picture of the scene, read once; one that cannot be read is noted.
+    std::uint32_t picture(std::size_t index)
+    {
+        const Json& json = element(member(json_, "images"), index);
+        if (!json.is_object()) return noIndex;
+        const auto known = pictures_.find(index);
+        if (known != pictures_.end()) return known->second;
+        const std::string uri = textMember(json, "uri");
+        const std::string name =
+            uri.empty() || uri.starts_with("data:") ? "image " + std::to_string(index) : uri;
+        ScenePicture read;
+        read.name = name;
+        std::string why = "it has no data";
+        std::optional<Bytes> file;
+        if (!uri.empty()) {
+            file = fetch(uri, why);
+        } else if (const auto bytes = view(sizeMember(json, "bufferView", missing))) {
+            file.emplace(bytes->begin(), bytes->end());
+        }
+        if (!file || !decodePicture(read, *file, why)) {
+            reason_.text.clear(); // a picture that is missing is no failure
+            scene_.notes.push_back({0, "picture \"" + name + "\": " + why});
+            return pictures_[index] = noIndex;
+        }
+        scene_.pictures.push_back(std::move(read));
+        return pictures_[index] = static_cast<std::uint32_t>(scene_.pictures.size() - 1);
+    }
+
+    bool readNodes()
+    {
+        const Json& nodes = member(json_, "nodes");
+        const Json& scenes = member(json_, "scenes");
+        isUsed_.assign(nodes.is_array() ? nodes.size() : 0, false);
+        const Json& roots = member(element(scenes, sizeMember(json_, "scene", 0)), "nodes");
+        if (roots.is_array()) {
+            for (const Json& root : roots)
+                if (!readNode(root.is_number_unsigned() ? root.get<std::size_t>() : missing,
+                              noIndex, 0))
+                    return false;
+            return true;
+        }
+        std::vector<bool> isChild(isUsed_.size());
+        for (const Json& node : nodes)
+            for (const Json& child : member(node, "children"))
+                if (child.is_number_unsigned() && child.get<std::size_t>() < isChild.size())
+                    isChild[child.get<std::size_t>()] = true;
+        for (std::size_t i = 0; i < isUsed_.size(); ++i)
+            if (!isChild[i] && !readNode(i, noIndex, 0)) return false;
+        return true;
+    }
+
+    /// A node and those below it; those without a face in or below them are left out.
+    bool readNode(std::size_t index, std::uint32_t parent, int depth)
+    {
+        const std::string name = "node " + std::to_string(index);
+        if (index >= isUsed_.size()) return fail("a node does not exist");
+        if (isUsed_[index]) return fail(name + " has two parents");
+        if (depth > deepestNode) return fail(name + " lies too deep");
+        isUsed_[index] = true;
+        const Json& json = json_["nodes"][index];
+        const auto object = static_cast<std::uint32_t>(scene_.objects.size());
+        const std::size_t faces = scene_.faces.size();
+        scene_.objects.emplace_back();
+        scene_.objects[object].parent = parent;
+        const std::size_t mesh = sizeMember(json, "mesh", missing);
+        std::string title = textMember(json, "name");
+        if (title.empty()) title = textMember(element(member(json_, "meshes"), mesh), "name");
+        scene_.objects[object].name = title.substr(0, title.find('\0'));
+        scene_.objects[object].placement = placementOf(json);
+        if (member(json, "mesh").is_number() && !readMesh(mesh, object)) return false;
+        for (const Json& child : member(json, "children"))
+            if (!readNode(child.is_number_unsigned() ? child.get<std::size_t>() : missing, object,
+                          depth + 1))
+                return false;
+        if (scene_.faces.size() == faces) scene_.objects.resize(object);
+        return true;
+    }
+
+    static std::array<Real3, 4> placementOf(const Json& json)
+    {
+        std::array<Real3, 4> placement = SceneObject{}.placement;
+        if (const auto matrix = numbers<16>(member(json, "matrix"))) {
+            for (std::size_t i = 0; i < 4; ++i)
+                for (std::size_t k = 0; k < 3; ++k) placement[i][k] = (*matrix)[i * 4 + k];
+            return placement;
+        }
+        const auto q =
+            numbers<4>(member(json, "rotation")).value_or(std::array<double, 4>{0, 0, 0, 1});
+        const double length = std::sqrt(q[0] * q[0] + q[1] * q[1] + q[2] * q[2] + q[3] * q[3]);
+        if (length > 0) {
+            const double x = q[0] / length, y = q[1] / length, z = q[2] / length, w = q[3] / length;
+            placement[0] = {1 - 2 * (y * y + z * z), 2 * (x * y + z * w), 2 * (x * z - y * w)};
+            placement[1] = {2 * (x * y - z * w), 1 - 2 * (x * x + z * z), 2 * (y * z + x * w)};
+            placement[2] = {2 * (x * z + y * w), 2 * (y * z - x * w), 1 - 2 * (x * x + y * y)};
+        }
+        const Real3 scale = numbers<3>(member(json, "scale")).value_or(Real3{1, 1, 1});
+        for (std::size_t i = 0; i < 3; ++i)
+            for (double& component : placement[i]) component *= scale[i];
+        placement[3] = numbers<3>(member(json, "translation")).value_or(Real3{0, 0, 0});
+        return placement;
+    }
+
+    bool readMesh(std::size_t index, std::uint32_t object)
+    {
+        const Json& json = element(member(json_, "meshes"), index);
+        if (!json.is_object()) return fail("mesh " + std::to_string(index) + " does not exist");
+        std::size_t number = 0;
+        for (const Json& primitive : member(json, "primitives"))
+            if (!readPrimitive(primitive, object,
+                               "mesh " + std::to_string(index) + " primitive " +
+                                   std::to_string(number++)))
+                return false;
+        return true;
+    }
+
+    /// The values of one kind of a primitive's vertices, behind those of the scene; `first` is
+    /// noIndex when it has none. False after fail().
+    template <typename Value>
+    bool appendValues(std::vector<Value>& into, const Json& accessor, std::size_t count,
+                      std::uint32_t& first, const std::string& name)
+    {
+        first = noIndex;
+        if (!accessor.is_number_unsigned()) return true;
+        Numbers numbers;
+        if (!readAccessor(numbers, accessor.get<std::size_t>())) return false;
+        constexpr std::size_t width = std::tuple_size_v<Value>;
+        if (numbers.width < width || (count != missing && numbers.count() != count))
+            return fail(name + " has attributes of different sizes");
+        first = static_cast<std::uint32_t>(into.size());
+        for (std::size_t i = 0; i < numbers.count(); ++i) {
+            Value value;
+            std::copy_n(numbers.values.begin() + static_cast<std::ptrdiff_t>(i * numbers.width),
+                        width, value.begin());
+            into.push_back(value);
+        }
+        return true;
+    }
+
+    bool readPrimitive(const Json& json, std::uint32_t object, const std::string& name)
+    {
+        const std::size_t mode = sizeMember(json, "mode", 4);
+        if (mode < 4) return true; // points and lines
+        if (mode > 6) return fail(name + " is of an unknown mode");
+        const std::size_t material = sizeMember(json, "material", missing);
+        if (material != missing && material >= scene_.materials.size())
+            return fail(name + " names a material that does not exist");
+        const Json& attributes = member(json, "attributes");
+        SceneCorner first;
+        if (!appendValues(scene_.positions, member(attributes, "POSITION"), missing, first.position,
+                          name))
+            return false;
+        if (first.position == noIndex) return true;
+        const std::size_t count = scene_.positions.size() - first.position;
+        const TextureUse use = material == missing ? TextureUse{} : textures_[material];
+        const std::string uvs = "TEXCOORD_" + std::to_string(use.coordinates);
+        if (!appendValues(scene_.normals, member(attributes, "NORMAL"), count, first.normal,
+                          name) ||
+            !appendValues(scene_.uvs, member(attributes, uvs.c_str()), count, first.uv, name) ||
+            !appendValues(scene_.colours, member(attributes, "COLOR_0"), count, first.colour, name))
+            return false;
+        if (first.uv != noIndex)
+            for (std::size_t i = first.uv; i < scene_.uvs.size(); ++i)
+                scene_.uvs[i] = use.transformed(scene_.uvs[i]);
+        Numbers indices;
+        const Json& accessor = member(json, "indices");
+        if (accessor.is_number_unsigned()) {
+            if (!readAccessor(indices, accessor.get<std::size_t>())) return false;
+            for (const double i : indices.values)
+                if (!(i >= 0 && i < static_cast<double>(count)) || i != std::floor(i))
+                    return fail(name + " has an index out of range");
+        } else {
+            for (std::size_t i = 0; i < count; ++i)
+                indices.values.push_back(static_cast<double>(i));
+        }
+        const std::size_t total = indices.values.size();
+        const std::size_t faces = mode == 4 ? total / 3 : total < 3 ? 0 : total - 2;
+        if (scene_.faces.size() + faces > mostFaces)
+            return fail(name + ": more than " + std::to_string(mostFaces) + " faces");
+        for (std::size_t f = 0; f < faces; ++f) {
+            std::array<std::size_t, 3> at{f * 3, f * 3 + 1, f * 3 + 2};
+            if (mode == 5) at = {f, f + 1 + f % 2, f + 2 - f % 2};
+            if (mode == 6) at = {f + 1, f + 2, 0};
+            scene_.faces.push_back(
+                {static_cast<std::uint32_t>(scene_.corners.size()), 3, object,
+                 material == missing ? noIndex : static_cast<std::uint32_t>(material), 0, false});
+            for (const std::size_t i : at) {
+                const auto vertex = static_cast<std::uint32_t>(indices.values[i]);
+                const auto shifted = [&](std::uint32_t base) {
+                    return base == noIndex ? noIndex : base + vertex;
+                };
+                scene_.corners.push_back({first.position + vertex, shifted(first.uv),
+                                          shifted(first.normal), shifted(first.colour)});
+            }
+        }
+        return true;
+    }
+
+    /// Which texture coordinates a material's picture uses, and what becomes of them first.
+    struct TextureUse {
+        std::size_t coordinates = 0;
+        Real2 offset{0, 0}, scale{1, 1};
+        double rotation = 0; ///< radians, counter-clockwise
+
+        Real2 transformed(const Real2& uv) const
+        {
+            const double c = std::cos(rotation), s = std::sin(rotation);
+            const double u = uv[0] * scale[0], v = uv[1] * scale[1];
+            return {c * u + s * v + offset[0], c * v - s * u + offset[1]};
+        }
+    };
+
+    Scene& scene_;
+    const AssetReader& assets_;
+    Reason& reason_;
+    Json json_;
+    std::span<const std::byte> binary_;
+    std::map<std::size_t, Bytes> files_;
+    std::map<std::size_t, std::span<const std::byte>> buffers_;
+    std::map<std::size_t, std::uint32_t> pictures_;
+    std::vector<TextureUse> textures_; ///< parallel to the scene's materials
+    std::vector<bool> isUsed_;         ///< nodes
+};
+
+} // namespace
+
+bool looksLikeGltf(std::span<const std::byte> file)
+{
+    if (ByteReader{file}.u32() == glbTag) return true;
+    const auto begin = std::find_if(file.begin(), file.end(), [](std::byte b) {
+        return b != std::byte{' '} && b != std::byte{'\n'} && b != std::byte{'\r'} &&
+               b != std::byte{'\t'};
+    });
+    return begin != file.end() && *begin == std::byte{'{'};
+}
+
+Message readGltf(Scene& scene, std::span<const std::byte> file, const AssetReader& assets,
+                 Reason& reason)
+{
+    return GltfReader(scene, assets, reason).read(file) ? Message::none
+                                                        : Message::formatNotSupported;
+}
+
+} // namespace facetor

@@ -1,0 +1,218 @@
+#include "exchange/obj_writer.h"
+
+#include "base/text_writer.h"
+#include "exchange/model_points.h"
+#include "image/png_codec.h"
+
+#include <algorithm>
+#include <charconv>
+#include <map>
+#include <optional>
+#include <tuple>
+
+namespace facetor {
+
+namespace {
+
+constexpr int significantDigits = 9; // a single comes back from them as it was
+
+void appendNumber(TextWriter& out, double value)
+{
+    out.append(' ');
+    constexpr std::size_t most = 32;
+    char* const begin = out.room(most);
+    const auto [end, error] = std::to_chars(begin, begin + most, value + 0.0,
+                                            std::chars_format::general, significantDigits);
+    out.advance(error == std::errc() ? static_cast<std::size_t>(end - begin) : 0);
+}
+
+void appendInteger(TextWriter& out, std::uint64_t value)
+{
+    out.append(std::to_string(value));
+}
+
+/// What a material says of a polygon.
+struct Look {
+    Rgb555 colour;
+    std::optional<std::uint16_t> slot;
+    bool isLit, isTranslucent;
+
+    auto key() const { return std::tuple(slot, colour, isLit, isTranslucent); }
+    bool operator<(const Look& other) const { return key() < other.key(); }
+
+    std::string name() const
+    {
+        std::string text = slot ? "texture" + slotNumber(*slot)
+                                : "colour" + std::to_string(redOf(colour)) + "-" +
+                                      std::to_string(greenOf(colour)) + "-" +
+                                      std::to_string(blueOf(colour));
+        if (!isLit) text += "-unlit";
+        if (isTranslucent) text += "-translucent";
+        return text;
+    }
+};
+
+/// A name that stays on its line.
+std::string onOneLine(std::string name, std::uint32_t index)
+{
+    for (char& c : name)
+        if (static_cast<unsigned char>(c) < ' ' || c == '#' || c == '\\') c = '_';
+    return name.empty() ? defaultObjectName(index) : name;
+}
+
+Bytes toBytes(const TextWriter& out)
+{
+    const auto bytes = std::as_bytes(std::span(out.view()));
+    return {bytes.begin(), bytes.end()};
+}
+
+class ObjWriter {
+public:
+    ObjWriter(const Model& model, const TextureList* textures) : model_(model), textures_(textures)
+    {
+    }
+
+    void writeObject(TextWriter& out, std::uint32_t index, const Matrix& placement)
+    {
+        const Mesh& mesh = model_.meshes[model_.objects[index].mesh];
+        if (mesh.polygonCount == 0) return;
+        out.append("o " + onOneLine(model_.names[index], index) + "\n");
+        for (std::uint32_t v = 0; v < mesh.vertexCount; ++v) {
+            const Real3 at = drawnAt(model_.vertices[mesh.vertexTable + v], placement);
+            out.append('v');
+            appendNumber(out, at[0]);
+            appendNumber(out, -at[1]);
+            appendNumber(out, -at[2]);
+            out.append('\n');
+        }
+        bool smooth = false;
+        out.append("s off\n");
+        for (std::uint32_t p = 0; p < mesh.polygonCount; ++p) {
+            const PolygonAttribute& attribute = model_.attributes[mesh.attributeTable + p];
+            if (differentCorners(model_.polygons[mesh.polygonTable + p]).size() < 3) continue;
+            if (isLightGouraud(attribute) != smooth) {
+                smooth = !smooth;
+                out.append(smooth ? "s 1\n" : "s off\n");
+            }
+            const Look look = lookOf(attribute);
+            const auto [at, isNew] = looks_.try_emplace(look, looks_.size());
+            if (look_ != at->second) out.append("usemtl " + look.name() + "\n");
+            look_ = at->second;
+            writeFace(out, model_.polygons[mesh.polygonTable + p], attribute, look);
+        }
+        firstVertex_ += mesh.vertexCount;
+    }
+
+    std::string materials(const std::string& folder) const
+    {
+        TextWriter out;
+        for (const auto& [look, number] : looks_) {
+            out.append("newmtl " + look.name() + "\nKd");
+            for (const int component :
+                 {redOf(look.colour), greenOf(look.colour), blueOf(look.colour)}) {
+                const int byte = component << 3 | component >> 2;
+                appendNumber(out, look.slot ? 1 : byte / 255.0); // it multiplies the picture
+            }
+            out.append(look.isTranslucent ? "\nd 0.5" : "\nd 1");
+            out.append(look.isLit ? "\nillum 1\n" : "\nillum 0\n");
+            if (look.slot) out.append("map_Kd " + folder + slotNumber(*look.slot) + ".png\n");
+        }
+        return std::string(out.view());
+    }
+
+    std::vector<std::uint16_t> slots() const
+    {
+        std::vector<std::uint16_t> slots;
+        for (const auto& [look, number] : looks_)
+            if (look.slot && (slots.empty() || slots.back() != *look.slot))
+                slots.push_back(*look.slot);
+        return slots; // in ascending order, as the looks are
+    }
+
+private:
+    Look lookOf(const PolygonAttribute& attribute) const
+    {
+        Look look{static_cast<Rgb555>(attribute.color & 0x7FFF), std::nullopt,
+                  (attribute.flags & useLight) != 0, (attribute.flags & translucentMode) != 0};
+        if ((attribute.flags & textureMap) != 0 && textures_ &&
+            attribute.texture < textureSlotCount && !textures_->isEmpty(attribute.texture)) {
+            look.slot = attribute.texture;
+            look.colour = 0x7FFF;
+        }
+        return look;
+    }
+
+    /// The first corner stays the first, the others follow backwards.
+    void writeFace(TextWriter& out, const Polygon& polygon, const PolygonAttribute& attribute,
+                   const Look& look)
+    {
+        std::vector<std::uint16_t> corners = differentCorners(polygon);
+        std::reverse(corners.begin() + 1, corners.end());
+        if (look.slot)
+            for (const std::uint16_t corner : corners) {
+                const auto at = std::find(polygon.corner.begin(), polygon.corner.end(), corner);
+                const auto k = at - polygon.corner.begin(); // clockwise from the left top
+                bool right = k == 1 || k == 2, low = k >= 2;
+                if ((attribute.flags & flipHorizontal) != 0) right = !right;
+                if ((attribute.flags & flipVertical) != 0) low = !low;
+                out.append(right ? "vt 1 " : "vt 0 ");
+                out.append(low ? "0\n" : "1\n");
+                ++uvCount_;
+            }
+        out.append('f');
+        for (std::size_t i = 0; i < corners.size(); ++i) {
+            out.append(' ');
+            appendInteger(out, firstVertex_ + corners[i]);
+            if (!look.slot) continue;
+            out.append('/');
+            appendInteger(out, uvCount_ - corners.size() + i + 1);
+        }
+        out.append('\n');
+    }
+
+    const Model& model_;
+    const TextureList* textures_;
+    std::map<Look, std::size_t> looks_;
+    std::size_t look_ = static_cast<std::size_t>(-1);
+    std::uint64_t firstVertex_ = 1, uvCount_ = 0;
+};
+
+} // namespace
+
+std::string slotNumber(std::uint32_t slot)
+{
+    const std::string digits = std::to_string(slot);
+    return std::string(4 - std::min<std::size_t>(4, digits.size()), '0') + digits;
+}
+
+Bytes encodeTexture(const TextureList& textures, std::uint32_t slot)
+{
+    const TextureSlot& texture = textures.slot(slot);
+    return pngCodec.encode(
+        {texture.width, texture.height,
+         std::span<const Rgb555>(texture.pixels, std::size_t{texture.width} * texture.height)});
+}
+
+Message writeObj(std::vector<ExportedFile>& files, const Model& model, const TextureList* textures,
+                 const std::string& title)
+{
+    const std::vector<Matrix> placements = placementsOf(model);
+    if (placements.size() != model.objectCount) return Message::outOfMemory;
+    ObjWriter writer(model, textures);
+    TextWriter text;
+    text.append("# Facetor\nmtllib " + title + ".mtl\n");
+    for (std::uint32_t i = 0; i < model.objectCount; ++i)
+        writer.writeObject(text, i, placements[i]);
+    files.push_back({title + ".obj", toBytes(text)});
+    const std::string materials = writer.materials(title + ".textures/");
+    const auto bytes = std::as_bytes(std::span(materials));
+    files.push_back({title + ".mtl", Bytes(bytes.begin(), bytes.end())});
+    for (const std::uint16_t slot : writer.slots()) {
+        files.push_back(
+            {title + ".textures/" + slotNumber(slot) + ".png", encodeTexture(*textures, slot)});
+        if (files.back().bytes.empty()) return Message::outOfMemory;
+    }
+    return Message::none;
+}
+
+} // namespace facetor

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "base/bytes.h"
+#include "model/model.h"
+#include "texture/texture_list.h"
+
+#include <string>
+#include <vector>
+
+namespace facetor {
+
+/// A file of an export, by its path relative to the first one's folder.
+struct ExportedFile {
+    std::string name;
+    Bytes bytes;
+};
+
+/// A model as OBJ: positions as drawn, up and front as modellers have them, quads as quads and
+/// repeated corners as triangles, an object each. The files are `title`.obj, `title`.mtl with one
+/// material a look and, with `textures`, a picture `title`.textures/NNNN.png of every slot that a
+/// polygon shows. Polygons of fewer than three different corners are left out. Needs a model that
+/// isSafeToDraw(). outOfMemory when memory is short.
+Message writeObj(std::vector<ExportedFile>& files, const Model& model, const TextureList* textures,
+                 const std::string& title);
+
+/// A number of at least four digits: 0007.
+std::string slotNumber(std::uint32_t slot);
+
+/// A texture as PNG with alpha; empty when memory is short.
+Bytes encodeTexture(const TextureList& textures, std::uint32_t slot);
+
+} // namespace facetor

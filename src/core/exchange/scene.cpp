@@ -1,0 +1,120 @@
+#include "exchange/scene.h"
+
+#include "image/bitmap_conversion.h"
+#include "image/bmp_codec.h"
+#include "image/png_codec.h"
+#include "image/stb_image.h"
+#include "image/tga_codec.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace facetor {
+
+namespace {
+
+/// By the codec's image buffer: a palette or 5-5-5 pixels, else blue, green, red and an unused
+/// byte.
+bool decodeBmp(ScenePicture& picture, std::span<const std::byte> file, int depth)
+{
+    const std::size_t size = imageBufferSize(picture.width, picture.height, depth);
+    Bytes buffer(size);
+    if (size == 0 || !bmpCodec.decode(file, buffer)) return false;
+    const auto byteAt = [&](std::size_t i) { return std::to_integer<unsigned>(buffer[i]); };
+    const std::size_t colours = depth == 4 ? 16 : depth == 8 ? 256 : 0;
+    const std::size_t count = std::size_t{picture.width} * picture.height;
+    const std::size_t rowBytes = (size - colours * 4) / picture.height;
+    picture.rgba.reserve(count * 4);
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t x = i % picture.width;
+        const std::size_t row = colours * 4 + i / picture.width * rowBytes;
+        if (depth == 16) {
+            const Rgb555 texel =
+                static_cast<Rgb555>(byteAt(row + x * 2) | byteAt(row + x * 2 + 1) << 8);
+            for (const int component : {redOf(texel), greenOf(texel), blueOf(texel)})
+                picture.rgba.push_back(static_cast<std::uint8_t>(component << 3 | component >> 2));
+        } else {
+            std::size_t at = row + x * 4;
+            if (depth == 8) at = byteAt(row + x) * 4;
+            if (depth == 4) at = (byteAt(row + x / 2) >> (x % 2 == 0 ? 4 : 0) & 15) * 4;
+            for (const std::size_t channel : {2, 1, 0})
+                picture.rgba.push_back(static_cast<std::uint8_t>(byteAt(at + channel)));
+        }
+        picture.rgba.push_back(255);
+    }
+    return true;
+}
+
+} // namespace
+
+bool staysBelow(std::string_view name)
+{
+    if (name.empty() || name.front() == '/' || name.front() == '\\' ||
+        name.find(':') != std::string_view::npos || name.find('\0') != std::string_view::npos)
+        return false; // a colon ends a drive or the scheme of a URL
+    while (!name.empty()) {
+        const std::size_t end = name.find_first_of("/\\");
+        if (name.substr(0, end) == "..") return false;
+        name.remove_prefix(end == std::string_view::npos ? name.size() : end + 1);
+    }
+    return true;
+}
+
+std::uint32_t addPicture(Scene& scene, const std::string& name, std::uint32_t line,
+                         const AssetReader& assets)
+{
+    const auto known = std::find_if(scene.pictures.begin(), scene.pictures.end(),
+                                    [&](const ScenePicture& p) { return p.name == name; });
+    if (known != scene.pictures.end())
+        return known->rgba.empty() ? noIndex
+                                   : static_cast<std::uint32_t>(known - scene.pictures.begin());
+    ScenePicture& picture = scene.pictures.emplace_back();
+    picture.name = name;
+    std::string reason;
+    const std::optional<Bytes> file = assets(name, reason);
+    if (file && decodePicture(picture, *file, reason))
+        return static_cast<std::uint32_t>(scene.pictures.size() - 1);
+    scene.notes.push_back({line, "picture \"" + name + "\": " + reason});
+    return noIndex;
+}
+
+bool decodePicture(ScenePicture& picture, std::span<const std::byte> file, std::string& reason)
+{
+    const auto beginsWith = [&](std::string_view signature) {
+        return file.size() >= signature.size() &&
+               std::memcmp(file.data(), signature.data(), signature.size()) == 0;
+    };
+    const bool isBmp = beginsWith("BM");
+    const bool isTga =
+        !isBmp && !beginsWith("\x89PNG") && !beginsWith("\xFF\xD8\xFF") && !beginsWith("GIF8");
+    std::optional<ImageInfo> info;
+    if (isBmp)
+        info = bmpCodec.info(file);
+    else if (isTga) // which has no signature: its reader is the strictest
+        info = tgaCodec.info(file);
+    else if (beginsWith("\x89PNG"))
+        info = pngCodec.info(file);
+    else
+        info = stbInfo(file);
+    if (!info) {
+        reason = "no picture that can be read";
+        return false;
+    }
+    if (!isDecodable(*info)) {
+        const std::string most = std::to_string(largestImageSide);
+        reason = std::to_string(info->width) + "x" + std::to_string(info->height) +
+                 " pixels, at most " + most + "x" + most + " are read";
+        return false;
+    }
+    reason = "the picture is cut or damaged";
+    picture.width = info->width;
+    picture.height = info->height;
+    if (isBmp) return decodeBmp(picture, file, info->depth);
+    picture.rgba = stbDecode(file);
+    constexpr std::size_t tgaAlphaBits = 17; // offset of the byte whose low four bits count them
+    if (isTga && !picture.rgba.empty() && (std::to_integer<unsigned>(file[tgaAlphaBits]) & 15) != 8)
+        for (std::size_t i = 3; i < picture.rgba.size(); i += 4) picture.rgba[i] = 255;
+    return !picture.rgba.empty();
+}
+
+} // namespace facetor

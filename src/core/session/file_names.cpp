@@ -1,0 +1,17 @@
+#include "session/file_names.h"
+
+#include "base/text.h"
+
+namespace facetor {
+
+std::string modelSavePath(std::string_view path)
+{
+    return std::string(cutExtension(path)) + ".mx3";
+}
+
+std::string textureSavePath(std::string_view path)
+{
+    return std::string(cutExtension(path)) + ".mxt";
+}
+
+} // namespace facetor

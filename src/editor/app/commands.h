@@ -1,0 +1,12 @@
+#pragma once
+
+#include "state/command.h"
+
+namespace facetor {
+
+/// Runs a command: looks its window and number up in the one table, calls its handler, keeps the
+/// changed flags as the table says and brings the menus and the status texts up to date. The
+/// windows need not be open, but for what shows them.
+bool runCommand(Editor& editor, CommandWindow window, int number, LPARAM argument);
+
+} // namespace facetor

@@ -1,0 +1,118 @@
+#include "app/settings.h"
+
+#include "base/file.h"
+#include "session/window_place.h"
+#include "state/editor.h"
+#include "ui/window_data.h"
+
+#include <shlobj.h>
+
+#include <array>
+#include <optional>
+#include <span>
+#include <string_view>
+
+namespace facetor {
+
+namespace {
+
+constexpr char userFolderName[] = "\\Facetor";
+
+std::string windowsFolder()
+{
+    std::array<char, MAX_PATH> folder{};
+    const UINT length = GetWindowsDirectoryA(folder.data(), static_cast<UINT>(folder.size()));
+    return length < folder.size() ? folder.data() : std::string{};
+}
+
+/// The user's own folder for this program, made if it is missing.
+std::string userFolder()
+{
+    std::array<char, MAX_PATH> base{};
+    if (FAILED(SHGetFolderPathA(nullptr, CSIDL_LOCAL_APPDATA | CSIDL_FLAG_CREATE, nullptr,
+                                SHGFP_TYPE_CURRENT, base.data())))
+        return {};
+    const std::string folder = std::string(base.data()) + userFolderName;
+    CreateDirectoryA(folder.c_str(), nullptr); // usually it is there already
+    return folder;
+}
+
+/// Where the main window is, or would be if it were neither minimised nor maximised.
+WindowRectangle normalPlaceOf(HWND window)
+{
+    if (!IsIconic(window) && !IsZoomed(window)) return windowPlace(window);
+    WINDOWPLACEMENT placement{};
+    placement.length = sizeof placement;
+    GetWindowPlacement(window, &placement);
+    // Counted from the work area's corner, not the screen's.
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof monitor;
+    GetMonitorInfoA(MonitorFromWindow(window, MONITOR_DEFAULTTOPRIMARY), &monitor);
+    const LONG dx = monitor.rcWork.left - monitor.rcMonitor.left;
+    const LONG dy = monitor.rcWork.top - monitor.rcMonitor.top;
+    const RECT& r = placement.rcNormalPosition;
+    return {r.left + dx, r.top + dy, r.right + dx, r.bottom + dy};
+}
+
+std::optional<SettingsRecord> readSettings(const std::string& path)
+{
+    if (path.empty()) return std::nullopt;
+    const auto bytes = readFile(path);
+    if (!bytes) return std::nullopt;
+    return parseSettings({reinterpret_cast<const char*>(bytes->data()), bytes->size()});
+}
+
+} // namespace
+
+std::array<std::string, 2> sharedFolders()
+{
+    return {windowsFolder(), userFolder()};
+}
+
+std::string findSettingsPath()
+{
+    const auto [windows, user] = sharedFolders();
+    return chooseSettingsPath(programFolder(nullptr), windows, user);
+}
+
+bool applySettings(Editor& editor)
+{
+    const auto settings = readSettings(editor.settingsPath);
+    if (!settings) return false;
+    editor.settings = *settings;
+    const WindowRectangle place =
+        restoredPlace(settings->mainWindow, virtualScreen(), windowPlace(editor.mainWindow));
+    MoveWindow(editor.mainWindow, place.left, place.top, place.right - place.left,
+               place.bottom - place.top, FALSE);
+    editor.view.backgroundColour = settings->background;
+    editor.engine.settings.pickedColour = settings->pickedPolygon;
+    editor.transparentColour = settings->transparent;
+    editor.view.dragDrawMode = static_cast<DragDrawMode>(settings->dragMethod);
+    editor.recentModels = settings->modelFiles;
+    editor.recentTextures = settings->textureFiles;
+    return true;
+}
+
+void writeSettings(Editor& editor)
+{
+    // A start that failed has read no settings, and has no windows whose places could be kept.
+    if (editor.settingsPath.empty() || !editor.toolBox.window) return;
+    SettingsRecord& settings = editor.settings;
+    settings.mainWindow = normalPlaceOf(editor.mainWindow);
+    settings.mainZoomed = IsZoomed(editor.mainWindow) != FALSE;
+    settings.toolBox = windowPlace(editor.toolBox.window);
+    // A window that is closed has left its place there.
+    if (editor.attributeWindow) settings.attributes = windowPlace(editor.attributeWindow);
+    if (editor.textureWindow.window) settings.textures = windowPlace(editor.textureWindow.window);
+    settings.background = editor.view.backgroundColour;
+    settings.pickedPolygon = editor.engine.settings.pickedColour;
+    settings.transparent = editor.transparentColour;
+    settings.dragMethod = static_cast<std::uint32_t>(editor.view.dragDrawMode);
+    settings.modelFiles = editor.recentModels;
+    settings.textureFiles = editor.recentTextures;
+    const std::string text = formatSettings(settings);
+    if (writeFile(editor.settingsPath, std::as_bytes(std::span(text))) != Message::none)
+        DeleteFileA(editor.settingsPath.c_str());
+}
+
+} // namespace facetor

@@ -1,0 +1,56 @@
+#include "commands/edit_commands.h"
+
+#include "state/editor.h"
+#include "windows/editing.h"
+#include "windows/hierarchy_window.h"
+#include "windows/model_view_window.h"
+#include "windows/texture_window.h"
+#include "windows/title.h"
+
+namespace facetor {
+
+void turnPickedCorners(Editor& editor, CornerTurn turn)
+{
+    editModel(editor, Word::stepRotateVertices, ModelEdit::rotateVertices,
+              [&](Model& model) { rotateVertices(model, turn, pickedAfterByCtrl()); });
+}
+
+void invertPickedSurface(Editor& editor)
+{
+    const PickedAfter after = pickedAfterByCtrl();
+    editModel(editor, Word::stepInvertSurface, ModelEdit::invertSurface,
+              [&](Model& model) { invertSurface(model, after); });
+}
+
+void bakeGouraudTable(Editor& editor)
+{
+    editModel(editor, Word::stepGouraudTable, ModelEdit::gouraudTable, [&](Model& model) {
+        // A frame listed now leaves the present camera and light in the engine.
+        listFrame(editor.view, editor.engine, model, clientSize(editor.mainWindow));
+        buildGouraudTable(model, editor.engine.stack, editor.engine.settings.light);
+    });
+}
+
+void undo(Editor& editor)
+{
+    const Message message = undoLastEdit(editor.document).edit;
+    redrawTextures(editor);
+    if (message != Message::none)
+        alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation);
+    requestRedraw(editor);
+}
+
+void step(Editor& editor, Direction direction)
+{
+    Document& document = editor.document;
+    if (!canStep(document, direction)) return;
+    const bool otherModel = takeStep(document, direction);
+    if (otherModel)
+        fitModel(editor.view, editor.engine, document.model, clientSize(editor.mainWindow));
+    showTitle(editor);
+    refreshHierarchyTree(editor);
+    redrawTextures(editor);
+    requestRedraw(editor);
+}
+
+} // namespace facetor

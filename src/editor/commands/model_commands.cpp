@@ -1,0 +1,151 @@
+#include "commands/model_commands.h"
+
+#include "base/text.h"
+#include "commands/sample_folder.h"
+#include "model/model_file.h"
+#include "output/model_source.h"
+#include "resources/resource_ids.h"
+#include "session/file_names.h"
+#include "state/editor.h"
+#include "texture/texture_file.h"
+#include "ui/handles.h"
+#include "ui/window_data.h"
+#include "windows/hierarchy_window.h"
+#include "windows/model_view_window.h"
+#include "windows/recent_menu.h"
+#include "windows/title.h"
+
+namespace facetor {
+
+namespace {
+
+Decision askSave(Editor& editor, Message question, Word reason, void (*save)(Editor&))
+{
+    setAlertTexts(editor.alerts, loadCatalogueText(editor.mainWindow, reason), {});
+    switch (alert(editor.alerts, editor.mainWindow, question, AlertStyle::question)) {
+    case AlertButton::yes: save(editor); return Decision::goOn;
+    case AlertButton::no: return Decision::goOn;
+    default: return Decision::stay;
+    }
+}
+
+CommandOutcome loadModel(Editor& editor, const std::string& path)
+{
+    if (!isRunning(editor)) return CommandOutcome::abandoned;
+    Document& document = editor.document;
+    const std::string full = fullPath(path);
+    const auto read = [&] {
+        const WaitCursor waiting;
+        const Message message = readModelFile(document.model, path);
+        if (message == Message::none) document.modelFile = full;
+        return EditOutcome{Message::none, message};
+    };
+    const Message message = change(document, Word::stepOpenModel, read, ChangeKind::openModel).edit;
+    if (message != Message::none) {
+        alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation);
+        // The reader may have replaced a part of the model.
+        refreshHierarchyTree(editor);
+        requestRedraw(editor);
+        return CommandOutcome::abandoned;
+    }
+    addRecentModel(editor, full);
+    undoClear(document.undo);
+    showTitle(editor);
+    fitModel(editor.view, editor.engine, document.model, clientSize(editor.mainWindow));
+    refreshHierarchyTree(editor);
+    requestRedraw(editor);
+    return CommandOutcome::done;
+}
+
+/// Numbers of the filters of the Save as dialog.
+enum SaveFilter : DWORD { saveAsModel = 1, saveAsSource = 2 };
+
+/// Writes the model, in the form that a filter stands for, and shows the message of a failure.
+CommandOutcome writeModelAs(Editor& editor, const std::string& path, DWORD filter)
+{
+    if (!isRunning(editor)) return CommandOutcome::abandoned;
+    Message message;
+    {
+        const WaitCursor waiting;
+        message = filter == saveAsSource ? writeModelSource(editor.document.model, path)
+                                         : writeModelFile(editor.document.model, path);
+    }
+    if (message != Message::none) {
+        alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation);
+        return CommandOutcome::abandoned;
+    }
+    if (filter != saveAsSource) addRecentModel(editor, path);
+    return CommandOutcome::done;
+}
+
+} // namespace
+
+Decision askSaveModel(Editor& editor, Word reason)
+{
+    if (!isModelChanged(editor.document)) return Decision::goOn;
+    return askSave(editor, Message::saveModelFirst, reason,
+                   [](Editor& e) { SendMessageA(e.mainWindow, WM_COMMAND, IDM_FILE_SAVE_AS, 0); });
+}
+
+Decision askSaveTextures(Editor& editor, Word reason)
+{
+    if (!areTexturesChanged(editor.document)) return Decision::goOn;
+    // Not by way of the window, which may be closed.
+    return askSave(editor, Message::saveTexturesFirst, reason, [](Editor& e) {
+        (void)e.runCommand(e, CommandWindow::textures, IDM_FILE_SAVE_AS, 0);
+    });
+}
+
+CommandOutcome openModelPath(Editor& editor, const std::string& path)
+{
+    if (askSaveModel(editor, Word::openingNewFile) == Decision::stay)
+        return CommandOutcome::abandoned;
+    if (!probeModelFile(path)) {
+        alert(editor.alerts, editor.mainWindow, Message::formatNotSupported,
+              AlertStyle::exclamation);
+        return CommandOutcome::abandoned;
+    }
+    return loadModel(editor, path);
+}
+
+CommandOutcome openModelWithDialog(Editor& editor)
+{
+    if (askSaveModel(editor, Word::openingNewFile) == Decision::stay)
+        return CommandOutcome::abandoned;
+    offerSamples(editor, editor.fileDialogs.openModel);
+    const auto chosen = askOpenFile(editor.mainWindow, editor.fileDialogs.openModel);
+    if (!chosen) return CommandOutcome::abandoned;
+    return loadModel(editor, chosen->path);
+}
+
+CommandOutcome saveModel(Editor& editor)
+{
+    const std::string& file = editor.document.modelFile;
+    if (file.empty()) return saveModelAs(editor);
+    return writeModelAs(editor, modelSavePath(file), saveAsModel);
+}
+
+CommandOutcome saveModelAs(Editor& editor)
+{
+    const auto chosen = askSaveFile(editor.mainWindow, editor.fileDialogs.saveModel,
+                                    std::string(cutExtension(shownModelFile(editor))));
+    if (!chosen) return CommandOutcome::abandoned;
+    if (writeModelAs(editor, chosen->path, chosen->filter) != CommandOutcome::done)
+        return CommandOutcome::abandoned;
+    editor.document.modelFile = modelSavePath(chosen->path);
+    showTitle(editor);
+    return CommandOutcome::done;
+}
+
+void openAnyPath(Editor& editor, const std::string& path)
+{
+    if (isTextureFile(path)) {
+        (void)editor.runCommand(editor, CommandWindow::textures, IDM_FILE_OPEN_PATH,
+                                reinterpret_cast<LPARAM>(path.c_str()));
+        return;
+    }
+    SendMessageA(editor.mainWindow, WM_COMMAND, IDM_FILE_OPEN_PATH,
+                 reinterpret_cast<LPARAM>(path.c_str()));
+}
+
+} // namespace facetor

@@ -1,0 +1,162 @@
+#include "commands/plug_in_commands.h"
+
+#include "base/text.h"
+#include "dialogs/export_dialog.h"
+#include "plug_ins/plug_ins.h"
+#include "state/editor.h"
+#include "ui/handles.h"
+#include "ui/progress.h"
+#include "ui/window_data.h"
+#include "windows/model_view_window.h"
+#include "windows/texture_window.h"
+
+#include <utility>
+
+namespace facetor {
+
+namespace {
+
+/// Shows why something is not done. A library that is gone or broken is the graver matter.
+CommandOutcome refuse(Editor& editor, const InputFault& fault)
+{
+    setAlertTexts(editor.alerts, loadCatalogueText(editor.mainWindow, fault.word1),
+                  loadCatalogueText(editor.mainWindow, fault.word2));
+    alert(editor.alerts, editor.mainWindow, fault.message,
+          fault.message == Message::noPlugIn ? AlertStyle::stop : AlertStyle::exclamation);
+    return CommandOutcome::abandoned;
+}
+
+const UniqueModule& plugInNamed(Editor& editor, const std::string& file)
+{
+    return loadPlugIn(editor.loadedPlugIns, editor.plugIns.folder + "\\" + file);
+}
+
+/// Puts one image into a slot, or shows why not.
+bool importOne(Editor& editor, const UniqueModule& plugIn, const std::string& path,
+               std::uint32_t slot)
+{
+    ImportedImage image;
+    {
+        const WaitCursor waiting;
+        image = importImage(plugIn, path, editor.transparentColour);
+    }
+    if (image.fault) {
+        (void)refuse(editor, *image.fault);
+        return false;
+    }
+    editor.document.textures.set(slot, image.width, image.height, std::move(image.pixels));
+    return true;
+}
+
+/// Writes one slot as an image, or shows why not.
+void exportOne(Editor& editor, const UniqueModule& plugIn, const std::string& path,
+               std::uint32_t slot)
+{
+    const TextureSlot& texture = editor.document.textures.slot(slot);
+    Message message;
+    {
+        const WaitCursor waiting;
+        message = exportImage(plugIn, path, texture.width, texture.height,
+                              {texture.pixels, std::size_t{texture.width} * texture.height});
+    }
+    if (message == Message::none) return;
+    const bool unusable =
+        message == Message::noPlugIn || message == Message::colourModeNotSupported;
+    alert(editor.alerts, editor.mainWindow, message,
+          unusable ? AlertStyle::stop : AlertStyle::exclamation);
+}
+
+/// What follows an import: the undo slot may hold a texture that is no longer there.
+void showImported(Editor& editor)
+{
+    undoClear(editor.document.undo);
+    redrawTextures(editor);
+    requestRedraw(editor);
+}
+
+} // namespace
+
+bool scanPlugIns(Editor& editor)
+{
+    editor.plugIns.folder = programFolder(editor.mainWindow);
+    if (!editor.plugIns.folder.empty())
+        editor.plugIns.folder += "\\" + loadCatalogueText(editor.mainWindow, Word::plugInFolder);
+    const auto report = [&](Message message, const std::string& file) {
+        setAlertTexts(editor.alerts, file, {});
+        alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation);
+    };
+    const Message message = scanPlugInFolder(editor.plugIns, report);
+    if (message == Message::none) return true;
+    alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation);
+    return false;
+}
+
+CommandOutcome importTextures(Editor& editor)
+{
+    const PlugInList& list = editor.plugIns.import;
+    if (list.files.empty()) return refuse(editor, {Message::noPlugIn});
+    editor.fileDialogs.importTextures.filters = list.filter.data();
+    const auto chosen = askOpenFiles(editor.mainWindow, editor.fileDialogs.importTextures);
+    if (!chosen || chosen->filter < 1 || chosen->filter > list.files.size())
+        return CommandOutcome::abandoned;
+    if (chosen->paths.empty()) return refuse(editor, {Message::outOfMemory});
+    const UniqueModule& plugIn = plugInNamed(editor, list.files[chosen->filter - 1]);
+    const std::uint32_t first = editor.document.textures.current;
+    const std::uint32_t count = importCount(first, chosen->paths.size());
+    (void)change(editor.document, Word::stepImport, [&] {
+        Progress progress(editor.mainWindow, Word::importing, count);
+        // One that fails does not keep the others out.
+        for (std::uint32_t i = 0; i < count && progress.goesOn(chosen->paths[i]); ++i)
+            (void)importOne(editor, plugIn, chosen->paths[i], first + i);
+        return EditOutcome{};
+    });
+    showImported(editor);
+    return CommandOutcome::done;
+}
+
+CommandOutcome importTexturePath(Editor& editor, const std::string& path)
+{
+    for (const std::string& file : editor.plugIns.import.files) {
+        const UniqueModule& plugIn = plugInNamed(editor, file);
+        const Message message = checkImage(plugIn, path);
+        if (message == Message::formatNotSupported) continue;
+        if (message != Message::none) return refuse(editor, {message});
+        bool imported = false;
+        (void)change(editor.document, Word::stepImport, [&] {
+            imported = importOne(editor, plugIn, path, editor.document.textures.current);
+            return EditOutcome{};
+        });
+        if (!imported) return CommandOutcome::abandoned;
+        showImported(editor);
+        return CommandOutcome::done;
+    }
+    return refuse(editor, {Message::formatNotSupported});
+}
+
+CommandOutcome exportTextures(Editor& editor)
+{
+    const TextureList& list = editor.document.textures;
+    const std::uint32_t usedCount = list.usedCount();
+    if (usedCount == 0) return refuse(editor, {Message::texturesEmpty});
+    const auto choice = askExportChoice(editor);
+    if (!choice) return CommandOutcome::abandoned;
+    editor.exportChoice = *choice;
+    const PlugInList& plugIns = editor.plugIns.export_;
+    if (plugIns.files.empty()) return refuse(editor, {Message::noPlugIn});
+    editor.fileDialogs.exportTextures.filters = plugIns.filter.data();
+    const auto chosen = askSaveFile(editor.mainWindow, editor.fileDialogs.exportTextures,
+                                    std::string(cutExtension(editor.document.textureFile)));
+    if (!chosen || chosen->filter < 1 || chosen->filter > plugIns.files.size())
+        return CommandOutcome::abandoned;
+    const UniqueModule& plugIn = plugInNamed(editor, plugIns.files[chosen->filter - 1]);
+    const SlotRange range = exportedSlots(*choice, list.current, usedCount);
+    Progress progress(editor.mainWindow, Word::exporting, range.end - range.first);
+    for (std::uint32_t slot = range.first; slot < range.end; ++slot) {
+        const std::string path = exportPath(chosen->path, slot, usedCount);
+        if (!progress.goesOn(path)) break;
+        exportOne(editor, plugIn, path, slot); // one that fails, likewise
+    }
+    return CommandOutcome::done;
+}
+
+} // namespace facetor

@@ -1,0 +1,129 @@
+#pragma once
+
+#include "attr/working_attribute.h"
+#include "document/document.h"
+#include "engine/engine.h"
+#include "plug_ins/plug_ins.h"
+#include "session/plug_in_list.h"
+#include "session/recent_files.h"
+#include "session/settings_text.h"
+#include "state/command.h"
+#include "state/window_state.h"
+#include "ui/alert.h"
+#include "ui/colour_picker.h"
+#include "ui/file_dialog.h"
+#include "ui/tab_pages.h"
+#include "view/selection.h"
+#include "view/view.h"
+#include "view/view_settings.h"
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace facetor {
+
+/// A button of the mouse as the model view follows it.
+enum class ButtonState : std::int8_t {
+    outside = -1, ///< the cursor left the client area
+    up = 0,
+    down = 1,
+};
+
+/// The mouse over the model view, in client pixels.
+struct DragState {
+    ButtonState left = ButtonState::up;
+    ButtonState right = ButtonState::up;
+    POINT last{};  ///< where the cursor was last seen
+    POINT delta{}; ///< how far the last move with the left button held went
+};
+
+/// The operating system's line, as the system itself numbers it. Every other number counts as nt.
+enum class Platform : std::uint32_t {
+    win32s = 0,   ///< a 16-bit host without the whole interface: the program does not run
+    consumer = 1, ///< Windows 95 and its successors
+    nt = 2,
+};
+
+/// What the light dialog remembers from one time to the next.
+struct LightChoice {
+    ScreenPoint point{}; ///< in the dialog's client pixels; (0, 0) until it is first shown
+    LightSide side = LightSide::fore;
+};
+
+/// The file dialogs, each with the filter that was set in it last.
+struct FileDialogs {
+    FileDialog openModel{{{Word::modelFiles, "*.mx3"}}};
+    FileDialog saveModel{{{Word::modelFiles, "*.mx3"}, {Word::modelSourceFiles, "*.mdl"}}};
+    FileDialog openTextures{
+        {{Word::textureListFiles, "*.mxt"}, {Word::textureSourceFiles, "*.txr"}}};
+    FileDialog saveTextures{
+        {{Word::textureListFiles, "*.mxt"}, {Word::textureSourceFiles, "*.txr"}}};
+    FileDialog importTextures{}; ///< these two with the filters of the plug-ins
+    FileDialog exportTextures{};
+};
+
+/// All there is, once in the process.
+struct Editor {
+    HINSTANCE instance = nullptr;
+    Platform platform = Platform::nt;
+
+    CommandRunner runCommand = nullptr; ///< how windows reach the commands
+
+    Document document;
+    Engine engine;
+    View view;
+    DragState drag;
+    RubberBand band;
+    LightChoice light;
+    SliceView slice;
+    TransformSettings transforms;
+    AlertState alerts;
+    ColourPicking colourPicking;
+    Rgb555 transparentColour = 0x8000; ///< of textures; bit 15 does not count
+    int propertyTab = 0;               ///< the page of the property dialog that was shown last
+    FileDialogs fileDialogs;
+    PlugIns plugIns;
+    LoadedPlugIns loadedPlugIns;
+    ExportChoice exportChoice;
+
+    std::array<std::string, 2> targetFolders; ///< for target images: the first that takes them
+    std::string settingsPath;                 ///< empty when no settings are kept
+    SettingsRecord settings; ///< as read; what belongs to no window of this run is written again
+    RecentFiles recentModels;
+    RecentFiles recentTextures;
+
+    HWND mainWindow = nullptr; ///< from its creation message to its destroy message
+    HWND toolBar = nullptr;
+    HWND statusBar = nullptr;
+    ToolBox toolBox;
+    TextureWindow textureWindow;
+    HWND attributeWindow = nullptr; ///< while it is open
+    WorkingAttribute workingAttribute;
+    TabPages attributePages;        ///< of the attribute window; `current` also while it is closed
+    HWND hierarchyWindow = nullptr; ///< while it is open
+    std::vector<HTREEITEM> hierarchyItems; ///< of its tree, by object index
+    HACCEL accelerators = nullptr;         ///< of the program's resources, which own it
+    /// Open modeless dialogs that take the keyboard's dialog navigation, in the order in which the
+    /// main loop offers them a message.
+    std::vector<HWND> modelessDialogs;
+};
+
+/// Whether the document is there. After the main window's end it is released, while a question or a
+/// dialog that was up at that time still returns to the command that asked.
+inline bool isRunning(const Editor& editor)
+{
+    return editor.mainWindow != nullptr;
+}
+
+/// The one editor. Needs one that runs; only window procedures ask, and hand it on.
+Editor& theEditor();
+
+/// Makes `editor` the one that window procedures find; nullptr at the end of its life.
+void setTheEditor(Editor* editor);
+
+} // namespace facetor
