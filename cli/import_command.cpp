@@ -1,11 +1,7 @@
 #include "import_command.h"
 
 #include "base/file.h"
-#include "base/text.h"
-#include "exchange/gltf_reader.h"
-#include "exchange/keep_attributes.h"
-#include "exchange/model_import.h"
-#include "exchange/obj_reader.h"
+#include "exchange/foreign_file.h"
 #include "model/model_file.h"
 #include "outputs.h"
 #include "report.h"
@@ -15,48 +11,11 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <map>
 #include <utility>
 
 namespace facetor {
 
 namespace {
-
-constexpr std::uint64_t largestForeignModel = 256u * 1024 * 1024; ///< bytes
-constexpr std::uint64_t largestAsset = 64u * 1024 * 1024;
-
-std::string folderOf(const std::string& path)
-{
-#ifdef _WIN32
-    const std::size_t end = path.find_last_of("/\\:");
-#else
-    const std::size_t end = path.find_last_of('/');
-#endif
-    return end == std::string::npos ? std::string() : path.substr(0, end + 1);
-}
-
-/// The file's name without folder and extension.
-std::string titleOf(const std::string& path)
-{
-    if (path == standardStream) return "stdin";
-    return std::string(cutExtension(path.substr(folderOf(path).size())));
-}
-
-/// Reads what a model names: files beside and below it.
-AssetReader assetsBeside(Run& run, const std::string& model)
-{
-    return [&run, folder = folderOf(model)](std::string name,
-                                            std::string& reason) -> std::optional<Bytes> {
-        if (!staysBelow(name)) {
-            reason = "not beside or below the model";
-            return std::nullopt;
-        }
-        std::replace(name.begin(), name.end(), '\\', '/');
-        std::optional<Bytes> file = readFile(folder + name, largestAsset, &reason);
-        if (file) run.filesRead.push_back(folder + name);
-        return file;
-    };
-}
 
 void printReport(const Run& run, const ImportReport& report, std::FILE* stream)
 {
@@ -125,83 +84,20 @@ int readOnto(Run& run, const ConvertOptions& options, Onto& onto)
                                     : reportFailure(run, options.textures, message, reason);
 }
 
-/// Makes the result of the old model and the imported one; textures of new polygons are added to
-/// the list behind those that it has and those that old polygons name.
-Message keepOld(Onto& onto, const Model& imported, TextureList& cuts, ImportReport& report,
-                Reason& reason)
-{
-    KeptPolygons polygons;
-    if (const Message message =
-            keepAttributes(onto.result, onto.old.model, imported, polygons, reason);
-        message != Message::none)
-        return message;
-    std::uint32_t next = onto.textures.usedCount();
-    for (std::uint32_t p = 0; p < onto.old.model.totalPolygonCount; ++p) {
-        const PolygonAttribute& attribute = onto.old.model.attributes[p];
-        if ((attribute.flags & textureMap) != 0 && attribute.texture < textureSlotCount)
-            next = std::max(next, attribute.texture + 1u);
-    }
-    report.textures = 0;
-    std::map<std::uint32_t, std::uint32_t> slots;
-    for (const std::uint32_t p : polygons.fresh) {
-        PolygonAttribute& attribute = onto.result.attributes[p];
-        if ((attribute.flags & textureMap) == 0) continue;
-        const auto [at, isNew] = slots.try_emplace(attribute.texture, next);
-        if (isNew) {
-            if (next >= textureSlotCount) {
-                reason.text =
-                    "more textures than the " + std::to_string(textureSlotCount) + " slots hold";
-                return Message::formatNotSupported;
-            }
-            const TextureSlot slot = cuts.slot(attribute.texture);
-            Texels texels;
-            if (!texels.allocate(std::size_t{slot.width} * slot.height))
-                return Message::outOfMemory;
-            std::copy_n(slot.pixels, texels.size(), texels.data());
-            onto.textures.set(next++, slot.width, slot.height, std::move(texels));
-            ++report.textures;
-        }
-        attribute.texture = static_cast<std::uint16_t>(at->second);
-    }
-    report.objects = onto.result.objectCount;
-    report.kept = polygons.kept;
-    report.fresh = static_cast<std::uint32_t>(polygons.fresh.size());
-    report.gone = polygons.gone;
-    return Message::none;
-}
-
 int runImport(Run& run, const ConvertOptions& options, FileKind kind, ByteReader source)
 {
     const std::string &path = options.paths[0], &output = options.paths[1];
     if (source.left() > largestForeignModel)
         return reportFailure(run, path, Message::formatNotSupported,
                              {"larger than " + std::to_string(largestForeignModel) + " bytes", {}});
-    Reason reason;
-    Scene scene;
-    {
-        const std::uint64_t size = source.left();
-        Bytes bytes(static_cast<std::size_t>(size));
-        for (std::size_t at = 0; at < bytes.size();) {
-            const auto part = source.take(std::min<std::size_t>(bytes.size() - at, 65536));
-            if (part.empty())
-                return reportFailure(run, path, Message::cannotOpenFile, {"cannot be read", {}});
-            std::copy(part.begin(), part.end(), bytes.begin() + static_cast<std::ptrdiff_t>(at));
-            at += part.size();
-        }
-        const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-        const AssetReader assets = assetsBeside(run, path);
-        const Message message = kind == FileKind::gltf
-                                    ? readGltf(scene, bytes, assets, reason)
-                                    : readObj(scene, text, titleOf(path), assets, reason);
-        if (message != Message::none) return reportFailure(run, path, message, reason);
+    Bytes file(static_cast<std::size_t>(source.left()));
+    for (std::size_t at = 0; at < file.size();) {
+        const auto part = source.take(std::min<std::size_t>(file.size() - at, 65536));
+        if (part.empty())
+            return reportFailure(run, path, Message::cannotOpenFile, {"cannot be read", {}});
+        std::copy(part.begin(), part.end(), file.begin() + static_cast<std::ptrdiff_t>(at));
+        at += part.size();
     }
-    Model model;
-    TextureList textures;
-    Message created = createModelStore(model);
-    if (created == Message::none) created = textures.create();
-    if (const Message message = created; message != Message::none)
-        return reportFailure(run, path, message);
-    ImportReport report;
     ImportOptions import;
     import.scale = options.scale.value_or(1.0f);
     import.up = options.up.value_or(UpAxis::y);
@@ -211,24 +107,35 @@ int runImport(Run& run, const ConvertOptions& options, FileKind kind, ByteReader
         import.textures.largestHeight = (*options.largestTexture)[1];
     }
     import.textures.dither = options.dither.value_or(Dither::none);
-    TextureList* const list = options.textures.empty() ? nullptr : &textures;
-    if (const Message message = buildModel(model, list, scene, import, report, reason);
+    const bool wantsTextures = !options.textures.empty();
+    Reason reason;
+    ImportedModel imported;
+    if (const Message message =
+            importModel(imported, kind == FileKind::gltf ? ForeignKind::gltf : ForeignKind::obj,
+                        std::move(file), path == standardStream ? "stdin" : titleOf(path),
+                        assetsBelow(folderOf(path), &run.filesRead), import,
+                        wantsTextures ? ImportPictures::yes : ImportPictures::no, {}, reason);
         message != Message::none)
         return reportFailure(run, path, message, reason);
+    ImportReport& report = imported.report;
+    if (wantsTextures && report.textures == 0)
+        report.notes.push_back({0, "there are no textures, so no texture list is written"});
 
     std::vector<Output> outputs;
     if (!options.onto.empty()) {
         Onto onto;
         if (const int status = readOnto(run, options, onto); status != exitDone) return status;
-        if (const Message message = keepOld(onto, model, textures, report, reason);
+        if (const Message message =
+                importOnto(onto.result, onto.textures, onto.old.model, imported, reason);
             message != Message::none)
             return reportFailure(run, path, message, reason);
         outputs.push_back({output, writeModel(onto.result), options.onto});
         if (onto.textures.usedCount() > 0)
             outputs.push_back({options.textures, writeTextures(onto.textures), options.textures});
     } else {
-        outputs.push_back({output, writeModel(model), {}});
-        if (report.textures > 0) outputs.push_back({options.textures, writeTextures(textures), {}});
+        outputs.push_back({output, writeModel(imported.model), {}});
+        if (report.textures > 0)
+            outputs.push_back({options.textures, writeTextures(imported.textures), {}});
     }
     Run quiet = run;
     if (run.errors == ErrorFormat::json) quiet.progress = Progress::silent; // one object, no lines

@@ -120,8 +120,9 @@ struct Numbers {
 
 class GltfReader {
 public:
-    GltfReader(Scene& scene, const AssetReader& assets, Reason& reason)
-        : scene_(scene), assets_(assets), reason_(reason)
+    GltfReader(Scene& scene, const AssetReader& assets, Reason& reason,
+               const ImportProgress& progress)
+        : scene_(scene), assets_(assets), reason_(reason), progress_(progress)
     {
         scene_.colourSpace = ColourSpace::linear;
     }
@@ -396,6 +397,8 @@ private:
         if (isUsed_[index]) return fail(name + " has two parents");
         if (depth > deepestNode) return fail(name + " lies too deep");
         isUsed_[index] = true;
+        if (!goesOn(progress_, double(++nodesRead_) / double(isUsed_.size()), reason_))
+            return false;
         const Json& json = json_["nodes"][index];
         const auto object = static_cast<std::uint32_t>(scene_.objects.size());
         const std::size_t faces = scene_.faces.size();
@@ -551,6 +554,7 @@ private:
     Scene& scene_;
     const AssetReader& assets_;
     Reason& reason_;
+    const ImportProgress& progress_;
     Json json_;
     std::span<const std::byte> binary_;
     std::map<std::size_t, Bytes> files_;
@@ -558,6 +562,7 @@ private:
     std::map<std::size_t, std::uint32_t> pictures_;
     std::vector<TextureUse> textures_; ///< parallel to the scene's materials
     std::vector<bool> isUsed_;         ///< nodes
+    std::size_t nodesRead_ = 0;
 };
 
 } // namespace
@@ -573,10 +578,10 @@ bool looksLikeGltf(std::span<const std::byte> file)
 }
 
 Message readGltf(Scene& scene, std::span<const std::byte> file, const AssetReader& assets,
-                 Reason& reason)
+                 Reason& reason, const ImportProgress& progress)
 {
-    return GltfReader(scene, assets, reason).read(file) ? Message::none
-                                                        : Message::formatNotSupported;
+    return GltfReader(scene, assets, reason, progress).read(file) ? Message::none
+                                                                  : Message::formatNotSupported;
 }
 
 } // namespace facetor

@@ -16,8 +16,8 @@ bool looksLikeGltf(std::span<const std::byte> file);
 /// with base colour, opacity and pictures. Buffers and pictures may be in the file, in data URIs or
 /// in files that `assets` reads. Cameras, lights, animation and skins are left out.
 /// formatNotSupported, with the element in `reason`, when it is damaged, needs an extension that is
-/// not known, or has no face.
+/// not known, or has no face, and once `progress` has said no.
 Message readGltf(Scene& scene, std::span<const std::byte> file, const AssetReader& assets,
-                 Reason& reason);
+                 Reason& reason, const ImportProgress& progress = {});
 
 } // namespace facetor

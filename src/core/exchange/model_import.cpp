@@ -18,6 +18,7 @@ namespace {
 
 constexpr std::size_t longestImportedName = 127; ///< bytes
 constexpr double translucentBelow = 0.75;        ///< opacity
+constexpr std::uint32_t polygonsPerReport = 16;  ///< of progress; one may cut a large texture
 const double cosineOfSmooth = std::cos(1.0 / 180 * 3.14159265358979);
 const double cosineOfFlat = std::cos(0.1 / 180 * 3.14159265358979);
 
@@ -79,9 +80,9 @@ struct Part {
 class ModelImport {
 public:
     ModelImport(const Scene& scene, TextureList* textures, const ImportOptions& options,
-                ImportReport& report)
+                ImportReport& report, const ImportProgress& progress)
         : scene_(scene), textures_(textures), options_(options), report_(report),
-          cuts_(scene, options.textures), parts_(scene.objects.size()),
+          progress_(progress), cuts_(scene, options.textures), parts_(scene.objects.size()),
           vertexOf_(scene.corners.size(), noIndex)
     {
     }
@@ -101,7 +102,7 @@ public:
             reason.text = why;
             return Message::formatNotSupported;
         }
-        fill(model);
+        if (!fill(model, reason)) return Message::formatNotSupported;
         noteTextures();
         return textures_ ? cuts_.store(*textures_) : Message::none;
     }
@@ -348,7 +349,7 @@ private:
         return why;
     }
 
-    void fill(Model& model)
+    bool fill(Model& model, Reason& reason)
     {
         std::set<std::string> taken;
         std::uint32_t vertexCount = 0, polygonCount = 0;
@@ -360,8 +361,11 @@ private:
                                polygons,    polygonCount, vertexCount};
             std::copy(part.vertices.begin(), part.vertices.end(),
                       model.vertices.data() + vertexCount);
-            for (std::uint32_t p = 0; p < polygons; ++p)
+            for (std::uint32_t p = 0; p < polygons; ++p) {
+                const double done = double(polygonCount + p) / report_.polygons;
+                if (p % polygonsPerReport == 0 && !goesOn(progress_, done, reason)) return false;
                 fillPolygon(model, model.meshes[i], part.pieces[p], polygonCount + p);
+            }
             fillNormals(model, model.meshes[i], part);
             Object& object = model.objects[i];
             object = {i,         noObject,       noObject,    {0, 0, 0}, {0, 0, 0},
@@ -378,6 +382,7 @@ private:
         std::vector<std::uint32_t> parents;
         for (const SceneObject& object : scene_.objects) parents.push_back(object.parent);
         linkObjects(model, parents);
+        return true;
     }
 
     /// As translation, rotation and scaling where they can say it, else as the object's matrix.
@@ -526,8 +531,6 @@ private:
         note(bareCount_, "with a picture are plain: they have no texture coordinates");
         report_.textures = cuts_.count();
         report_.shared = cuts_.sharedCount();
-        if (textures_ && cuts_.count() == 0)
-            report_.notes.push_back({0, "there are no textures, so no texture list is written"});
     }
 
     Rgb555 toColour(Real3 colour) const
@@ -580,6 +583,7 @@ private:
     TextureList* textures_;
     const ImportOptions& options_;
     ImportReport& report_;
+    const ImportProgress& progress_;
     TextureCuts cuts_;
     std::uint32_t plainCount_ = 0;        ///< polygons with a picture that there is no list for
     std::uint32_t bareCount_ = 0;         ///< with a picture, but without texture coordinates
@@ -590,11 +594,12 @@ private:
 } // namespace
 
 Message buildModel(Model& model, TextureList* textures, const Scene& scene,
-                   const ImportOptions& options, ImportReport& report, Reason& reason)
+                   const ImportOptions& options, ImportReport& report, Reason& reason,
+                   const ImportProgress& progress)
 {
     report = {};
     report.notes = scene.notes;
-    return ModelImport(scene, textures, options, report).run(model, reason);
+    return ModelImport(scene, textures, options, report, progress).run(model, reason);
 }
 
 } // namespace facetor

@@ -40,8 +40,9 @@ struct ImportReport {
 /// without such a list polygons with pictures are plain. Needs pools that createModelStore() has
 /// made, and a created list.
 /// formatNotSupported, with the counts in `reason`, when it does not fit the pools; the model then
-/// is as it was.
+/// is as it was. Once `progress` has said no it may be half made.
 Message buildModel(Model& model, TextureList* textures, const Scene& scene,
-                   const ImportOptions& options, ImportReport& report, Reason& reason);
+                   const ImportOptions& options, ImportReport& report, Reason& reason,
+                   const ImportProgress& progress = {});
 
 } // namespace facetor

@@ -12,6 +12,8 @@ namespace facetor {
 
 namespace {
 
+constexpr std::uint32_t linesPerReport = 1024; ///< of progress
+
 constexpr bool isBlank(char c)
 {
     return c == ' ' || c == '\t' || c == '\r' || c == '\v' || c == '\f';
@@ -75,6 +77,8 @@ public:
 
     /// Of the line that next() gave, the first being 1.
     std::uint32_t number() const { return number_; }
+    /// Bytes behind it.
+    std::size_t left() const { return rest_.size(); }
 
 private:
     std::string_view take()
@@ -94,8 +98,9 @@ private:
 
 class ObjReader {
 public:
-    ObjReader(Scene& scene, const std::string& title, const AssetReader& assets, Reason& reason)
-        : scene_(scene), title_(title), assets_(assets), reason_(reason)
+    ObjReader(Scene& scene, const std::string& title, const AssetReader& assets, Reason& reason,
+              const ImportProgress& progress)
+        : scene_(scene), title_(title), assets_(assets), reason_(reason), progress_(progress)
     {
     }
 
@@ -105,6 +110,9 @@ public:
         std::string_view line;
         while (lines.next(line)) {
             line_ = lines.number();
+            if (line_ % linesPerReport == 0 &&
+                !goesOn(progress_, 1 - double(lines.left()) / double(text.size()), reason_))
+                return Message::formatNotSupported;
             const std::string_view keyword = nextWord(line);
             if (!readLine(keyword, line)) return Message::formatNotSupported;
         }
@@ -345,6 +353,7 @@ private:
     const std::string& title_;
     const AssetReader& assets_;
     Reason& reason_;
+    const ImportProgress& progress_;
 
     std::uint32_t line_ = 0;
     bool hasObjects_ = false, smooth_ = false;
@@ -448,9 +457,9 @@ bool looksLikeObj(std::string_view text)
 }
 
 Message readObj(Scene& scene, std::string_view text, const std::string& title,
-                const AssetReader& assets, Reason& reason)
+                const AssetReader& assets, Reason& reason, const ImportProgress& progress)
 {
-    return ObjReader(scene, title, assets, reason).read(text);
+    return ObjReader(scene, title, assets, reason, progress).read(text);
 }
 
 } // namespace facetor

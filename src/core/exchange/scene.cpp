@@ -47,6 +47,13 @@ bool decodeBmp(ScenePicture& picture, std::span<const std::byte> file, int depth
 
 } // namespace
 
+bool goesOn(const ImportProgress& progress, double done, Reason& reason)
+{
+    if (!progress || progress(done)) return true;
+    reason.text = "it was stopped";
+    return false;
+}
+
 bool staysBelow(std::string_view name)
 {
     if (name.empty() || name.front() == '/' || name.front() == '\\' ||

@@ -92,6 +92,12 @@ struct Scene {
 using AssetReader =
     std::function<std::optional<Bytes>(const std::string& name, std::string& reason)>;
 
+/// Told now and then how much of the work is done, from 0 to 1; its false breaks the work off.
+using ImportProgress = std::function<bool(double done)>;
+
+/// Whether the work goes on; why not then stands in `reason`.
+bool goesOn(const ImportProgress& progress, double done, Reason& reason);
+
 /// Whether a name in a model's file leads to a file beside or below it: no absolute path, no URL,
 /// no "..". Backslashes count as slashes.
 bool staysBelow(std::string_view name);

@@ -1,0 +1,155 @@
+#include "exchange/foreign_file.h"
+
+#include "base/file.h"
+#include "base/text.h"
+#include "exchange/gltf_reader.h"
+#include "exchange/keep_attributes.h"
+#include "exchange/obj_reader.h"
+
+#include <algorithm>
+#include <map>
+#include <new>
+#include <utility>
+
+namespace facetor {
+
+namespace {
+
+/// The share of the work that reading is; the rest makes a model of it.
+constexpr double readingShare = 0.7;
+
+/// A part of the work, from `begin` to `end` of the whole.
+ImportProgress partOf(const ImportProgress& progress, double begin, double end)
+{
+    if (!progress) return {};
+    return [&progress, begin, end](double done) { return progress(begin + done * (end - begin)); };
+}
+
+/// The slots from which on a list is free: behind its own and those that polygons name.
+std::uint32_t firstFreeSlot(const TextureList& textures, const Model& model)
+{
+    std::uint32_t next = textures.usedCount();
+    for (std::uint32_t p = 0; p < model.totalPolygonCount; ++p) {
+        const PolygonAttribute& attribute = model.attributes[p];
+        if ((attribute.flags & textureMap) != 0 && attribute.texture < textureSlotCount)
+            next = std::max(next, attribute.texture + 1u);
+    }
+    return next;
+}
+
+} // namespace
+
+std::optional<ForeignKind> foreignKindOf(std::string_view path)
+{
+    const std::string_view extension = extensionOf(path);
+    if (equalIgnoringCase(extension, "obj")) return ForeignKind::obj;
+    if (equalIgnoringCase(extension, "gltf") || equalIgnoringCase(extension, "glb"))
+        return ForeignKind::gltf;
+    return std::nullopt;
+}
+
+std::string folderOf(const std::string& path)
+{
+#ifdef _WIN32
+    const std::size_t end = path.find_last_of("/\\:");
+#else
+    const std::size_t end = path.find_last_of('/');
+#endif
+    return end == std::string::npos ? std::string() : path.substr(0, end + 1);
+}
+
+std::string titleOf(const std::string& path)
+{
+    return std::string(cutExtension(path.substr(folderOf(path).size())));
+}
+
+AssetReader assetsBelow(const std::string& folder, std::vector<std::string>* filesRead)
+{
+    return [folder, filesRead](std::string name, std::string& reason) -> std::optional<Bytes> {
+        if (!staysBelow(name)) {
+            reason = "not beside or below the model";
+            return std::nullopt;
+        }
+        std::replace(name.begin(), name.end(), '\\', '/');
+        std::optional<Bytes> file = readFile(folder + name, largestAsset, &reason);
+        if (file && filesRead) filesRead->push_back(folder + name);
+        return file;
+    };
+}
+
+Message importModel(ImportedModel& imported, ForeignKind kind, Bytes file, const std::string& title,
+                    const AssetReader& assets, const ImportOptions& options,
+                    ImportPictures pictures, const ImportProgress& progress, Reason& reason)
+{
+    try {
+        Scene scene;
+        const ImportProgress reading = partOf(progress, 0, readingShare);
+        const std::string_view text(reinterpret_cast<const char*>(file.data()), file.size());
+        Message message = kind == ForeignKind::gltf
+                              ? readGltf(scene, file, assets, reason, reading)
+                              : readObj(scene, text, title, assets, reason, reading);
+        if (message != Message::none) return message;
+        Bytes().swap(file);
+        message = createModelStore(imported.model);
+        if (message == Message::none) message = imported.textures.create();
+        if (message != Message::none) return message;
+        return buildModel(imported.model,
+                          pictures == ImportPictures::yes ? &imported.textures : nullptr, scene,
+                          options, imported.report, reason, partOf(progress, readingShare, 1));
+    } catch (const std::bad_alloc&) {
+        return Message::outOfMemory;
+    }
+}
+
+Message importModelFile(ImportedModel& imported, const std::string& path,
+                        const ImportOptions& options, const ImportProgress& progress,
+                        Reason& reason)
+{
+    const auto kind = foreignKindOf(path);
+    if (!kind) return Message::formatNotSupported;
+    std::optional<Bytes> file = readFile(path, largestForeignModel, &reason.text);
+    if (!file) return Message::cannotOpenFile;
+    return importModel(imported, *kind, std::move(*file), titleOf(path),
+                       assetsBelow(folderOf(path)), options, ImportPictures::yes, progress, reason);
+}
+
+Message importOnto(Model& result, TextureList& textures, const Model& old, ImportedModel& imported,
+                   Reason& reason)
+{
+    try {
+        KeptPolygons polygons;
+        if (const Message message = keepAttributes(result, old, imported.model, polygons, reason);
+            message != Message::none)
+            return message;
+        ImportReport& report = imported.report;
+        report.textures = 0;
+        std::uint32_t next = firstFreeSlot(textures, old);
+        std::map<std::uint32_t, std::uint32_t> slots;
+        for (const std::uint32_t p : polygons.fresh) {
+            PolygonAttribute& attribute = result.attributes[p];
+            if ((attribute.flags & textureMap) == 0) continue;
+            const auto [at, isNew] = slots.try_emplace(attribute.texture, next);
+            if (isNew) {
+                if (next >= textureSlotCount) {
+                    reason.text = "more textures than the " + std::to_string(textureSlotCount) +
+                                  " slots hold";
+                    return Message::formatNotSupported;
+                }
+                const TextureSlot slot = imported.textures.slot(attribute.texture);
+                textures.set(next++, slot.width, slot.height,
+                             imported.textures.texels(attribute.texture));
+                ++report.textures;
+            }
+            attribute.texture = static_cast<std::uint16_t>(at->second);
+        }
+        report.objects = result.objectCount;
+        report.kept = polygons.kept;
+        report.fresh = static_cast<std::uint32_t>(polygons.fresh.size());
+        report.gone = polygons.gone;
+        return Message::none;
+    } catch (const std::bad_alloc&) {
+        return Message::outOfMemory;
+    }
+}
+
+} // namespace facetor
