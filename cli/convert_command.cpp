@@ -164,7 +164,8 @@ SeveralFiles findSeveral(const Run& run, const ConvertOptions& options)
     if (from == FileKind::image && paths.size() == 2 && equalIgnoringCase(to, "mxt"))
         return runTextureImage;
     if (isPair && equalIgnoringCase(to, "sal")) return runBothImages;
-    if ((isPair || (from == FileKind::model && paths.size() == 2)) && equalIgnoringCase(to, "obj"))
+    if ((isPair || (from == FileKind::model && paths.size() == 2)) &&
+        (equalIgnoringCase(to, "obj") || equalIgnoringCase(to, "glb")))
         return runExport;
     return nullptr;
 }

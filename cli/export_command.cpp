@@ -3,6 +3,7 @@
 #include "base/beside_file.h"
 #include "base/file.h"
 #include "base/text.h"
+#include "exchange/gltf_writer.h"
 #include "exchange/obj_writer.h"
 #include "exchange/picture_import.h"
 #include "image/image_codec.h"
@@ -89,14 +90,19 @@ int runExport(Run& run, const ConvertOptions& options)
         if (const int status = readAs(run, textures, options.paths[1], FileKind::textures);
             status != exitDone)
             return status;
+    const TextureList* const list = hasTextures ? &textures.textures : nullptr;
+    if (equalIgnoringCase(outputKind(run, output), "glb")) {
+        Bytes file;
+        const Message message = writeGlb(file, model.model, list);
+        if (message != Message::none) return reportFailure(run, options.paths[0], message);
+        return writeOutput(run, {output, std::move(file), {}});
+    }
     const std::size_t begin = output == standardStream ? 0 : folderEnd(output);
     const std::string folder = output.substr(0, begin);
     const std::string title(
         output == standardStream ? "stdout" : std::string(cutExtension(output.substr(begin))));
     std::vector<ExportedFile> files;
-    if (const Message message =
-            writeObj(files, model.model, hasTextures ? &textures.textures : nullptr, title);
-        message != Message::none)
+    if (const Message message = writeObj(files, model.model, list, title); message != Message::none)
         return reportFailure(run, options.paths[0], message);
     if (output == standardStream) return writeOutput(run, {output, files[0].bytes, {}});
     std::vector<Output> outputs{{output, std::move(files[0].bytes), {}}};

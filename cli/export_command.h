@@ -8,7 +8,8 @@ namespace facetor {
 // Conversions into several files or of several. Each returns the exit status and has reported what
 // failed.
 
-/// A model, and perhaps a texture list behind it, into an OBJ with its material file and pictures.
+/// A model, and perhaps a texture list behind it, into an OBJ with its material file and pictures
+/// or into a glb.
 int runExport(Run& run, const ConvertOptions& options);
 
 /// A model and a texture list into one target image, the model's blocks first.

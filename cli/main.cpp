@@ -167,6 +167,7 @@ void addConvert(CLI::App& app, Run& run, Action& action)
         "  .mxt to .txr   writes a texture list as C source\n"
         "  .mxt to .sal   writes a texture list's target image\n"
         "  .mx3 [.mxt] to .obj   writes a model, its materials and its pictures\n"
+        "  .mx3 [.mxt] to .glb   writes all of them into one file, for viewers too\n"
         "  .mx3 .mxt to .sal     writes both target images into one file\n"
         "  pictures to .mxt      makes a texture list of PNG, BMP, TGA, JPEG, GIF\n"
         "  .sal to .mxt          reads the textures of a target image back\n"
@@ -240,6 +241,8 @@ void addConvert(CLI::App& app, Run& run, Action& action)
          {"facetor-cli convert pictures/*.png ship.mxt --numbered --into ship.mxt",
           "takes them back into their slots"},
          {"facetor-cli convert ship.mx3 ship.mxt ship.obj", "for modellers"},
+         {"facetor-cli convert ship.mx3 ship.mxt ship.glb",
+          "for modellers and viewers; from it come the same model and list again"},
          {"facetor-cli convert old.mx3 new.mx3", "brings a model of an earlier layout to today's"},
          {"facetor-cli convert ship.mx3 ship.mdl --if-changed --depfile ship.d",
           "for make: leaves an unchanged output alone and says what it depends on"},

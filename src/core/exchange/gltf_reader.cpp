@@ -1,6 +1,7 @@
 #include "exchange/gltf_reader.h"
 
 #include "base/text.h"
+#include "exchange/own_model.h"
 
 #include <nlohmann/json.hpp>
 
@@ -8,6 +9,7 @@
 #include <bit>
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <map>
 
 namespace facetor {
@@ -144,6 +146,10 @@ public:
             if (std::find(std::begin(known), std::end(known), name) == std::end(known))
                 return fail("it needs the extension " + name);
         }
+        if (member(member(json_, "extras"), "facetor").is_object()) {
+            if (!readOwn(member(json_["extras"], "facetor"))) return false;
+            if (scene_.own) return true;
+        }
         readMaterials();
         if (!readNodes()) return false;
         return !scene_.faces.empty() || fail("it has no face");
@@ -180,6 +186,41 @@ private:
             }
         }
         return hasText || fail("it has no JSON chunk");
+    }
+
+    /// The model as Facetor wrote it into the file, unless another program has changed it since:
+    /// then what that program left counts.
+    bool readOwn(const Json& json)
+    {
+        const auto* bytes = buffer(0);
+        if (!bytes) return false;
+        if (sizeMember(json, "version", 0) != ownModelVersion ||
+            sizeMember(json, "checksum", missing) != glbChecksum(json_, *bytes)) {
+            scene_.notes.push_back({0, "another program has changed the file since Facetor wrote "
+                                       "it: its attributes are not taken"});
+            return true;
+        }
+        const auto model = view(sizeMember(json, "model", missing));
+        if (!model) return fail("extras.facetor has no model");
+        OwnModel own{Bytes(model->begin(), model->end()), std::nullopt, {}};
+        if (const std::size_t list = sizeMember(json, "textures", missing); list != missing) {
+            const auto textures = view(list);
+            if (!textures) return false;
+            own.textures.emplace(textures->begin(), textures->end());
+        }
+        for (const Json& rotation : member(json, "rotations")) {
+            const auto units = numbers<3>(rotation);
+            if (!units) return fail("extras.facetor holds a rotation that is none");
+            std::array<Angle, 3>& angles = own.rotations.emplace_back();
+            for (std::size_t k = 0; k < 3; ++k) {
+                if ((*units)[k] < std::numeric_limits<Angle>::min() ||
+                    (*units)[k] > std::numeric_limits<Angle>::max())
+                    return fail("extras.facetor holds a rotation that is none");
+                angles[k] = static_cast<Angle>((*units)[k]);
+            }
+        }
+        scene_.own = std::move(own);
+        return true;
     }
 
     /// The bytes that a URI stands for; none with the cause in `why`.

@@ -4,6 +4,7 @@
 #include "exchange/face_split.h"
 #include "exchange/matching.h"
 #include "exchange/model_points.h"
+#include "exchange/own_model.h"
 #include "exchange/scene_colour.h"
 
 #include <algorithm>
@@ -599,6 +600,7 @@ Message buildModel(Model& model, TextureList* textures, const Scene& scene,
 {
     report = {};
     report.notes = scene.notes;
+    if (scene.own) return readOwnModel(model, textures, *scene.own, options, report, reason);
     return ModelImport(scene, textures, options, report, progress).run(model, reason);
 }
 

@@ -38,7 +38,7 @@ struct ImportReport {
 /// up (x, -z, y); the first corner stays the first and the others follow backwards, so that what
 /// is in front is what the view Forward shows. Pictures go into the slots of `textures` from 0 on;
 /// without such a list polygons with pictures are plain. Needs pools that createModelStore() has
-/// made, and a created list.
+/// made, and a created list. Of a file that Facetor has written comes the model that it was.
 /// formatNotSupported, with the counts in `reason`, when it does not fit the pools; the model then
 /// is as it was. Once `progress` has said no it may be half made.
 Message buildModel(Model& model, TextureList* textures, const Scene& scene,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/angle.h"
 #include "base/bytes.h"
 #include "base/message.h"
 
@@ -75,6 +76,13 @@ struct ImportNote {
     std::string text;
 };
 
+/// What a glb that Facetor has written holds of the model beside what other programs see.
+struct OwnModel {
+    Bytes model;                                 ///< a model file
+    std::optional<Bytes> textures;               ///< a texture list file
+    std::vector<std::array<Angle, 3>> rotations; ///< of each object: the file rounds them
+};
+
 struct Scene {
     std::vector<Real3> positions, normals, colours; ///< all finite
     std::vector<Real2> uvs;                         ///< (0, 0) is the picture's left top
@@ -85,6 +93,7 @@ struct Scene {
     std::vector<ScenePicture> pictures;
     std::vector<ImportNote> notes;
     ColourSpace colourSpace = ColourSpace::srgb;
+    std::optional<OwnModel> own; ///< in place of all of the above but the notes
 };
 
 /// Reads a file that a model names, by the name that stands there. None, with the cause in a few
