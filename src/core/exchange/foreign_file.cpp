@@ -128,6 +128,10 @@ Message importOnto(Model& result, TextureList& textures, const Model& old, Impor
         for (const std::uint32_t p : polygons.fresh) {
             PolygonAttribute& attribute = result.attributes[p];
             if ((attribute.flags & textureMap) == 0) continue;
+            // A model that was Facetor's may name slots that its list does not fill.
+            if (attribute.texture >= textureSlotCount ||
+                imported.textures.isEmpty(attribute.texture))
+                continue;
             const auto [at, isNew] = slots.try_emplace(attribute.texture, next);
             if (isNew) {
                 if (next >= textureSlotCount) {

@@ -85,8 +85,6 @@ Message readOwnModel(Model& model, TextureList* textures, const OwnModel& own,
     countPolygons(report, read, own.textures ? textures : nullptr);
     if (own.textures && !textures)
         report.notes.push_back({0, "its textures are left out: no texture list was asked for"});
-    if (textures && report.textures == 0)
-        report.notes.push_back({0, "there are no textures, so no texture list is written"});
     model = std::move(read);
     return Message::none;
 }
