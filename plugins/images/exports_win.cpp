@@ -38,9 +38,20 @@ const std::optional<ImageInfo>& infoOf(const char* path)
     return told.info;
 }
 
+/// Keeps the library in the process from its first call on. The run-time linked into it takes a
+/// thread-local index of the process and two handles when it is first used, and gives them back to
+/// nobody: a program that loads and unloads the library for each file would run out of indices.
+void stayLoaded()
+{
+    HMODULE self;
+    GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                       reinterpret_cast<LPCSTR>(&told), &self);
+}
+
 /// No exception leaves the module: memory may be short.
 template <typename Action> int guarded(int failed, const Action& action)
 {
+    stayLoaded();
     try {
         return action();
     } catch (const std::exception&) {
