@@ -217,46 +217,6 @@ TEST(AttributeWindow, EveryControlOfEveryPageReachesTheFileAndNothingElseDoes)
     }
 }
 
-TEST(AttributeWindow, HasThePagesWithTheirControls)
-{
-    const std::pair<const char*, std::vector<std::string>> pages[] = {
-        {"Material",
-         {"&Polygon", "Poly&Line", "&Texture Map", "&Use Light", "", "", "&ID:", "0", "&H flip",
-          "&V flip"}},
-        {"Mode",
-         {"&Replace", "&Shadow", "&Half Lumin.", "&Translucent", "&MESH", "grey &End Code"}},
-        {"Z Sort", {"&Center", "Mi&nimum", "Ma&ximum", "grey Reserved", "grey Reserved"}},
-        {"Gouraud", {"&Gouraud", "&Use Light", "#&0", "#&1", "#&2", "#&3"}},
-        {"Option", {"&Single", "&Dual", "&Near Clip", "grey &Depth Cueing"}},
-    };
-    const RunningEditor editor;
-    editor.sendCommand(IDM_VIEW_HIERARCHY);
-    const AttributeWindow attributes(editor);
-    EXPECT_EQ(editor.ask([](Editor& e) { return e.modelessDialogs.front(); }), attributes.window())
-        << "the main loop asks it before the hierarchy window";
-    EXPECT_EQ(windowText(attributes.window()), "Attribute");
-    EXPECT_EQ(windowText(GetDlgItem(attributes.window(), IDOK)), "&Apply");
-    EXPECT_TRUE(editor.isItemChecked(IDM_VIEW_ATTRIBUTES));
-    for (int i = 0; const auto& [title, controls] : pages) {
-        attributes.choose(static_cast<AttributePage>(i++));
-        std::array<char, 32> text{};
-        TCITEMA tab{};
-        tab.mask = TCIF_TEXT;
-        tab.pszText = text.data();
-        tab.cchTextMax = static_cast<int>(text.size());
-        SendMessageA(GetDlgItem(attributes.window(), IDC_ATTRIBUTE_TABS), TCM_GETITEMA,
-                     static_cast<WPARAM>(i - 1), reinterpret_cast<LPARAM>(&tab));
-        EXPECT_STREQ(text.data(), title);
-        std::vector<std::string> found;
-        for (HWND c = GetWindow(attributes.page(), GW_CHILD); c; c = GetWindow(c, GW_HWNDNEXT))
-            found.push_back((IsWindowEnabled(c) ? "" : "grey ") + windowText(c));
-        EXPECT_EQ(found, controls);
-        if (title == std::string("Gouraud"))
-            editor.call([&](Editor&) { SetFocus(attributes.item(IDC_ATTRIBUTE_COLOUR_1)); });
-        savePicture(editor.pictureOf(attributes.window()), "attribute-" + std::to_string(i));
-    }
-}
-
 PolygonAttribute attributeOf(const RunningEditor& editor, std::uint32_t polygon)
 {
     return editor.ask([&](Editor& e) { return e.document.model.attributes[polygon]; });
@@ -373,7 +333,11 @@ TEST(AttributeWindow, KeepsTabValuesAndPlaceWhileItIsClosedAndItsPlaceFromRunToR
 TEST(AttributeWindow, TheKeyboardReachesItsControlsAndApply)
 {
     const RunningEditor editor;
+    editor.sendCommand(IDM_VIEW_HIERARCHY);
     const AttributeWindow attributes(editor);
+    EXPECT_EQ(editor.ask([](Editor& e) { return e.modelessDialogs.front(); }), attributes.window())
+        << "the main loop asks it before the hierarchy window";
+    EXPECT_TRUE(editor.isItemChecked(IDM_VIEW_ATTRIBUTES));
     editor.sendCommand(IDM_SELECT_ALL);
     const auto press = [&](WPARAM key) { // returns the control that has the keyboard then
         std::atomic<int> focus = -1;

@@ -35,15 +35,6 @@ TEST(ScreenDialog, ShowsAndChangesProjectionAndViewAngle)
     const RunningEditor editor;
     ShownAlert dialog = editor.openDialog(IDM_OPTIONS_SCREEN);
     savePicture(editor.pictureOf(dialog.window), "screen-dialog");
-    EXPECT_TRUE(isChecked(dialog, IDC_SCREEN_PERSPECTIVE));
-    EXPECT_FALSE(isChecked(dialog, IDC_SCREEN_PARALLEL));
-    const HWND slider = GetDlgItem(dialog.window, IDC_SCREEN_ANGLE);
-    EXPECT_EQ(SendMessageA(slider, TBM_GETRANGEMIN, 0, 0), 3);
-    EXPECT_EQ(SendMessageA(slider, TBM_GETRANGEMAX, 0, 0), 12);
-    EXPECT_EQ(SendMessageA(slider, TBM_GETPAGESIZE, 0, 0), 3);
-    EXPECT_EQ(SendMessageA(slider, TBM_GETLINESIZE, 0, 0), 1);
-    EXPECT_EQ(SendMessageA(slider, TBM_GETPOS, 0, 0), 9);
-    EXPECT_TRUE(itemText(dialog, IDC_SCREEN_LABEL).ends_with(" = 90"));
     moveSlider(dialog, 4);
     EXPECT_TRUE(itemText(dialog, IDC_SCREEN_LABEL).ends_with(" = 40"));
     CheckRadioButton(dialog.window, IDC_SCREEN_PARALLEL, IDC_SCREEN_PERSPECTIVE,
@@ -208,20 +199,6 @@ TEST(LightDialog, TheSystemsColoursAreCutToFifteenBitsAndBlueToSix)
     EXPECT_EQ(fromPickedColour(RGB(0, 0, 255)), 0x003E);
     EXPECT_EQ(fromPickedColour(RGB(7, 7, 3)), 0x0000);
     EXPECT_EQ(fromPickedColour(RGB(0, 0, 64)), 16);
-}
-
-TEST(About, ShowsTheVersionResource)
-{
-    const RunningEditor editor;
-    const ShownAlert dialog = editor.openDialog(IDM_HELP_ABOUT);
-    savePicture(editor.pictureOf(dialog.window), "about");
-    EXPECT_EQ(itemText(dialog, IDC_ABOUT_DESCRIPTION),
-              "Facetor, editor for polygon models and texture lists");
-    EXPECT_EQ(itemText(dialog, IDC_ABOUT_FILE_VERSION), FACETOR_VERSION);
-    EXPECT_EQ(itemText(dialog, IDC_ABOUT_PRODUCT_VERSION), FACETOR_VERSION);
-    EXPECT_TRUE(itemText(dialog, IDC_ABOUT_COPYRIGHT).starts_with("Copyright (c) "));
-    editor.closeDialog(dialog, IDOK);
-    EXPECT_FALSE(editor.isChanged());
 }
 
 TEST(Help, SaysSoWhenThereIsNone)

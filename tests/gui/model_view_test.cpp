@@ -75,22 +75,6 @@ TEST(ModelView, ShowsTheFrameSurfacePixelByPixel)
     EXPECT_GE(colours.size(), 2u) << "the model must be in the picture";
 }
 
-TEST(ModelView, FixedViewsShowTheSixSidesOfTheCube)
-{
-    const RunningEditor editor;
-    editor.resizeClient(400, 320);
-    std::set<std::uint32_t> sides;
-    for (int command = 40044; command <= 40049; ++command) {
-        editor.sendCommand(command);
-        const Picture picture = editor.picture();
-        savePicture(picture, "fixed-view-" + std::to_string(command));
-        sides.insert(centreOf(picture));
-        EXPECT_NE(centreOf(picture), picture.at(2, 40)) << command;
-    }
-    EXPECT_EQ(sides.size(), 6u);
-    EXPECT_FALSE(editor.isChanged());
-}
-
 TEST(ModelView, ReachesTheEdgeOfAWidthThatIsNoMultipleOfFour)
 {
     const RunningEditor editor;

@@ -8,7 +8,9 @@
 
 #include <windows.h>
 
+#include <array>
 #include <cstring>
+#include <set>
 
 namespace facetor {
 
@@ -151,15 +153,21 @@ TEST(Selection, StoredCamerasComeBackAndTheirItemsAreEnabled)
     editor.sendCommand(IDM_CAMERA_STORE_2);
     EXPECT_TRUE(editor.isItemEnabled(IDM_CAMERA_RECALL_2));
     EXPECT_FALSE(editor.isItemEnabled(IDM_CAMERA_RECALL_1));
-    editor.sendCommand(IDM_CAMERA_TOP);
+    std::set<std::array<float, 16>> sides;
+    for (const int command : {IDM_CAMERA_FORWARD, IDM_CAMERA_BACK, IDM_CAMERA_LEFT,
+                              IDM_CAMERA_RIGHT, IDM_CAMERA_BOTTOM, IDM_CAMERA_TOP}) {
+        editor.sendCommand(command);
+        sides.insert(matrix().element);
+    }
+    EXPECT_EQ(sides.size(), 6u);
     const Matrix top = matrix();
-    EXPECT_NE(std::memcmp(&top, &start, sizeof top), 0);
     editor.sendCommand(IDM_CAMERA_RECALL_1);
     const Matrix unchanged = matrix();
     EXPECT_EQ(std::memcmp(&unchanged, &top, sizeof top), 0);
     editor.sendCommand(IDM_CAMERA_RECALL_2);
     const Matrix recalled = matrix();
     EXPECT_EQ(std::memcmp(&recalled, &start, sizeof start), 0);
+    EXPECT_FALSE(editor.isChanged());
 }
 
 } // namespace
