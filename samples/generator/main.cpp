@@ -1,5 +1,6 @@
 #include "samples.h"
 
+#include "base/file.h"
 #include "base/message.h"
 #include "model/model_file.h"
 #include "texture/texture_file.h"
@@ -37,6 +38,13 @@ int main(int argc, char** argv)
         if (message == Message::none) continue;
         const std::string text(catalogueText(message));
         std::fprintf(stderr, "facetor-samples: %s: %s\n", sample.name.c_str(), text.c_str());
+        return 1;
+    }
+    const std::string folder = std::string(argv[1]) + "/";
+    for (const ExportedFile& file : samples::makeLighthouse()) {
+        std::string reason;
+        if (writeFile(folder + file.name, file.bytes, &reason) == Message::none) continue;
+        std::fprintf(stderr, "facetor-samples: %s: %s\n", file.name.c_str(), reason.c_str());
         return 1;
     }
     return 0;

@@ -1,5 +1,6 @@
 #include "picture.h"
 
+#include "image/png_codec.h"
 #include "numbers.h"
 
 #include <algorithm>
@@ -99,6 +100,12 @@ void Picture::number(int x, int y, int size, std::string_view digits, Rgb555 col
                          y + (row + 1) * size, colour);
         x += 4 * size;
     }
+}
+
+Bytes Picture::toPng() const
+{
+    return pngCodec.encode(
+        {static_cast<std::uint32_t>(width_), static_cast<std::uint32_t>(height_), texels_});
 }
 
 Message Picture::store(TextureList& list, std::uint32_t slot) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/bytes.h"
 #include "base/colour.h"
 #include "texture/texture_list.h"
 
@@ -39,6 +40,8 @@ public:
     /// Digits of 3 x 5 cells of `size` texels each, a cell apart.
     void number(int x, int y, int size, std::string_view digits, Rgb555 colour);
 
+    /// As a PNG file, with alpha.
+    Bytes toPng() const;
     /// Makes it the texture of a slot. outOfMemory when memory is short.
     Message store(TextureList& list, std::uint32_t slot) const;
 

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "base/message.h"
+#include "exchange/obj_writer.h"
 #include "model/model.h"
 #include "texture/texture_list.h"
 
 #include <string>
+#include <vector>
 
 namespace facetor::samples {
 
@@ -21,6 +23,10 @@ Message makeMax(Model& model, TextureList& textures);
 /// A road sign, the example of C source in the manual: two objects, three polygons of the kinds
 /// that make a difference there. `texture` is the slot of what stands on its board.
 Message makeSign(Model& model, std::uint16_t texture);
+
+/// A lighthouse as another program would write it: an OBJ, its material file and its pictures,
+/// with quads, triangles, faces of more corners, a picture of several fields and holes in another.
+std::vector<ExportedFile> makeLighthouse();
 
 struct Sample {
     std::string name; ///< of both files, without extension

@@ -38,6 +38,12 @@ TEST_P(Samples, AreTheFilesInTheSamplesFolderByteForByte)
 INSTANTIATE_TEST_SUITE_P(All, Samples, testing::ValuesIn(samples::allSamples),
                          [](const auto& sample) { return sample.param.name; });
 
+TEST(SampleLighthouse, IsTheFilesInTheSamplesFolderByteForByte)
+{
+    for (const ExportedFile& file : samples::makeLighthouse())
+        EXPECT_TRUE(readFile("samples/" + file.name) == file.bytes) << file.name;
+}
+
 TEST(SampleMax, FillsEveryPoolToTheLastElement)
 {
     Model model;
