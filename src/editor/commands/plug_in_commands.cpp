@@ -32,13 +32,12 @@ const UniqueModule& plugInNamed(Editor& editor, const std::string& file)
 }
 
 /// Puts one image into a slot, or shows why not.
-bool importOne(Editor& editor, const UniqueModule& plugIn, const std::string& path,
-               std::uint32_t slot)
+bool importOne(Editor& editor, const ImageSource& source, std::uint32_t slot)
 {
     ImportedImage image;
     {
         const WaitCursor waiting;
-        image = importImage(plugIn, path, editor.transparentColour);
+        image = importImage(source, editor.transparentColour);
     }
     if (image.fault) {
         (void)refuse(editor, *image.fault);
@@ -107,7 +106,7 @@ CommandOutcome importTextures(Editor& editor)
         Progress progress(editor.mainWindow, Word::importing, count);
         // One that fails does not keep the others out.
         for (std::uint32_t i = 0; i < count && progress.goesOn(chosen->paths[i]); ++i)
-            (void)importOne(editor, plugIn, chosen->paths[i], first + i);
+            (void)importOne(editor, imageSource(plugIn, chosen->paths[i]), first + i);
         return EditOutcome{};
     });
     showImported(editor);
@@ -117,13 +116,12 @@ CommandOutcome importTextures(Editor& editor)
 CommandOutcome importTexturePath(Editor& editor, const std::string& path)
 {
     for (const std::string& file : editor.plugIns.import.files) {
-        const UniqueModule& plugIn = plugInNamed(editor, file);
-        const Message message = checkImage(plugIn, path);
-        if (message == Message::formatNotSupported) continue;
-        if (message != Message::none) return refuse(editor, {message});
+        const ImageSource source = imageSource(plugInNamed(editor, file), path);
+        if (!source.check) return refuse(editor, {Message::noPlugIn});
+        if (!source.check()) continue;
         bool imported = false;
         (void)change(editor.document, Word::stepImport, [&] {
-            imported = importOne(editor, plugIn, path, editor.document.textures.current);
+            imported = importOne(editor, source, editor.document.textures.current);
             return EditOutcome{};
         });
         if (!imported) return CommandOutcome::abandoned;

@@ -106,7 +106,7 @@ void drawPicker(const LightDialog& state, const DRAWITEMSTRUCT& item)
     const HGDIOBJ before = SelectObject(memory.get(), bitmap.get());
     FillRect(memory.get(), &frame, GetSysColorBrush(COLOR_BTNFACE));
     DrawEdge(memory.get(), &frame, EDGE_ETCHED, BF_RECT);
-    const ScreenRectangle& bounds = state.picker.bounds;
+    const InclusiveRectangle& bounds = state.picker.bounds;
     const int dx = pickerMargin - bounds.left, dy = pickerMargin - bounds.top;
     drawGlobe(memory.get(),
               {bounds.left + dx, bounds.top + dy, bounds.right + dx, bounds.bottom + dy},

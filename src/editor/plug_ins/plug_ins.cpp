@@ -121,47 +121,6 @@ std::vector<std::string> librariesOf(const std::string& folder)
     return names;
 }
 
-/// What a plug-in says about a file before its pixels are read.
-struct FileAnswers {
-    INT32 width = 0, height = 0;
-    int depth = 0;
-};
-
-/// Asks a plug-in about a file, and refuses what it answers unless a texture can be made of it.
-std::optional<InputFault> askAbout(const UniqueModule& module, const std::string& path,
-                                   FileAnswers& answers)
-{
-    const auto check = exportOf<CheckFileFormat>(module, checkName);
-    const auto size = exportOf<GetFileImageSize>(module, sizeName);
-    const auto depth = exportOf<GetFileImageDepth>(module, depthName);
-    // Without them the library is no longer the one that was registered.
-    if (!check || !size || !depth) return InputFault{Message::noPlugIn};
-    if (check(module.get(), path.c_str()) == 0) return InputFault{Message::formatNotSupported};
-    (void)size(module.get(), path.c_str(), &answers.width, &answers.height); // means nothing
-    if (const auto fault = textureSizeFault(answers.width, answers.height)) return fault;
-    answers.depth = depth(module.get(), path.c_str());
-    if (imageBufferSize(static_cast<std::uint32_t>(answers.width),
-                        static_cast<std::uint32_t>(answers.height), answers.depth) == 0)
-        return InputFault{Message::colourModeNotSupported};
-    return std::nullopt;
-}
-
-/// The image buffer that a plug-in fills.
-std::optional<InputFault> readBuffer(const UniqueModule& module, const std::string& path,
-                                     FileAnswers& answers, PageArray<std::byte>& buffer)
-{
-    const auto bits = exportOf<GetFileImageBits>(module, bitsName);
-    if (!module || !bits) return InputFault{Message::noPlugIn};
-    if (const auto fault = askAbout(module, path, answers)) return fault;
-    if (!buffer.allocate(imageBufferSize(static_cast<std::uint32_t>(answers.width),
-                                         static_cast<std::uint32_t>(answers.height),
-                                         answers.depth)))
-        return InputFault{Message::outOfMemory};
-    if (bits(module.get(), path.c_str(), buffer.data()) != 0)
-        return InputFault{Message::cannotOpenFile};
-    return std::nullopt;
-}
-
 } // namespace
 
 Message scanPlugInFolder(PlugIns& plugIns, const PlugInReport& report)
@@ -183,30 +142,25 @@ const UniqueModule& loadPlugIn(LoadedPlugIns& loaded, const std::string& path)
     return module;
 }
 
-ImportedImage importImage(const UniqueModule& plugIn, const std::string& path,
-                          Rgb555 transparentColour)
+ImageSource imageSource(const UniqueModule& plugIn, const std::string& path)
 {
-    ImportedImage image;
-    FileAnswers answers;
-    PageArray<std::byte> buffer;
-    image.fault = readBuffer(plugIn, path, answers, buffer);
-    if (image.fault) return image;
-    image.width = static_cast<std::uint16_t>(answers.width);
-    image.height = static_cast<std::uint16_t>(answers.height);
-    if (!image.pixels.allocate(std::size_t{image.width} * image.height)) {
-        image.fault = InputFault{Message::outOfMemory};
-        return image;
-    }
-    convertImageBuffer({buffer.data(), buffer.size()}, image.width, answers.depth,
-                       transparentColour, {image.pixels.data(), image.pixels.size()});
-    return image;
-}
-
-Message checkImage(const UniqueModule& plugIn, const std::string& path)
-{
-    const auto check = exportOf<CheckFileFormat>(plugIn, checkName);
-    if (!plugIn || !check) return Message::noPlugIn;
-    return check(plugIn.get(), path.c_str()) != 0 ? Message::none : Message::formatNotSupported;
+    if (!plugIn) return {};
+    const HMODULE module = plugIn.get();
+    ImageSource source;
+    if (const auto check = exportOf<CheckFileFormat>(plugIn, checkName))
+        source.check = [=] { return check(module, path.c_str()) != 0; };
+    // What it returns means nothing; the sizes tell.
+    if (const auto size = exportOf<GetFileImageSize>(plugIn, sizeName))
+        source.size = [=](INT32& width, INT32& height) {
+            (void)size(module, path.c_str(), &width, &height);
+        };
+    if (const auto depth = exportOf<GetFileImageDepth>(plugIn, depthName))
+        source.depth = [=] { return depth(module, path.c_str()); };
+    if (const auto bits = exportOf<GetFileImageBits>(plugIn, bitsName))
+        source.bits = [=](std::span<std::byte> buffer) {
+            return bits(module, path.c_str(), buffer.data()) == 0;
+        };
+    return source;
 }
 
 Message exportImage(const UniqueModule& plugIn, const std::string& path, std::uint16_t width,

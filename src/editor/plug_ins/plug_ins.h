@@ -3,7 +3,7 @@
 #include "base/colour.h"
 #include "base/pages.h"
 #include "session/plug_in_list.h"
-#include "texture/texture_rules.h"
+#include "texture/image_import.h"
 #include "ui/module.h"
 
 #include <windows.h>
@@ -38,20 +38,10 @@ using PlugInReport = std::function<void(Message message, const std::string& file
 /// outOfMemory when memory is short.
 Message scanPlugInFolder(PlugIns& plugIns, const PlugInReport& report);
 
-/// A texture from an image file. `pixels` holds width x height texels when there is no fault.
-struct ImportedImage {
-    std::optional<InputFault> fault; ///< noPlugIn for no library
-    std::uint16_t width = 0, height = 0;
-    Texels pixels;
-};
-
-/// Reads an image through one plug-in. A texel of the transparent colour is transparent.
-ImportedImage importImage(const UniqueModule& plugIn, const std::string& path,
-                          Rgb555 transparentColour);
-
-/// Whether a plug-in can read a file. noPlugIn for no library, formatNotSupported when it cannot
-/// read the file.
-Message checkImage(const UniqueModule& plugIn, const std::string& path);
+/// An image file as one plug-in reads it, for importImage(). Without the functions that a library
+/// which is not loaded, or no longer the one that was registered, does not have. Needs the plug-in
+/// to stay loaded.
+ImageSource imageSource(const UniqueModule& plugIn, const std::string& path);
 
 /// Writes texels, top row first, through one plug-in, complete or not at all. A file that stands
 /// there already has another name meanwhile, and gets its own back when the plug-in fails.

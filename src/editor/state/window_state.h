@@ -40,8 +40,8 @@ struct TextureWindow {
 struct SliceView {
     SliceSettings settings; ///< as the slice dialog was left
     bool shown = false;
-    std::optional<ScreenRectangle> place; ///< where the user has moved it; none until then
-    unsigned dragged = 0;                 ///< sides that the mouse moves, as PlacementSide bits
+    std::optional<InclusiveRectangle> place; ///< where the user has moved it; none until then
+    unsigned dragged = 0;                    ///< sides that the mouse moves, as PlacementSide bits
     ViewTool toolBefore = ViewTool::rotateModel; ///< the tool before Move Sliced Texture
 };
 

@@ -142,7 +142,7 @@ void paintModelView(Editor& editor)
     // What lies beside the surface is only erased, not painted anew: no overlay may reach there.
     IntersectClipRect(paint.dc(), 0, 0, surfaceMaxWidth, surfaceMaxHeight);
     if (editor.band.open) {
-        const ScreenRectangle& band = editor.band.rectangle;
+        const InclusiveRectangle& band = editor.band.rectangle;
         frameInDashes(paint.dc(), {band.left, band.top, band.right + 1, band.bottom + 1});
     }
     paintSliceOutline(editor, paint.dc());

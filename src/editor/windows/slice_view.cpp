@@ -42,7 +42,7 @@ void paintHandle(HDC dc, int x, int y)
 
 } // namespace
 
-ScreenRectangle slicePlace(const Editor& editor)
+InclusiveRectangle slicePlace(const Editor& editor)
 {
     if (editor.slice.place) return *editor.slice.place;
     const TextureList& list = editor.document.textures;

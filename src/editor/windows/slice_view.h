@@ -12,7 +12,7 @@ struct Editor;
 
 /// Where the picture lies: until the user moves it in the middle of the view, with the current
 /// texture's proportions.
-ScreenRectangle slicePlace(const Editor& editor);
+InclusiveRectangle slicePlace(const Editor& editor);
 
 /// The current texture where it lies, while it is to be shown.
 std::optional<PlacedTexture> shownSlice(Editor& editor);

@@ -51,8 +51,8 @@ void drawThumbnail(HDC dc, const PixelRectangle& cell, const TextureSlot& textur
     showTexture(surface, texture.pixels, texture.width, texture.height, background);
     const PixelRectangle fitted =
         fittedInto(movedBy(cellPicture, cell.left, cell.top), texture.width, texture.height);
-    const SurfaceRectangle source{0, 0, std::min(texture.width, surfaceSide),
-                                  std::min(texture.height, surfaceSide)};
+    const PixelRectangle source{0, 0, std::min(texture.width, surfaceSide),
+                                std::min(texture.height, surfaceSide)};
     const BlitGeometry blit = blitGeometry(
         surface, source, {fitted.left, fitted.top, fitted.right, fitted.bottom}, Mirror::none);
     StretchDIBits(
