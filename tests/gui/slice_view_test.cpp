@@ -24,7 +24,7 @@ void drag(const RunningEditor& editor, POINT from, POINT to)
 std::array<int, 4> placeOf(const RunningEditor& editor)
 {
     return editor.ask([](Editor& e) -> std::array<int, 4> {
-        const ScreenRectangle r = slicePlace(e);
+        const InclusiveRectangle r = slicePlace(e);
         return {r.left, r.top, r.right, r.bottom};
     });
 }

@@ -207,7 +207,7 @@ TEST(TextureDialog, SlicingMakesATextureForEachPickedPolygonInEveryOffsetMode)
     EXPECT_EQ(editor.ask([](Editor& e) { return e.document.textures.usedCount(); }), 51u);
 
     // From above, with the photograph behind a part of the ship, and nothing but textures on it.
-    constexpr ScreenRectangle place{220, 130, 460, 310};
+    constexpr InclusiveRectangle place{220, 130, 460, 310};
     editor.sendCommand(IDM_CAMERA_TOP);
     editor.call([&](Editor& e) {
         e.slice.place = place;

@@ -67,7 +67,7 @@ TEST(ImageSurface, CopiesWhatLiesInBothSurfaces)
 {
     constexpr int side = 8;
     struct Case {
-        SurfaceRectangle from, to;
+        PixelRectangle from, to;
     };
     const Case cases[] = {{{2, 1, 6, 5}, {3, 2, 7, 6}},         {{5, 3, 13, 7}, {-4, -1, 4, 3}},
                           {{0, 0, 8, 8}, {6, 7, 14, 15}},       {{-3, -2, 5, 6}, {0, 0, 8, 8}},
@@ -134,7 +134,7 @@ TEST(ImageSurface, AMirroredBlitBeginsAtTheOtherEdge)
 {
     ImageSurface surface;
     ASSERT_EQ(createSurface(surface, 256, 256, 16), Message::none);
-    const SurfaceRectangle source{0, 0, 8, 8}, target{10, 10, 20, 20};
+    const PixelRectangle source{0, 0, 8, 8}, target{10, 10, 20, 20};
     EXPECT_EQ(blitGeometry(surface, source, target, Mirror::none),
               (BlitGeometry{10, 10, 10, 10, 0, 248, 8, 8}));
     EXPECT_EQ(blitGeometry(surface, source, target, Mirror::leftRight),

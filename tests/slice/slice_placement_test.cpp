@@ -8,7 +8,7 @@ namespace {
 
 using Sides = std::array<std::int32_t, 4>;
 
-Sides sidesOf(const ScreenRectangle& r)
+Sides sidesOf(const InclusiveRectangle& r)
 {
     return {r.left, r.top, r.right, r.bottom};
 }
@@ -21,7 +21,7 @@ TEST(SlicePlacement, StartsInTheMiddleOfTheViewWithThePicturesProportions)
     EXPECT_EQ(sidesOf(startPlacement({2000, 1000}, 320, 244)), (Sides{160, 122, 480, 366}))
         << "the view shows 640 x 489 pixels at most";
     for (const ClientSize tiny : {ClientSize{0, 0}, {1, 1}, {3, 900}}) {
-        const ScreenRectangle r = startPlacement(tiny, 256, 1);
+        const InclusiveRectangle r = startPlacement(tiny, 256, 1);
         EXPECT_LT(r.left, r.right);
         EXPECT_LT(r.top, r.bottom);
     }
@@ -29,7 +29,7 @@ TEST(SlicePlacement, StartsInTheMiddleOfTheViewWithThePicturesProportions)
 
 TEST(SlicePlacement, EdgesAndCornersAreTakenAFewPixelsToEitherSide)
 {
-    const ScreenRectangle place{100, 100, 200, 160};
+    const InclusiveRectangle place{100, 100, 200, 160};
     const std::tuple<ScreenPoint, unsigned> cases[] = {
         {{150, 130}, placementInside},
         {{96, 130}, placementLeft},
@@ -48,7 +48,7 @@ TEST(SlicePlacement, EdgesAndCornersAreTakenAFewPixelsToEitherSide)
 
 TEST(SlicePlacement, DragsMoveOrSizeItAndNeverTurnItAboutOrLoseIt)
 {
-    const ScreenRectangle place{100, 100, 200, 160};
+    const InclusiveRectangle place{100, 100, 200, 160};
     const ClientSize client{640, 480};
     const auto dragged = [&](unsigned sides, int dx, int dy) {
         return sidesOf(draggedPlacement(place, sides, dx, dy, client));

@@ -36,7 +36,7 @@ protected:
 
     TextureList list;
     SliceSettings settings;
-    ScreenRectangle place{100, 50, 120, 70}; // a view pixel is a texel
+    InclusiveRectangle place{100, 50, 120, 70}; // a view pixel is a texel
 };
 
 TEST_F(Slice, APolygonOverThePictureGetsThePictureAsItsCornersLie)

@@ -31,11 +31,11 @@ struct Editor {
     }
 
     /// The smallest rectangle around all drawn pixels.
-    ScreenRectangle drawn(ClientSize client)
+    InclusiveRectangle drawn(ClientSize client)
     {
         view.frameNeedsDrawing = true;
         EXPECT_TRUE(paintFrame(view, engine, model, client));
-        ScreenRectangle box{100000, 100000, -1, -1};
+        InclusiveRectangle box{100000, 100000, -1, -1};
         const FrameSurface& surface = engine.surface;
         for (std::int32_t y = 0; y < surface.height; ++y)
             for (std::int32_t x = 0; x < surface.width; ++x)
@@ -61,7 +61,7 @@ TEST(View, AFittedModelIsCentredAndInsideFromEveryFixedView)
             fitModel(editor.view, editor.engine, editor.model, client);
             for (const FixedView direction : allViews) {
                 applyFixedView(editor.view, editor.engine, direction);
-                const ScreenRectangle box = editor.drawn(client);
+                const InclusiveRectangle box = editor.drawn(client);
                 SCOPED_TRACE(testing::Message() << "size " << size << ", width " << client.width
                                                 << ", view " << static_cast<int>(direction));
                 EXPECT_NEAR((box.left + box.right) / 2, client.width / 2, 3);

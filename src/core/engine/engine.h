@@ -25,7 +25,7 @@ struct ScreenPoint {
 using ScreenQuad = std::array<ScreenPoint, 4>;
 
 /// A rectangle whose four sides belong to it.
-struct ScreenRectangle {
+struct InclusiveRectangle {
     std::int32_t left, top, right, bottom;
 };
 
@@ -42,7 +42,7 @@ inline constexpr Angle defaultViewAngle = 16383;
 inline constexpr std::int32_t focalScreenWidth = 640;
 
 struct EngineSettings {
-    ScreenRectangle window{0, 0, 640, 480}; ///< clip window, inclusive
+    InclusiveRectangle window{0, 0, 640, 480}; ///< clip window, inclusive
     ScreenPoint centre{320, 240};
     float focalLength = 0; ///< about 320 at the default view angle; set by startEngine()
     Light light;

@@ -40,8 +40,9 @@ void setSurfaceSize(FrameSurface& surface, std::int32_t width, std::int32_t heig
     surface.width = std::clamp(width, 4, surfaceMaxWidth) / 4 * 4;
     surface.height = std::clamp(height, 1, surfaceMaxHeight);
     const auto imageSize = static_cast<std::uint32_t>(surface.pixelCount() * sizeof(Rgb555));
-    new (surface.block.data()) BitmapHeader{
-        sizeof(BitmapHeader), surface.width, surface.height, 1, 16, 0, imageSize, 0, 0, 0, 0};
+    new (surface.block.data())
+        BitmapHeader(bitmapHeader(static_cast<std::uint32_t>(surface.width),
+                                  static_cast<std::uint32_t>(surface.height), 16, imageSize));
 }
 
 void clearSurface(FrameSurface& surface, Rgb555 colour)

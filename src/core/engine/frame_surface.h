@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/bitmap_header.h"
 #include "base/colour.h"
 #include "base/pages.h"
 
@@ -12,22 +13,6 @@ namespace facetor {
 /// The largest surface, in pixels; a larger client area shows its top-left part.
 inline constexpr std::int32_t surfaceMaxWidth = 640;
 inline constexpr std::int32_t surfaceMaxHeight = 489;
-
-/// The standard header of a device-independent bitmap, as the system takes it.
-struct BitmapHeader {
-    std::uint32_t headerSize; ///< 40
-    std::int32_t width;
-    std::int32_t height; ///< positive: rows are stored bottom-up
-    std::uint16_t planes;
-    std::uint16_t bitCount;
-    std::uint32_t compression;
-    std::uint32_t imageSize; ///< bytes of the pixels
-    std::int32_t xPixelsPerMetre;
-    std::int32_t yPixelsPerMetre;
-    std::uint32_t coloursUsed;
-    std::uint32_t coloursImportant;
-};
-static_assert(sizeof(BitmapHeader) == 40);
 
 /// What the engine draws into: a 16-bit bitmap of at most 640 x 489 RGB555 pixels, bottom-up, its
 /// header and pixels in one block that is allocated once. Screen row y is surface row

@@ -21,7 +21,7 @@ std::int32_t toScreen(float value, std::int32_t centre)
     return centre + static_cast<std::int32_t>(value);
 }
 
-bool isOutside(const ScreenRectangle& window, const ScreenPoint& point)
+bool isOutside(const InclusiveRectangle& window, const ScreenPoint& point)
 {
     return point.x < window.left || point.x > window.right || point.y < window.top ||
            point.y > window.bottom;

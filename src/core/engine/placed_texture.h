@@ -10,7 +10,7 @@ namespace facetor {
 /// lie just outside it.
 struct PlacedTexture {
     TextureSlot texture;
-    ScreenRectangle place; ///< in view pixels; needs left < right and top < bottom
+    InclusiveRectangle place; ///< in view pixels; needs left < right and top < bottom
 };
 
 /// Draws the picture into the surface, scaled to its place and cut at the surface's edges. Where a

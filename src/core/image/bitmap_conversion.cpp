@@ -1,6 +1,6 @@
 #include "image/bitmap_conversion.h"
 
-#include "base/bytes.h"
+#include "base/bitmap_header.h"
 
 #include <algorithm>
 #include <array>
@@ -11,33 +11,17 @@ namespace facetor {
 
 namespace {
 
-// A packed bitmap's header: size, width, height, planes, depth, compression, then fields that do
-// not change what the texels are. The header's size field is not looked at.
-constexpr std::size_t headerSize = 40;
 constexpr std::size_t colourSize = 4; ///< of a colour table's entry: blue, green, red, reserved
 
-constexpr std::uint16_t packedDepth = 24;        // bits a pixel of what is made here
-constexpr std::uint32_t packedResolution = 2835; // pixels a metre
+constexpr std::uint16_t packedDepth = 24;       // bits a pixel of what is made here
+constexpr std::int32_t packedResolution = 2835; // pixels a metre
 
-struct Header {
-    std::int32_t width, height;
-    std::uint16_t bitCount;
-    std::uint32_t compression;
-};
-
-std::optional<Header> readHeader(std::span<const std::byte> bitmap)
+/// A packed bitmap's header; its size field and what does not change the texels is not looked at.
+std::optional<BitmapHeader> readHeader(std::span<const std::byte> bitmap)
 {
     ByteReader in{bitmap};
-    ByteReader fields{in.take(headerSize)};
-    if (!in.ok()) return std::nullopt;
-    (void)fields.u32();
-    Header header{};
-    header.width = static_cast<std::int32_t>(fields.u32());
-    header.height = static_cast<std::int32_t>(fields.u32());
-    (void)fields.u16();
-    header.bitCount = fields.u16();
-    header.compression = fields.u32();
-    return header;
+    const BitmapHeader header = readBitmapHeader(in);
+    return in.ok() ? std::optional(header) : std::nullopt;
 }
 
 bool isUsableSize(std::int32_t width, std::int32_t height)
@@ -109,14 +93,14 @@ void convertRow(std::span<const std::byte> row, unsigned bitCount, const ColourT
 
 /// A bitmap that can be converted: nothing in it is beyond its end.
 struct BitmapParts {
-    Header header;
+    BitmapHeader header;
     std::span<const std::byte> colours; ///< empty above 8 bits
     std::span<const std::byte> bits;
 };
 
 std::optional<BitmapParts> takeApart(std::span<const std::byte> bitmap)
 {
-    const std::optional<Header> header = readHeader(bitmap);
+    const std::optional<BitmapHeader> header = readHeader(bitmap);
     if (!header || !isUsableSize(header->width, header->height)) return std::nullopt;
     if (header->compression != 0) return std::nullopt;
     const unsigned bitCount = header->bitCount;
@@ -124,7 +108,7 @@ std::optional<BitmapParts> takeApart(std::span<const std::byte> bitmap)
         return std::nullopt;
     const auto height = static_cast<std::size_t>(header->height);
     const std::size_t rowBytes = rowBytesOf(static_cast<std::size_t>(header->width), bitCount);
-    ByteReader in{bitmap.subspan(headerSize)};
+    ByteReader in{bitmap.subspan(bitmapHeaderSize)};
     const auto colours = in.take(tableBytesOf(bitCount));
     if (!in.ok() || height > in.left() / rowBytes) return std::nullopt;
     return BitmapParts{*header, colours, in.take(height * rowBytes)};
@@ -134,7 +118,7 @@ std::optional<BitmapParts> takeApart(std::span<const std::byte> bitmap)
 
 BitmapSize packedBitmapSize(std::span<const std::byte> bitmap)
 {
-    const std::optional<Header> header = readHeader(bitmap);
+    const std::optional<BitmapHeader> header = readHeader(bitmap);
     return header ? BitmapSize{header->width, header->height} : BitmapSize{0, 0};
 }
 
@@ -163,26 +147,20 @@ bool isConvertible(std::span<const std::byte> bitmap)
 
 std::uint64_t packedTextureSize(const TextureSlot& texture)
 {
-    return headerSize + std::uint64_t{rowBytesOf(texture.width, packedDepth)} * texture.height;
+    return bitmapHeaderSize +
+           std::uint64_t{rowBytesOf(texture.width, packedDepth)} * texture.height;
 }
 
 void packTexture(const TextureSlot& texture, std::span<std::byte> bitmap)
 {
     const std::size_t rowBytes = rowBytesOf(texture.width, packedDepth);
-    ByteWriter header;
-    header.u32(headerSize);
-    header.u32(texture.width);
-    header.u32(texture.height);
-    header.u16(1); // planes
-    header.u16(packedDepth);
-    header.u32(0); // uncompressed
-    header.u32(static_cast<std::uint32_t>(rowBytes * texture.height));
-    header.u32(packedResolution);
-    header.u32(packedResolution);
-    std::ranges::copy(header.release(), bitmap.begin());
+    BitmapHeader header = bitmapHeader(texture.width, texture.height, packedDepth,
+                                       static_cast<std::uint32_t>(rowBytes * texture.height));
+    header.xPixelsPerMetre = header.yPixelsPerMetre = packedResolution;
+    std::ranges::copy(bitmapHeaderBytes(header), bitmap.begin());
     const Rgb555* texel = texture.pixels;
     for (std::size_t y = texture.height; y-- > 0;) {
-        auto* out = bitmap.data() + headerSize + y * rowBytes;
+        auto* out = bitmap.data() + bitmapHeaderSize + y * rowBytes;
         for (std::size_t x = 0; x < texture.width; ++x, ++texel) {
             const int mark = *texel & opaqueBit ? 0 : 1;
             for (const int channel : {*texel << 3, *texel >> 2, *texel >> 7}) // blue, green, red

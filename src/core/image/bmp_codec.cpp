@@ -1,5 +1,6 @@
 #include "image/bmp_codec.h"
 
+#include "base/bitmap_header.h"
 #include "image/bitmap_conversion.h"
 
 #include <algorithm>
@@ -13,7 +14,6 @@ namespace {
 
 constexpr std::size_t fileHeaderSize = 14;
 constexpr std::uint32_t coreHeaderSize = 12; ///< of the oldest form, with fields of 16 bits
-constexpr std::uint32_t infoHeaderSize = 40;
 constexpr std::uint32_t largestHeaderSize = 124;
 
 enum Compression : std::uint32_t {
@@ -81,7 +81,7 @@ std::optional<BmpLayout> readInfoHeader(ByteReader& in, BmpLayout layout, std::u
     (void)in.u16(); // planes
     setBits(layout, in.u16());
     const std::uint32_t compression = headerSize > 16 ? in.u32() : plain;
-    if (headerSize >= infoHeaderSize) {
+    if (headerSize >= bitmapHeaderSize) {
         (void)in.take(12); // size of the bits, pixels a metre
         layout.colourCount = in.u32();
         (void)in.u32();
@@ -94,7 +94,7 @@ std::optional<BmpLayout> readInfoHeader(ByteReader& in, BmpLayout layout, std::u
     layout.runLength = (compression == runLength8 && bits == 8 && !layout.topDown) ||
                        (compression == runLength4 && bits == 4 && !layout.topDown);
     if (compression == masked || compression == maskedWithAlpha) {
-        if ((bits != 16 && bits != 32) || headerSize < infoHeaderSize) return std::nullopt;
+        if ((bits != 16 && bits != 32) || headerSize < bitmapHeaderSize) return std::nullopt;
         for (std::uint32_t& mask : layout.masks) mask = in.u32();
         if (!std::ranges::all_of(layout.masks, isMask)) return std::nullopt;
     } else if (compression != plain && !layout.runLength) {
@@ -116,7 +116,7 @@ std::optional<BmpLayout> readLayout(std::span<const std::byte> file)
     std::optional<BmpLayout> read;
     if (headerSize == coreHeaderSize)
         read = readCoreHeader(in, layout);
-    else if (headerSize == 16 || headerSize >= infoHeaderSize)
+    else if (headerSize == 16 || headerSize >= bitmapHeaderSize)
         read = readInfoHeader(in, layout, headerSize);
     constexpr std::uint32_t largest = 0x7FFFFFFF;
     if (!read || read->info.width == 0 || read->info.height == 0 || read->info.width > largest ||
@@ -311,15 +311,13 @@ bool decodeBmp(std::span<const std::byte> file, std::span<std::byte> buffer)
 
 Bytes encodeBmp(const TexelImage& image)
 {
-    constexpr std::uint32_t offset = fileHeaderSize + infoHeaderSize;
+    constexpr std::uint32_t offset = fileHeaderSize + bitmapHeaderSize;
     const std::uint32_t padding = image.width % 2 * 2;
     const std::uint32_t size = (image.width * 2 + padding) * image.height;
     ByteWriter out;
     out.text("BM");
-    for (const std::uint32_t value : {offset + size, 0u, offset, infoHeaderSize, image.width,
-                                      image.height, 1u | 16u << 16, 0u, size})
-        out.u32(value);
-    out.zeros(16); // pixels a metre, colours
+    for (const std::uint32_t value : {offset + size, 0u, offset}) out.u32(value);
+    out.bytes(bitmapHeaderBytes(bitmapHeader(image.width, image.height, 16, size)));
     for (std::uint32_t y = image.height; y-- > 0;) {
         for (const Rgb555 texel : image.texels.subspan(std::size_t{y} * image.width, image.width))
             out.u16(texel);

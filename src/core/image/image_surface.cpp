@@ -1,5 +1,7 @@
 #include "image/image_surface.h"
 
+#include "base/bitmap_header.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -19,12 +21,6 @@ void putU16(std::byte* at, std::uint16_t value)
 {
     at[0] = static_cast<std::byte>(value);
     at[1] = static_cast<std::byte>(value >> 8);
-}
-
-void putU32(std::byte* at, std::uint32_t value)
-{
-    putU16(at, static_cast<std::uint16_t>(value));
-    putU16(at + 2, static_cast<std::uint16_t>(value >> 16));
 }
 
 /// The stored row of picture row `y`.
@@ -117,7 +113,7 @@ Message createSurface(ImageSurface& surface, std::uint32_t width, std::uint32_t 
     destroySurface(surface);
     if (width > largestSide || height > largestSide) return Message::outOfMemory;
     const std::uint32_t stride = surfaceRowStride(width, depth);
-    const std::uint64_t size = surfaceHeaderSize + paletteEntries(depth) * paletteEntrySize +
+    const std::uint64_t size = bitmapHeaderSize + paletteEntries(depth) * paletteEntrySize +
                                std::uint64_t{stride} * height;
     if (stride == 0 || size > 0x7FFFFFFF || !surface.block.allocate(static_cast<std::size_t>(size)))
         return Message::outOfMemory;
@@ -126,13 +122,8 @@ Message createSurface(ImageSurface& surface, std::uint32_t width, std::uint32_t 
     surface.height = height;
     surface.rowStride = stride;
     surface.depth = depth;
-    std::byte* const header = surface.block.data();
-    putU32(header, surfaceHeaderSize);
-    putU32(header + 4, width);
-    putU32(header + 8, height);
-    putU16(header + 12, 1); // planes
-    putU16(header + 14, depth);
-    putU32(header + 20, stride * height);
+    std::ranges::copy(bitmapHeaderBytes(bitmapHeader(width, height, depth, stride * height)),
+                      surface.block.data());
     return Message::none;
 }
 
@@ -143,16 +134,16 @@ void destroySurface(ImageSurface& surface)
 
 std::byte* surfaceBits(ImageSurface& surface)
 {
-    return surface.block.data() + surfaceHeaderSize + paletteSize(surface) * paletteEntrySize;
+    return surface.block.data() + bitmapHeaderSize + paletteSize(surface) * paletteEntrySize;
 }
 
 const std::byte* surfaceBits(const ImageSurface& surface)
 {
-    return surface.block.data() + surfaceHeaderSize + paletteSize(surface) * paletteEntrySize;
+    return surface.block.data() + bitmapHeaderSize + paletteSize(surface) * paletteEntrySize;
 }
 
-BlitGeometry blitGeometry(const ImageSurface& surface, const SurfaceRectangle& source,
-                          const SurfaceRectangle& destination, Mirror mirror)
+BlitGeometry blitGeometry(const ImageSurface& surface, const PixelRectangle& source,
+                          const PixelRectangle& destination, Mirror mirror)
 {
     BlitGeometry blit{destination.left,
                       destination.top,
@@ -173,7 +164,7 @@ BlitGeometry blitGeometry(const ImageSurface& surface, const SurfaceRectangle& s
     return blit;
 }
 
-void fillSurface(ImageSurface& surface, const SurfaceRectangle& rectangle, std::uint32_t colour)
+void fillSurface(ImageSurface& surface, const PixelRectangle& rectangle, std::uint32_t colour)
 {
     const auto clip = [](std::int32_t side, std::uint32_t most) {
         return static_cast<std::uint32_t>(std::clamp<std::int64_t>(side, 0, most));
@@ -196,8 +187,8 @@ void fillSurface(ImageSurface& surface, const SurfaceRectangle& rectangle, std::
     }
 }
 
-bool copySurface(const ImageSurface& source, ImageSurface& destination, SurfaceRectangle from,
-                 SurfaceRectangle to)
+bool copySurface(const ImageSurface& source, ImageSurface& destination, PixelRectangle from,
+                 PixelRectangle to)
 {
     const auto length = [](std::int32_t start, std::int32_t end) {
         return std::int64_t{end} - start;
@@ -257,7 +248,7 @@ std::uint32_t paletteSize(const ImageSurface& surface)
 PaletteColour paletteColour(const ImageSurface& surface, std::uint32_t index)
 {
     const std::byte* const entry =
-        surface.block.data() + surfaceHeaderSize + index * paletteEntrySize;
+        surface.block.data() + bitmapHeaderSize + index * paletteEntrySize;
     return {std::to_integer<std::uint8_t>(entry[2]), std::to_integer<std::uint8_t>(entry[1]),
             std::to_integer<std::uint8_t>(entry[0])};
 }
@@ -265,7 +256,7 @@ PaletteColour paletteColour(const ImageSurface& surface, std::uint32_t index)
 void setPaletteColour(ImageSurface& surface, std::uint32_t index, PaletteColour colour)
 {
     if (index >= paletteSize(surface)) return;
-    std::byte* const entry = surface.block.data() + surfaceHeaderSize + index * paletteEntrySize;
+    std::byte* const entry = surface.block.data() + bitmapHeaderSize + index * paletteEntrySize;
     entry[0] = std::byte{colour.blue};
     entry[1] = std::byte{colour.green};
     entry[2] = std::byte{colour.red};

@@ -3,6 +3,7 @@
 #include "base/colour.h"
 #include "base/message.h"
 #include "base/pages.h"
+#include "base/pixel_rectangle.h"
 
 #include <array>
 #include <cstddef>
@@ -10,13 +11,6 @@
 #include <span>
 
 namespace facetor {
-
-/// A rectangle of a picture, y growing downwards; right and bottom are exclusive.
-struct SurfaceRectangle {
-    std::int32_t left, top, right, bottom;
-
-    bool operator==(const SurfaceRectangle&) const = default;
-};
 
 /// A colour of a surface's colour table.
 struct PaletteColour {
@@ -37,8 +31,6 @@ struct ImageSurface {
     std::uint32_t rowStride = 0; ///< bytes from one row to the next
     std::uint16_t depth = 0;     ///< bits a pixel: 1, 4, 8, 16, 24 or 32
 };
-
-inline constexpr std::uint32_t surfaceHeaderSize = 40;
 
 /// Bytes from one row to the next; 0 for a depth that surfaces do not have.
 std::uint32_t surfaceRowStride(std::uint32_t width, std::uint16_t depth);
@@ -65,19 +57,19 @@ struct BlitGeometry {
     bool operator==(const BlitGeometry&) const = default;
 };
 /// Those that draw the part `source` of a surface into `destination`.
-BlitGeometry blitGeometry(const ImageSurface& surface, const SurfaceRectangle& source,
-                          const SurfaceRectangle& destination, Mirror mirror);
+BlitGeometry blitGeometry(const ImageSurface& surface, const PixelRectangle& source,
+                          const PixelRectangle& destination, Mirror mirror);
 
 /// Fills what lies within the surface of a rectangle. Of `colour` the low bits count, as many as
 /// the depth has; for 1 bit whole bytes of eight pixels are set.
-void fillSurface(ImageSurface& surface, const SurfaceRectangle& rectangle, std::uint32_t colour);
+void fillSurface(ImageSurface& surface, const PixelRectangle& rectangle, std::uint32_t colour);
 
 /// Copies pixels between surfaces of one depth, from and to rectangles of one size; false, with
 /// nothing done, otherwise. What lies beyond either surface is left out. A destination that begins
 /// above or left of its surface takes its pixels from the source's own edge, not from the
 /// rectangle's.
 [[nodiscard]] bool copySurface(const ImageSurface& source, ImageSurface& destination,
-                               SurfaceRectangle from, SurfaceRectangle to);
+                               PixelRectangle from, PixelRectangle to);
 
 /// Copies rows without padding, the top one first, into the surface. The buffer holds
 /// ceil(width * depth / 8) bytes a row. False, with nothing done, when it is too small.

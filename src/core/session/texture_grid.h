@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/pixel_rectangle.h"
 #include "texture/texture_list.h"
 
 #include <cstdint>
@@ -8,17 +9,10 @@
 namespace facetor {
 
 // The grid of cells in which the texture list window shows its slots, row by row from the top left.
-// All positions are in pixels of the window's client area, y growing downwards; right and bottom
-// lie just outside.
+// All positions are in pixels of the window's client area.
 
 inline constexpr int cellWidth = 52;
 inline constexpr int cellHeight = 68;
-
-struct PixelRectangle {
-    int left, top, right, bottom;
-
-    bool operator==(const PixelRectangle&) const = default;
-};
 
 // Parts of a cell, from its top-left corner.
 inline constexpr PixelRectangle cellOutline{1, 1, 51, 67};

@@ -42,7 +42,7 @@ std::array<ScreenPoint, gridSteps + 1> pointsBetween(ScreenPoint from, ScreenPoi
 
 Grid sourceGrid(const SliceRecord& record, const PlacedTexture& picture)
 {
-    const ScreenRectangle& place = picture.place;
+    const InclusiveRectangle& place = picture.place;
     const auto toTexel = [](std::int64_t view, std::int64_t start, std::int64_t end,
                             std::int64_t size) {
         return static_cast<int>(
@@ -248,7 +248,7 @@ void warpSlice(std::span<Rgb555> texels, const SliceSettings& settings, const Sl
 
 Message sliceTextures(TextureList& list, Model& model, MatrixStack& stack,
                       const EngineSettings& engine, const SliceSettings& settings,
-                      const ScreenRectangle& place, Rgb555 transparentColour)
+                      const InclusiveRectangle& place, Rgb555 transparentColour)
 {
     assert(settings.width > 0 && settings.height > 0);
     const SliceSlots slots = sliceSlots(list, settings, pickedCount(model));

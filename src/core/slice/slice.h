@@ -74,6 +74,6 @@ void warpSlice(std::span<Rgb555> texels, const SliceSettings& settings, const Sl
 /// matrices. outOfMemory, with nothing changed, when memory is short.
 Message sliceTextures(TextureList& list, Model& model, MatrixStack& stack,
                       const EngineSettings& engine, const SliceSettings& settings,
-                      const ScreenRectangle& place, Rgb555 transparentColour);
+                      const InclusiveRectangle& place, Rgb555 transparentColour);
 
 } // namespace facetor

@@ -5,7 +5,7 @@
 
 namespace facetor {
 
-ScreenRectangle startPlacement(ClientSize client, std::int32_t width, std::int32_t height)
+InclusiveRectangle startPlacement(ClientSize client, std::int32_t width, std::int32_t height)
 {
     client = clampedClient(client);
     const std::int64_t roomX = std::max(client.width / 2, smallestPlacement);
@@ -19,7 +19,7 @@ ScreenRectangle startPlacement(ClientSize client, std::int32_t width, std::int32
     return {left, top, left + x, top + y};
 }
 
-unsigned placementSidesAt(const ScreenRectangle& place, ScreenPoint point)
+unsigned placementSidesAt(const InclusiveRectangle& place, ScreenPoint point)
 {
     const auto isNear = [](std::int32_t a, std::int32_t b) {
         return std::abs(a - b) <= placementReach;
@@ -62,10 +62,10 @@ void dragAxis(std::int32_t& first, std::int32_t& last, bool dragFirst, bool drag
 
 } // namespace
 
-ScreenRectangle draggedPlacement(const ScreenRectangle& place, unsigned sides, std::int32_t dx,
-                                 std::int32_t dy, ClientSize client)
+InclusiveRectangle draggedPlacement(const InclusiveRectangle& place, unsigned sides,
+                                    std::int32_t dx, std::int32_t dy, ClientSize client)
 {
-    ScreenRectangle dragged = place;
+    InclusiveRectangle dragged = place;
     dragAxis(dragged.left, dragged.right, (sides & placementLeft) != 0,
              (sides & placementRight) != 0, dx, client.width);
     dragAxis(dragged.top, dragged.bottom, (sides & placementTop) != 0,

@@ -28,7 +28,7 @@ bool isInside(const ScreenQuad& quad, ScreenPoint point)
     return winding != 0;
 }
 
-bool liesWithin(const ScreenQuad& quad, const ScreenRectangle& rectangle)
+bool liesWithin(const ScreenQuad& quad, const InclusiveRectangle& rectangle)
 {
     return std::all_of(quad.begin(), quad.end(), [&](const ScreenPoint& point) {
         return point.x >= rectangle.left && point.x <= rectangle.right &&
@@ -56,7 +56,7 @@ void markEntry(Model& model, const PolygonEntry& entry, Mark mark, bool wholeObj
     for (PolygonAttribute& attribute : attributesOf(model, entry.mesh)) apply(attribute, mark);
 }
 
-ScreenRectangle rectangleBetween(ScreenPoint a, ScreenPoint b)
+InclusiveRectangle rectangleBetween(ScreenPoint a, ScreenPoint b)
 {
     return {std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y)};
 }

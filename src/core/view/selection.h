@@ -22,7 +22,7 @@ std::optional<std::uint32_t> hitTest(const Engine& engine, ScreenPoint point, st
 struct RubberBand {
     bool open = false;
     ScreenPoint start{};
-    ScreenRectangle rectangle{}; ///< left <= right, top <= bottom; both sides belong to it
+    InclusiveRectangle rectangle{}; ///< left <= right, top <= bottom; both sides belong to it
 };
 
 /// The mouse and the keys held with it, at one moment of picking.

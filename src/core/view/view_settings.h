@@ -27,7 +27,7 @@ Angle viewAngleOf(int sliderPosition);
 
 /// The light dialog's picker: an ellipse that fills a rectangle, in pixels.
 struct LightPicker {
-    ScreenRectangle bounds; ///< right and bottom lie just outside
+    InclusiveRectangle bounds; ///< right and bottom lie just outside
 
     ScreenPoint centre() const;
     bool contains(ScreenPoint point) const;
