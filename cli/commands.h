@@ -37,13 +37,16 @@ struct ConvertOptions {
     std::string textures;           ///< where an import's textures go; empty: nowhere
     std::optional<std::array<std::uint32_t, 2>> largestTexture; ///< width and height
     std::optional<Dither> dither;
+    std::string assets; ///< another folder that an import's material files and pictures lie in
     // Of pictures.
     bool fit = false;                   ///< scaled down to a size that textures have
     bool numbered = false;              ///< the slot is the number that ends the name
     std::optional<std::uint32_t> first; ///< slot to begin at; none: 0
     std::optional<Rgb555> transparent;  ///< in place of alpha
     std::string into;                   ///< the list whose other slots stay; empty: none
+    // Of C sources.
     SourceNames names = SourceNames::asTheyAre;
+    std::string header; ///< where the declarations go; empty: nowhere
 };
 
 /// Reads `paths` but the last and writes the last; the extensions say what becomes of what.

@@ -1,13 +1,16 @@
 #include "commands.h"
 
+#include "base/file.h"
 #include "base/text.h"
 #include "export_command.h"
 #include "import_command.h"
 #include "input_file.h"
 #include "model/model_file.h"
 #include "output/model_source.h"
+#include "output/source_header.h"
 #include "output/source_text.h"
 #include "output/target_image.h"
+#include "output/target_reader.h"
 #include "output/texture_source.h"
 #include "outputs.h"
 #include "texture/texture_file.h"
@@ -22,7 +25,7 @@ namespace {
 /// What a conversion makes; `name` is the file's, as sources hold it.
 struct Result {
     std::string name;
-    Bytes bytes;
+    Bytes bytes, header;
     std::string detail; ///< fills the placeholder of the message that it fails with
 };
 
@@ -38,9 +41,17 @@ Message makeModel(Result& result, InputFile& input, const ConvertOptions&)
     return Message::none;
 }
 
+void addSource(Result& result, const TextWriter& source, const ConvertOptions& options)
+{
+    result.bytes = toBytes(source);
+    if (!options.header.empty())
+        result.header = toBytes(formatSourceHeader(source.view(), options.header, options.names));
+}
+
 Message makeModelSource(Result& result, InputFile& input, const ConvertOptions& options)
 {
-    result.bytes = toBytes(formatModelSource(input.model, fileTitle(result.name), options.names));
+    addSource(result, formatModelSource(input.model, fileTitle(result.name), options.names),
+              options);
     return Message::none;
 }
 
@@ -64,7 +75,7 @@ Message makeTextures(Result& result, InputFile& input, const ConvertOptions&)
 Message makeTextureSource(Result& result, InputFile& input, const ConvertOptions& options)
 {
     if (input.textures.usedCount() == 0) return Message::texturesEmpty;
-    result.bytes = toBytes(formatTextureSource(input.textures, result.name, options.names));
+    addSource(result, formatTextureSource(input.textures, result.name, options.names), options);
     return Message::none;
 }
 
@@ -73,21 +84,40 @@ Message makeTextureImage(Result& result, InputFile& input, const ConvertOptions&
     return formatTextureImage(result.bytes, input.textures, &input.reason.text);
 }
 
+Message makeModelAgain(Result& result, InputFile& input, const ConvertOptions&)
+{
+    Message message = createModelStore(input.model);
+    if (message == Message::none) message = readModelImage(input.model, input.image, input.reason);
+    if (message == Message::none) result.bytes = writeModel(input.model);
+    return message;
+}
+
+Message makeTexturesAgain(Result& result, InputFile& input, const ConvertOptions&)
+{
+    Message message = input.textures.create();
+    if (message == Message::none)
+        message = readTextureImage(input.textures, input.image, input.reason);
+    if (message == Message::none) result.bytes = writeTextures(input.textures);
+    return message;
+}
+
 struct Conversion {
     FileKind from;
     std::string_view to; ///< extension
     /// `input.reason` tells more of a failure.
     Message (*make)(Result& result, InputFile& input, const ConvertOptions& options);
-    enum { again, source, image } result; ///< `again`: of the same kind, perhaps in its place
+    enum { again, source, file } result; ///< `again`: of the same kind, perhaps in its place
 };
 
 constexpr Conversion conversions[] = {
     {FileKind::model, "mx3", makeModel, Conversion::again},
     {FileKind::model, "mdl", makeModelSource, Conversion::source},
-    {FileKind::model, "sal", makeModelImage, Conversion::image},
+    {FileKind::model, "sal", makeModelImage, Conversion::file},
     {FileKind::textures, "mxt", makeTextures, Conversion::again},
     {FileKind::textures, "txr", makeTextureSource, Conversion::source},
-    {FileKind::textures, "sal", makeTextureImage, Conversion::image},
+    {FileKind::textures, "sal", makeTextureImage, Conversion::file},
+    {FileKind::image, "mx3", makeModelAgain, Conversion::file},
+    {FileKind::image, "mxt", makeTexturesAgain, Conversion::file},
 };
 
 /// The conversion of a kind of file into another; null when there is none.
@@ -96,6 +126,27 @@ const Conversion* findConversion(FileKind from, std::string_view to)
     for (const Conversion& conversion : conversions)
         if (conversion.from == from && equalIgnoringCase(to, conversion.to)) return &conversion;
     return nullptr;
+}
+
+bool asksForSource(const ConvertOptions& options)
+{
+    return options.names == SourceNames::identifiers || !options.header.empty();
+}
+
+int checkNoSource(const Run& run, const ConvertOptions& options)
+{
+    if (!asksForSource(options)) return exitDone;
+    return reportWrongCommandLine(
+        run, "convert: --c-names and --header mean something only to .mdl and .txr");
+}
+
+/// A header goes to a file of its own, and not to one of ours by mistake.
+int checkHeader(const Run& run, const ConvertOptions& options)
+{
+    if (options.header != standardStream && kindOf(options.header) == FileKind::unknown)
+        return exitDone;
+    return reportWrongCommandLine(run, "convert: --header writes a C header, not \"" +
+                                           options.header + "\"");
 }
 
 /// Whether the command line makes sense for that conversion; what is wrong has been reported.
@@ -114,15 +165,13 @@ int checkConversion(const Run& run, const Conversion* conversion, const ConvertO
         return reportWrongCommandLine(
             run, "convert: --scale means something only from .mx3 to .sal and in an import");
     if (options.up || options.keepTriangles || !options.onto.empty() || !options.textures.empty() ||
-        options.largestTexture || options.dither)
+        !options.assets.empty() || options.largestTexture || options.dither)
         return reportWrongCommandLine(
-            run, "convert: --up, --keep-triangles, --textures, "
+            run, "convert: --up, --keep-triangles, --textures, --assets, "
                  "--max-texture, --dither and --onto mean something only in an "
                  "import");
-    if (options.names == SourceNames::identifiers && conversion->result != Conversion::source)
-        return reportWrongCommandLine(run,
-                                      "convert: --c-names means something only to .mdl and .txr");
-    return exitDone;
+    return conversion->result == Conversion::source ? checkHeader(run, options)
+                                                    : checkNoSource(run, options);
 }
 
 constexpr char pictureOptions[] = "--fit, --first, --numbered, --transparent and --into";
@@ -137,9 +186,7 @@ bool asksForPictures(const ConvertOptions& options)
 int checkImport(const Run& run, std::string_view to, const ConvertOptions& options)
 {
     if (!equalIgnoringCase(to, "mx3")) return checkConversion(run, nullptr, options);
-    if (options.names == SourceNames::identifiers)
-        return reportWrongCommandLine(run,
-                                      "convert: --c-names means something only to .mdl and .txr");
+    if (const int status = checkNoSource(run, options); status != exitDone) return status;
     if (!options.textures.empty() && !equalIgnoringCase(extensionOf(options.textures), "mxt"))
         return reportWrongCommandLine(run, "convert: --textures writes .mxt files only, not \"" +
                                                options.textures + "\"");
@@ -148,21 +195,17 @@ int checkImport(const Run& run, std::string_view to, const ConvertOptions& optio
 
 /// A conversion of several files, into several or of pictures; null for one of a file into another.
 using SeveralFiles = int (*)(Run& run, const ConvertOptions& options);
-SeveralFiles findSeveral(const Run& run, const ConvertOptions& options)
+SeveralFiles findSeveral(const Run& run, const ConvertOptions& options, FileKind from)
 {
     const auto& paths = options.paths;
-    if (paths.size() < 2) return nullptr;
     const std::string_view to = outputKind(run, paths.back());
-    const FileKind from = kindOf(paths[0]);
     const bool isPair =
         paths.size() == 3 && from == FileKind::model && kindOf(paths[1]) == FileKind::textures;
     if (from == FileKind::picture && equalIgnoringCase(to, "mxt") &&
-        std::all_of(paths.begin(), paths.end() - 1,
+        std::all_of(paths.begin() + 1, paths.end() - 1,
                     [](const std::string& path) { return kindOf(path) == FileKind::picture; }))
         return runPictures;
     if (from == FileKind::textures && paths.size() == 2 && isFolder(paths[1])) return runUnpack;
-    if (from == FileKind::image && paths.size() == 2 && equalIgnoringCase(to, "mxt"))
-        return runTextureImage;
     if (isPair && equalIgnoringCase(to, "sal")) return runBothImages;
     if ((isPair || (from == FileKind::model && paths.size() == 2)) &&
         (equalIgnoringCase(to, "obj") || equalIgnoringCase(to, "glb")))
@@ -177,9 +220,10 @@ int checkSeveral(const Run& run, SeveralFiles several, const ConvertOptions& opt
     std::string what;
     if (options.scale && several != runBothImages) what = "--scale";
     if (options.up || options.keepTriangles) what = "--up and --keep-triangles";
-    if (!options.onto.empty() || !options.textures.empty()) what = "--onto and --textures";
+    if (!options.onto.empty() || !options.textures.empty() || !options.assets.empty())
+        what = "--onto, --textures and --assets";
     if (options.largestTexture) what = "--max-texture";
-    if (options.names == SourceNames::identifiers) what = "--c-names";
+    if (asksForSource(options)) what = "--c-names and --header";
     if (options.dither && !ofPictures) what = "--dither";
     if (!ofPictures && asksForPictures(options)) what = pictureOptions;
     if (!what.empty())
@@ -193,9 +237,21 @@ int checkSeveral(const Run& run, SeveralFiles several, const ConvertOptions& opt
 
 int runConvert(Run& run, const ConvertOptions& options)
 {
-    if (const SeveralFiles several = findSeveral(run, options)) {
-        if (const int status = checkOutputOptions(run, options.paths.back()); status != exitDone)
-            return status;
+    if (options.paths.size() < 2)
+        return reportWrongCommandLine(
+            run, "convert needs an input and an output; see facetor-cli convert --help");
+    const std::string &source = options.paths[0], &output = options.paths.back();
+    if (const int status = checkOutputOptions(run, output); status != exitDone) return status;
+    FileKind from = kindOf(source);
+    FileWindow window;
+    InputFile input;
+    std::optional<ByteReader> in;
+    if (source == standardStream) { // else its name tells
+        in = openInput(run, window, source, input.reason);
+        if (!in) return reportFailure(run, source, Message::cannotOpenFile, input.reason);
+        from = kindOfInput(source, *in);
+    }
+    if (const SeveralFiles several = findSeveral(run, options, from)) {
         if (const int status = checkSeveral(run, several, options); status != exitDone)
             return status;
         return several(run, options);
@@ -205,39 +261,36 @@ int runConvert(Run& run, const ConvertOptions& options)
                                                " are for pictures into an .mxt");
     if (options.paths.size() != 2)
         return reportWrongCommandLine(
-            run, "convert needs an input and an output; see facetor-cli convert --help");
-    const std::string &source = options.paths[0], &output = options.paths[1];
-    if (const int status = checkOutputOptions(run, output); status != exitDone) return status;
+            run, "convert takes several inputs only for pictures and for a model with its textures;"
+                 " see facetor-cli convert --help");
     const std::string_view to = outputKind(run, output);
-    const bool named = source != standardStream;
-    if (named && isForeign(kindOf(source))) {
+    if (isForeign(from)) {
         if (const int status = checkImport(run, to, options); status != exitDone) return status;
-    } else if (named) // else only its content tells what it is
-        if (const int status = checkConversion(run, findConversion(kindOf(source), to), options);
-            status != exitDone)
-            return status;
-    InputFile input;
-    InputSource opened;
-    const std::optional<ByteReader> in = openInput(run, opened, source, input.reason);
-    if (!in) return reportFailure(run, source, Message::cannotOpenFile, input.reason);
-    if (ByteReader start = *in; isForeign(kindOfInput(source, start))) {
-        const FileKind kind = kindOfInput(source, start);
-        if (const int status = checkImport(run, to, options); status != exitDone) return status;
-        return runImport(run, options, kind, start);
+        return runImport(run, options, from);
     }
-    if (const Message message = readOpenInput(input, source, *in); message != Message::none)
+    const Conversion* conversion = findConversion(from, to);
+    if (source != standardStream || from != FileKind::unknown)
+        if (const int status = checkConversion(run, conversion, options); status != exitDone)
+            return status;
+    if (!in) in = openInput(run, window, source, input.reason);
+    if (!in) return reportFailure(run, source, Message::cannotOpenFile, input.reason);
+    if (from == FileKind::image) {
+        auto image = readWholeInput(run, source, largestFile, input.reason);
+        if (!image) return reportFailure(run, source, Message::cannotOpenFile, input.reason);
+        input.image = std::move(*image);
+    } else if (const Message message = readOpenInput(input, source, *in);
+               message != Message::none) {
         return reportFailure(run, source, message, input.reason);
-    const Conversion* conversion = findConversion(input.kind, to);
-    if (const int status = checkConversion(run, conversion, options); status != exitDone)
-        return status;
-
+    }
     Result result;
     result.name = output == standardStream ? nameAfter(source, conversion->to) : output;
     if (const Message message = conversion->make(result, input, options); message != Message::none)
         return reportFailure(run, source, message, input.reason, result.detail);
-    return writeOutput(run,
-                       {output, std::move(result.bytes),
-                        named && conversion->result == Conversion::again ? source : std::string()});
+    const bool inPlace = source != standardStream && conversion->result == Conversion::again;
+    std::vector<Output> outputs{
+        {output, std::move(result.bytes), inPlace ? source : std::string()}};
+    if (!options.header.empty()) outputs.push_back({options.header, std::move(result.header), {}});
+    return writeOutputs(run, outputs);
 }
 
 } // namespace facetor

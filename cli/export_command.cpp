@@ -8,7 +8,6 @@
 #include "exchange/picture_import.h"
 #include "image/image_codec.h"
 #include "output/target_image.h"
-#include "output/target_reader.h"
 #include "outputs.h"
 #include "report.h"
 #include "texture/texture_file.h"
@@ -39,14 +38,25 @@ int readAs(Run& run, InputFile& file, const std::string& path, FileKind kind)
     return message == Message::none ? exitDone : reportFailure(run, path, message, file.reason);
 }
 
-/// Makes a folder where there is none.
-int makeFolder(const Run& run, const std::string& path)
+/// Writes outputs of which some lie in `folder`, which is made where there is none and, when the
+/// rest fails, taken away again.
+int writeWithFolder(const Run& run, const std::string& folder, std::span<const Output> outputs)
 {
-    const auto native = toPath(path);
+    const auto native = toPath(folder);
     std::error_code error;
+    std::vector<std::filesystem::path> made;
+    for (auto missing = native.value_or(""); !missing.empty(); missing = missing.parent_path()) {
+        if (std::filesystem::exists(missing, error)) break;
+        if (missing.has_filename()) made.push_back(missing); // a slash at the end is none
+    }
     if (native) std::filesystem::create_directories(*native, error);
-    if (native && std::filesystem::is_directory(*native, error)) return exitDone;
-    return reportFailure(run, path, Message::cannotCreateFile, {"the folder cannot be made", {}});
+    const bool isThere = native && std::filesystem::is_directory(*native, error);
+    const int status = isThere ? writeOutputs(run, outputs)
+                               : reportFailure(run, folder, Message::cannotCreateFile,
+                                               {"the folder cannot be made", {}});
+    if (status != exitDone)
+        for (const auto& path : made) std::filesystem::remove(path, error); // an empty one only
+    return status;
 }
 
 std::size_t folderEnd(const std::string& path)
@@ -108,10 +118,8 @@ int runExport(Run& run, const ConvertOptions& options)
     std::vector<Output> outputs{{output, std::move(files[0].bytes), {}}};
     for (std::size_t i = 1; i < files.size(); ++i)
         outputs.push_back({folder + files[i].name, std::move(files[i].bytes), {}});
-    if (files.size() > 2)
-        if (const int status = makeFolder(run, folder + title + ".textures"); status != exitDone)
-            return status;
-    return writeOutputs(run, outputs);
+    if (files.size() == 2) return writeOutputs(run, outputs); // without pictures
+    return writeWithFolder(run, folder + title + ".textures", outputs);
 }
 
 int runBothImages(Run& run, const ConvertOptions& options)
@@ -155,22 +163,7 @@ int runUnpack(Run& run, const ConvertOptions& options)
                                  {"texture " + std::to_string(slot), {}});
         outputs.push_back({folder + slotNumber(slot) + ".png", std::move(png), {}});
     }
-    if (const int status = makeFolder(run, folder); status != exitDone) return status;
-    return writeOutputs(run, outputs);
-}
-
-int runTextureImage(Run& run, const ConvertOptions& options)
-{
-    const std::string& path = options.paths[0];
-    Reason reason;
-    run.filesRead.push_back(path);
-    const std::optional<Bytes> image = readFile(path, largestFile, &reason.text);
-    if (!image) return reportFailure(run, path, Message::cannotOpenFile, reason);
-    TextureList textures;
-    Message message = textures.create();
-    if (message == Message::none) message = readTextureImage(textures, *image, reason);
-    if (message != Message::none) return reportFailure(run, path, message, reason);
-    return writeOutput(run, {options.paths[1], writeTextures(textures), {}});
+    return writeWithFolder(run, folder, outputs);
 }
 
 int runPictures(Run& run, const ConvertOptions& options)
@@ -207,8 +200,7 @@ int runPictures(Run& run, const ConvertOptions& options)
                                   std::to_string(textureSlotCount - 1));
         taken.emplace(slot, path);
         Reason reason;
-        run.filesRead.push_back(path);
-        const std::optional<Bytes> file = readFile(path, largestImageFile, &reason.text);
+        const std::optional<Bytes> file = readWholeInput(run, path, largestImageFile, reason);
         if (!file) return reportFailure(run, path, Message::cannotOpenFile, reason);
         ScenePicture picture;
         if (!decodePicture(picture, *file, reason.text)) return fail(path, reason.text);

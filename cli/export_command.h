@@ -18,9 +18,6 @@ int runBothImages(Run& run, const ConvertOptions& options);
 /// A texture list into a folder of pictures.
 int runUnpack(Run& run, const ConvertOptions& options);
 
-/// The textures of a target image into a texture list.
-int runTextureImage(Run& run, const ConvertOptions& options);
-
 /// Pictures into a texture list.
 int runPictures(Run& run, const ConvertOptions& options);
 

@@ -84,20 +84,12 @@ int readOnto(Run& run, const ConvertOptions& options, Onto& onto)
                                     : reportFailure(run, options.textures, message, reason);
 }
 
-int runImport(Run& run, const ConvertOptions& options, FileKind kind, ByteReader source)
+int runImport(Run& run, const ConvertOptions& options, FileKind kind)
 {
     const std::string &path = options.paths[0], &output = options.paths[1];
-    if (source.left() > largestForeignModel)
-        return reportFailure(run, path, Message::formatNotSupported,
-                             {"larger than " + std::to_string(largestForeignModel) + " bytes", {}});
-    Bytes file(static_cast<std::size_t>(source.left()));
-    for (std::size_t at = 0; at < file.size();) {
-        const auto part = source.take(std::min<std::size_t>(file.size() - at, 65536));
-        if (part.empty())
-            return reportFailure(run, path, Message::cannotOpenFile, {"cannot be read", {}});
-        std::copy(part.begin(), part.end(), file.begin() + static_cast<std::ptrdiff_t>(at));
-        at += part.size();
-    }
+    Reason reason;
+    std::optional<Bytes> file = readWholeInput(run, path, largestForeignModel, reason);
+    if (!file) return reportFailure(run, path, Message::cannotOpenFile, reason);
     ImportOptions import;
     import.scale = options.scale.value_or(1.0f);
     import.up = options.up.value_or(UpAxis::y);
@@ -108,15 +100,20 @@ int runImport(Run& run, const ConvertOptions& options, FileKind kind, ByteReader
     }
     import.textures.dither = options.dither.value_or(Dither::none);
     const bool wantsTextures = !options.textures.empty();
-    Reason reason;
+    ProgressLine line(run.progress, "percent", 100);
+    const ImportProgress progress = [&line](double done) {
+        line.show(static_cast<std::size_t>(done * 100));
+        return true;
+    };
     ImportedModel imported;
     if (const Message message =
             importModel(imported, kind == FileKind::gltf ? ForeignKind::gltf : ForeignKind::obj,
-                        std::move(file), path == standardStream ? "stdin" : titleOf(path),
-                        assetsBelow(folderOf(path), &run.filesRead), import,
-                        wantsTextures ? ImportPictures::yes : ImportPictures::no, {}, reason);
+                        std::move(*file), path == standardStream ? "stdin" : titleOf(path),
+                        assetsBelow(folderOf(path), &run.filesRead, options.assets), import,
+                        wantsTextures ? ImportPictures::yes : ImportPictures::no, progress, reason);
         message != Message::none)
         return reportFailure(run, path, message, reason);
+    line.clear();
     ImportReport& report = imported.report;
     if (wantsTextures && report.textures == 0)
         report.notes.push_back({0, "there are no textures, so no texture list is written"});

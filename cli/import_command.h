@@ -5,8 +5,8 @@
 
 namespace facetor {
 
-/// Converts a model of another program, of which `source` reads, into a model file. Returns the
-/// exit status; what failed has been reported.
-int runImport(Run& run, const ConvertOptions& options, FileKind kind, ByteReader source);
+/// Converts a model of another program, `kind` being which, into a model file. Returns the exit
+/// status; what failed has been reported.
+int runImport(Run& run, const ConvertOptions& options, FileKind kind);
 
 } // namespace facetor

@@ -4,9 +4,11 @@
 #include "base/text.h"
 #include "exchange/gltf_reader.h"
 #include "exchange/obj_reader.h"
+#include "exchange/scene.h"
 #include "model/model_file.h"
 #include "texture/texture_file.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <utility>
@@ -109,34 +111,61 @@ Message readImageBlocks(std::vector<ImageBlock>& blocks, ByteReader in, Reason* 
     return Message::none;
 }
 
-std::optional<ByteReader> openInput(Run& run, InputSource& source, const std::string& path,
+std::optional<ByteReader> openInput(Run& run, FileWindow& window, const std::string& path,
                                     Reason& reason)
 {
-    if (path != standardStream) {
-        run.filesRead.push_back(path);
-        if (!source.file.open(path, &reason.text)) return std::nullopt;
-        return ByteReader(source.file);
+    if (path == standardStream) {
+        if (!run.standardInput) run.standardInput = readStandardInput(reason);
+        if (!run.standardInput) return std::nullopt;
+        return ByteReader(*run.standardInput);
     }
-    run.standardInputRead = true;
-    std::optional<Bytes> bytes = readStandardInput(reason);
-    if (!bytes) return std::nullopt;
-    source.standardInput = std::move(*bytes);
-    return ByteReader(source.standardInput);
+    run.filesRead.push_back(path);
+    if (!window.open(path, &reason.text)) return std::nullopt;
+    return ByteReader(window);
+}
+
+std::optional<Bytes> readWholeInput(Run& run, const std::string& path, std::uint64_t largest,
+                                    Reason& reason)
+{
+    FileWindow window;
+    std::optional<ByteReader> in = openInput(run, window, path, reason);
+    if (!in) return std::nullopt;
+    if (in->left() > largest) {
+        reason.text = "larger than " + std::to_string(largest) + " bytes";
+        return std::nullopt;
+    }
+    Bytes bytes(static_cast<std::size_t>(in->left()));
+    constexpr std::size_t step = 65536;
+    for (std::size_t at = 0; at < bytes.size(); at += step) {
+        const auto part = in->take(std::min(step, bytes.size() - at));
+        if (!in->ok()) {
+            reason.text = "cannot be read";
+            return std::nullopt;
+        }
+        std::copy(part.begin(), part.end(), bytes.begin() + static_cast<std::ptrdiff_t>(at));
+    }
+    return bytes;
 }
 
 Message readInputFile(Run& run, InputFile& file, const std::string& path)
 {
     file.reason = {};
-    InputSource source;
-    std::optional<ByteReader> in = openInput(run, source, path, file.reason);
+    FileWindow window;
+    std::optional<ByteReader> in = openInput(run, window, path, file.reason);
     if (!in) return Message::cannotOpenFile;
     return readOpenInput(file, path, *in);
 }
 
 FileKind kindOfInput(const std::string& path, ByteReader& in)
 {
-    const FileKind kind = path == standardStream ? FileKind::unknown : kindOf(path);
-    return kind == FileKind::unknown ? kindOfContent(in.peek(contentToTell)) : kind;
+    if (path != standardStream && kindOf(path) != FileKind::unknown) return kindOf(path);
+    const FileKind kind = kindOfContent(in.peek(contentToTell));
+    if (path != standardStream || kind != FileKind::unknown) return kind;
+    // Target images have nothing that marks them but that their blocks end where the file does.
+    std::vector<ImageBlock> blocks;
+    if (readImageBlocks(blocks, in, nullptr) == Message::none) return FileKind::image;
+    const auto whole = in.peek(static_cast<std::size_t>(in.left()));
+    return looksLikePicture(whole) ? FileKind::picture : FileKind::unknown;
 }
 
 Message readOpenInput(InputFile& file, const std::string& path, ByteReader in)
@@ -154,11 +183,6 @@ Message readOpenInput(InputFile& file, const std::string& path, ByteReader in)
         file.reason.text = "a picture: facetor-cli convert makes a texture list of it";
         return Message::formatNotSupported;
     case FileKind::unknown: break;
-    }
-    // Target images have nothing that marks them but that their blocks end where the file does.
-    if (path == standardStream && readImageBlocks(file.blocks, in, nullptr) == Message::none) {
-        file.kind = FileKind::image;
-        return Message::none;
     }
     file.reason.text = "neither a model, a texture list nor a target image";
     return Message::formatNotSupported;

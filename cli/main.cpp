@@ -170,7 +170,7 @@ void addConvert(CLI::App& app, Run& run, Action& action)
         "  .mx3 [.mxt] to .glb   writes all of them into one file, for viewers too\n"
         "  .mx3 .mxt to .sal     writes both target images into one file\n"
         "  pictures to .mxt      makes a texture list of PNG, BMP, TGA, JPEG, GIF\n"
-        "  .sal to .mxt          reads the textures of a target image back\n"
+        "  .sal to .mx3, .mxt    reads the model or the textures of a target image back\n"
         "  .mxt to FOLDER/       writes every texture as a PNG file\n"
         "  .obj, .gltf, .glb to .mx3   makes a model of another program's, with its materials");
     addCommon(*command, run);
@@ -193,6 +193,10 @@ void addConvert(CLI::App& app, Run& run, Action& action)
         ->add_option("--onto", options->onto,
                      "Import: the model (.mx3) whose attributes and hierarchy stay")
         ->type_name("OLD.mx3");
+    command
+        ->add_option("--assets", options->assets,
+                     "Import: another folder that material files and pictures may lie in")
+        ->type_name("DIR");
     addValue(*command, "--max-texture", options->largestTexture, parseTextureSize, "WxH",
              "a width of 8 to 256 that is a multiple of 8 and a height of 1 to 256, like 64x64",
              "Import: the largest size of a texture; default 64x64");
@@ -222,11 +226,17 @@ void addConvert(CLI::App& app, Run& run, Action& action)
     command->add_flag_callback(
         "--c-names", [options] { options->names = SourceNames::identifiers; },
         "Make every name in C source an identifier, different objects different ones");
+    command
+        ->add_option("--header", options->header,
+                     "C source: also write a header that declares every table in it")
+        ->type_name("FILE");
     addExamples(
         *command,
         {{"facetor-cli convert ship.mx3 ship.mdl",
           "writes the C tables that a program of the console includes"},
          {"facetor-cli convert ship.mxt ship.txr", "writes the textures that belong to it"},
+         {"facetor-cli convert ship.mx3 ship.mdl --c-names --header ship.h",
+          "also declares the tables, for source files that only name them"},
          {"facetor-cli convert ship.mx3 ship.sal --scale 0.5",
           "writes the image that the monitor program loads, at half the size"},
          {"facetor-cli convert ship.obj ship.mx3 --scale 100 --up z",

@@ -77,8 +77,8 @@ template <typename Store>
 Message readInto(Run& run, Store& store, const std::string& path, Reason& reason,
                  Message (*read)(Store&, const ByteReader&, Reason*))
 {
-    InputSource source;
-    const std::optional<ByteReader> in = openInput(run, source, path, reason);
+    FileWindow window;
+    const std::optional<ByteReader> in = openInput(run, window, path, reason);
     return in ? read(store, *in, &reason) : Message::cannotOpenFile;
 }
 

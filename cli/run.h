@@ -1,5 +1,8 @@
 #pragma once
 
+#include "base/bytes.h"
+
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,7 +27,7 @@ struct Run {
     std::string standardKind; ///< the extension that tells what goes to the standard output
 
     std::vector<std::string> filesRead; ///< paths as they were given
-    bool standardInputRead = false;
+    std::optional<Bytes> standardInput; ///< all of it, once it was read
 };
 
 } // namespace facetor

@@ -26,11 +26,19 @@ _facetor_cli() {
         return
         ;;
     --to)
-        COMPREPLY=($(compgen -W "mx3 mxt mdl txr sal png" -- "$word"))
+        COMPREPLY=($(compgen -W "mx3 mxt mdl txr sal obj glb png" -- "$word"))
         return
         ;;
     --depfile)
         _facetor_cli_files "$word" d
+        return
+        ;;
+    --header)
+        _facetor_cli_files "$word" h
+        return
+        ;;
+    --assets)
+        COMPREPLY=($(compgen -d -- "$word"))
         return
         ;;
     --view)
@@ -69,7 +77,7 @@ _facetor_cli() {
 
     if [[ $word == -* ]]; then
         case $command in
-        convert) common+=" --scale --up --keep-triangles --textures --max-texture --dither --onto --fit --first --numbered --transparent --into --c-names $output" ;;
+        convert) common+=" --scale --up --keep-triangles --textures --max-texture --dither --onto --fit --first --numbered --transparent --into --assets --c-names --header $output" ;;
         render)
             common+=" --textures --size --no-fit --camera --rotate --view --view-scale --parallel"
             common+=" --draw --picked --select --repeat $light $output"

@@ -93,6 +93,8 @@ TEST_F(Cli, AWrongCommandLineIsExitTwoAndOneLine)
         {"convert", cube, folder.file("a.sal"), "--scale", "-1"},
         {"convert", cube, folder.file("a.mdl"), "--scale", "2"},
         {"convert", cube, folder.file("a.mdl"), "--to", "mdl"},
+        {"convert", cube, folder.file("a.mdl"), "--header", cube},
+        {"convert", cube, folder.file("a.sal"), "--header", folder.file("a.h")},
         {"convert", cube, "-", "--to", "mdl", "--depfile", folder.file("a.d")},
         {"scene", cube},
         {"convert", cube, cube, folder.file("a.mx3")},
@@ -213,6 +215,58 @@ TEST_F(Cli, StandardInputAndOutputStandForFiles)
     EXPECT_TRUE(picture.errors.starts_with("frame: ")) << picture.errors;
 }
 
+TEST_F(Cli, TheStandardInputIsToldByItsContent)
+{
+    const std::string image = folder.file("cube.sal");
+    ASSERT_EQ(runProgram({"convert", cube, image}).status, 0);
+    const struct {
+        std::string input, to, start; ///< what the output begins with
+    } rows[] = {
+        {cube, "glb", "glTF"},
+        {cube, "obj", "# Facetor\nmtllib stdout.mtl\no Model00\n"},
+        {"samples/lighthouse.obj", "mx3", "MX3D"},
+        {image, "mx3", "MX3D"},
+        {"samples/lighthouse-sea.png", "mxt", "MXTX"},
+    };
+    for (const auto& [input, to, start] : rows) {
+        const ProgramRun run = runProgram({"convert", "-", "-", "--to", to}, {}, input);
+        EXPECT_EQ(run.status, 0) << run.errors;
+        EXPECT_TRUE(run.output.starts_with(start)) << input << ' ' << to;
+    }
+}
+
+TEST_F(Cli, AHeaderDeclaresWhatTheSourceDefines)
+{
+    const std::string source = folder.file("a.mdl"), header = folder.file("1 a.h");
+    ASSERT_EQ(runProgram({"convert", cube, source, "--header", header}).status, 0);
+    const std::optional<Bytes> text = readFile(header);
+    ASSERT_TRUE(text);
+    const std::string_view lines(reinterpret_cast<const char*>(text->data()), text->size());
+    EXPECT_EQ(lines.substr(lines.find("#ifndef")),
+              "#ifndef H_1_A_H_\r\n#define H_1_A_H_\r\n\r\n"
+              "extern POINT\tpoint_Model00[];\r\nextern POLYGON\tpolygon_Model00[];\r\n"
+              "extern ATTR\tattribute_Model00[];\r\nextern XPDATA\txpdata_Model00[];\r\n"
+              "extern OBJECT\tobject_Model00[];\r\n\r\n#endif\r\n");
+}
+
+TEST_F(Cli, PicturesOutsideTheModelsFolderNeedTheirFolderNamed)
+{
+    const std::string art = folder.file("art"), shape = folder.file("a/a.obj");
+    for (const std::string& path : {art, folder.file("a")}) std::filesystem::create_directory(path);
+    put("art/p.tga",
+        bytesOf(std::string("\0\0\2\0\0\0\0\0\0\0\0\0\10\0\1\0\30\0", 18) + std::string(24, 'x')));
+    put("a/a.obj", bytesOf("mtllib a.mtl\nusemtl m\nv 0 0 0\nv 1 0 0\nv 0 1 0\n"
+                           "vt 0 0\nf 1/1 2/1 3/1\n"));
+    for (const char* name : {"../art/p.tga", "p.tga", "C:\\art\\p.tga", "/home/x/p.tga"}) {
+        put("a/a.mtl", bytesOf(std::string("newmtl m\nmap_Kd ") + name + "\n"));
+        std::vector<std::string> words = {
+            "convert", "--json", shape, folder.file("a.mx3"), "--textures", folder.file("a.mxt")};
+        EXPECT_EQ(Json::parse(runProgram(words).output)["textures"], 0) << name;
+        words.insert(words.end(), {"--assets", art});
+        EXPECT_EQ(Json::parse(runProgram(words).output)["textures"], 1) << name;
+    }
+}
+
 TEST_F(Cli, AnUnchangedOutputIsNotTouchedAndMakeLearnsWhatWasRead)
 {
     const std::string output = folder.file("a $b#c.mdl"), rule = folder.file("rule.d");
@@ -294,6 +348,8 @@ TEST_F(Cli, AFailureLeavesNoOutputAndAnOldOneAsItWas)
         {"convert", cube, modelLink},
         {"convert", cube, folder.file("new.sal"), "--scale", "1000"}, // 50 becomes 50000
         {"convert", cube, folder.file("missing/new.sal")},
+        {"convert", "samples/prop.mxt", folder.file("made/"), "--depfile",
+         folder.file("folder.png")},
     };
     for (const auto& words : rows) {
         SCOPED_TRACE(testing::PrintToString(words));

@@ -1,5 +1,6 @@
 #include "exchange/foreign_file.h"
 
+#include "base/beside_file.h"
 #include "base/file.h"
 #include "base/text.h"
 #include "exchange/gltf_reader.h"
@@ -7,6 +8,7 @@
 #include "exchange/obj_reader.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <map>
 #include <new>
 #include <utility>
@@ -37,6 +39,20 @@ std::uint32_t firstFreeSlot(const TextureList& textures, const Model& model)
     return next;
 }
 
+/// Whether a path, with its ".." and links, leads to something in a folder or below.
+bool leadsInto(const std::string& path, const std::string& folder)
+{
+    const auto nativePath = toPath(path), nativeFolder = toPath(folder);
+    if (!nativePath || !nativeFolder) return false;
+    std::error_code error;
+    const auto full = std::filesystem::weakly_canonical(*nativePath, error);
+    if (error) return false;
+    const auto fullFolder = std::filesystem::weakly_canonical(*nativeFolder, error);
+    if (error) return false;
+    const auto way = full.lexically_relative(fullFolder);
+    return !way.empty() && *way.begin() != ".." && !way.is_absolute();
+}
+
 } // namespace
 
 std::optional<ForeignKind> foreignKindOf(std::string_view path)
@@ -63,17 +79,28 @@ std::string titleOf(const std::string& path)
     return std::string(cutExtension(path.substr(folderOf(path).size())));
 }
 
-AssetReader assetsBelow(const std::string& folder, std::vector<std::string>* filesRead)
+AssetReader assetsBelow(const std::string& folder, std::vector<std::string>* filesRead,
+                        const std::string& assets)
 {
-    return [folder, filesRead](std::string name, std::string& reason) -> std::optional<Bytes> {
-        if (!staysBelow(name)) {
-            reason = "not beside or below the model";
-            return std::nullopt;
-        }
+    return [=](std::string name, std::string& reason) -> std::optional<Bytes> {
         std::replace(name.begin(), name.end(), '\\', '/');
-        std::optional<Bytes> file = readFile(folder + name, largestAsset, &reason);
-        if (file && filesRead) filesRead->push_back(folder + name);
-        return file;
+        std::vector<std::string> paths;
+        if (staysBelow(name)) paths.push_back(folder + name);
+        if (!assets.empty()) {
+            const std::string below = assets.ends_with('/') ? assets : assets + '/';
+            if (staysBelow(name)) paths.push_back(below + name);
+            if (leadsInto(folder + name, assets)) paths.push_back(folder + name);
+            const std::string last = name.substr(name.find_last_of("/:") + 1);
+            if (staysBelow(last)) paths.push_back(below + last);
+        }
+        reason = "not beside or below the model";
+        for (const std::string& path : paths) {
+            std::optional<Bytes> file = readFile(path, largestAsset, &reason);
+            if (!file) continue;
+            if (filesRead) filesRead->push_back(path);
+            return file;
+        }
+        return std::nullopt;
     };
 }
 

@@ -30,9 +30,12 @@ std::string folderOf(const std::string& path);
 /// A file's name without folder and extension.
 std::string titleOf(const std::string& path);
 
-/// Reads what a model names: files in its folder or below, given with the slash that ends it.
-/// What was read is added to `filesRead`, when given.
-AssetReader assetsBelow(const std::string& folder, std::vector<std::string>* filesRead = nullptr);
+/// Reads what a model names: files in its folder or below, given with the slash that ends it. What
+/// was read is added to `filesRead`, when given. With `assets`, another folder, also what lies in
+/// that one or below: under the name that the model has for it, where that leads there, or under
+/// its last part.
+AssetReader assetsBelow(const std::string& folder, std::vector<std::string>* filesRead = nullptr,
+                        const std::string& assets = {});
 
 /// What an import makes.
 struct ImportedModel {

@@ -85,24 +85,39 @@ std::uint32_t addPicture(Scene& scene, const std::string& name, std::uint32_t li
     return noIndex;
 }
 
+namespace {
+
+bool beginsWith(std::span<const std::byte> file, std::string_view signature)
+{
+    return file.size() >= signature.size() &&
+           std::memcmp(file.data(), signature.data(), signature.size()) == 0;
+}
+
+bool isTga(std::span<const std::byte> file)
+{
+    static constexpr std::string_view others[] = {"BM", "\x89PNG", "\xFF\xD8\xFF", "GIF8"};
+    return std::none_of(std::begin(others), std::end(others),
+                        [&](std::string_view other) { return beginsWith(file, other); });
+}
+
+std::optional<ImageInfo> infoOf(std::span<const std::byte> file)
+{
+    if (beginsWith(file, "BM")) return bmpCodec.info(file);
+    if (isTga(file)) return tgaCodec.info(file); // which has no signature: the strictest reader
+    if (beginsWith(file, "\x89PNG")) return pngCodec.info(file);
+    return stbInfo(file);
+}
+
+} // namespace
+
+bool looksLikePicture(std::span<const std::byte> file)
+{
+    return infoOf(file).has_value();
+}
+
 bool decodePicture(ScenePicture& picture, std::span<const std::byte> file, std::string& reason)
 {
-    const auto beginsWith = [&](std::string_view signature) {
-        return file.size() >= signature.size() &&
-               std::memcmp(file.data(), signature.data(), signature.size()) == 0;
-    };
-    const bool isBmp = beginsWith("BM");
-    const bool isTga =
-        !isBmp && !beginsWith("\x89PNG") && !beginsWith("\xFF\xD8\xFF") && !beginsWith("GIF8");
-    std::optional<ImageInfo> info;
-    if (isBmp)
-        info = bmpCodec.info(file);
-    else if (isTga) // which has no signature: its reader is the strictest
-        info = tgaCodec.info(file);
-    else if (beginsWith("\x89PNG"))
-        info = pngCodec.info(file);
-    else
-        info = stbInfo(file);
+    const std::optional<ImageInfo> info = infoOf(file);
     if (!info) {
         reason = "no picture that can be read";
         return false;
@@ -116,10 +131,11 @@ bool decodePicture(ScenePicture& picture, std::span<const std::byte> file, std::
     reason = "the picture is cut or damaged";
     picture.width = info->width;
     picture.height = info->height;
-    if (isBmp) return decodeBmp(picture, file, info->depth);
+    if (beginsWith(file, "BM")) return decodeBmp(picture, file, info->depth);
     picture.rgba = stbDecode(file);
     constexpr std::size_t tgaAlphaBits = 17; // offset of the byte whose low four bits count them
-    if (isTga && !picture.rgba.empty() && (std::to_integer<unsigned>(file[tgaAlphaBits]) & 15) != 8)
+    if (isTga(file) && !picture.rgba.empty() &&
+        (std::to_integer<unsigned>(file[tgaAlphaBits]) & 15) != 8)
         for (std::size_t i = 3; i < picture.rgba.size(); i += 4) picture.rgba[i] = 255;
     return !picture.rgba.empty();
 }

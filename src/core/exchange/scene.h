@@ -116,6 +116,9 @@ bool staysBelow(std::string_view name);
 std::uint32_t addPicture(Scene& scene, const std::string& name, std::uint32_t line,
                          const AssetReader& assets);
 
+/// Whether decodePicture() would try to read a file: by its signature or, of a TGA, its header.
+bool looksLikePicture(std::span<const std::byte> file);
+
 /// Decodes a picture's file, which is told by its content, into `picture`; false, with the cause in
 /// `reason`, when it is none that can be read.
 bool decodePicture(ScenePicture& picture, std::span<const std::byte> file, std::string& reason);

@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "output/attribute_packing.h"
 #include "output/gouraud_count.h"
+#include "output/target_layout.h"
 
 #include <algorithm>
 #include <limits>
@@ -13,26 +14,8 @@ namespace facetor {
 
 namespace {
 
-// Addresses of the console's memory.
-constexpr std::uint32_t matricesAddress = 0x060AE000;
-constexpr std::uint32_t scaleAddress = 0x060AFFF8;
-constexpr std::uint32_t objectsAddress = 0x060B0000;
-constexpr std::uint32_t gouraudAddress = 0x25C00000; ///< of table 0; each has 8 bytes
-constexpr std::uint32_t textureTableAddress = 0x0602B000;
 constexpr std::uint32_t spriteMemoryAddress = 0x25C00000;
-constexpr std::uint32_t firstTexelOffset = 0x10000; ///< within the sprite memory
-constexpr std::uint32_t lightDirectionAddress = 0x0602F000;
-constexpr std::uint32_t lightColourAddress = 0x0602F00C;
-constexpr std::uint32_t viewAngleAddress = 0x0602F010;
-constexpr std::uint32_t ambientColourAddress = 0x0602F014;
-constexpr std::uint32_t backgroundAddress = 0x25E7FFFE;
-
-// Sizes of the console's records, in bytes.
-constexpr std::uint32_t objectSize = 44;
-constexpr std::uint32_t dataHeaderSize = 24;
-constexpr std::uint32_t pointSize = 12;
-constexpr std::uint32_t polygonSize = 20;
-constexpr std::uint32_t gouraudSize = 8;
+constexpr std::uint32_t firstTexelOffset = texelsAddress - spriteMemoryAddress;
 
 constexpr std::uint32_t longestRow = 256; ///< in texels
 
@@ -314,7 +297,7 @@ Message formatTextureImage(Bytes& image, const TextureList& list, std::string* r
         offset += std::uint32_t{slot.width} * slot.height * std::uint32_t{sizeof(Rgb555)};
     }
     out.endBlock();
-    out.beginBlock(spriteMemoryAddress + firstTexelOffset);
+    out.beginBlock(texelsAddress);
     for (const TextureSlot& slot : slots)
         for (const Rgb555 texel : std::span(slot.pixels, std::size_t{slot.width} * slot.height))
             out.u16((texel & opaqueBit) != 0 ? toConsoleColour(texel) : 0u);
