@@ -213,6 +213,25 @@ TEST(ModelView, FollowsTheMouse)
     });
 }
 
+TEST(ModelView, OfTheMovesThatWaitTheLastOneBeforeTheReleaseCounts)
+{
+    const RunningEditor editor;
+    editor.call([](Editor& e) {
+        const auto post = [&](UINT message, WPARAM keys, int x) {
+            PostMessageA(e.mainWindow, message, keys, MAKELPARAM(x, 40));
+        };
+        SendMessageA(e.mainWindow, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(40, 40));
+        for (int x = 41; x <= 90; ++x) post(WM_MOUSEMOVE, MK_LBUTTON, x);
+        post(WM_LBUTTONUP, 0, 90);
+        post(WM_MOUSEMOVE, 0, 99);
+        SendMessageA(e.mainWindow, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(40, 40));
+        EXPECT_EQ(e.drag.last.x, 90);
+        MSG next{};
+        PeekMessageA(&next, e.mainWindow, WM_MOUSEFIRST, WM_MOUSELAST, PM_NOREMOVE);
+        EXPECT_EQ(next.message, UINT{WM_LBUTTONUP});
+    });
+}
+
 TEST(ModelView, TheArrowKeysDoWhatTheMouseDoes)
 {
     const RunningEditor editor;
