@@ -282,6 +282,7 @@ int runConvert(Run& run, const ConvertOptions& options)
                message != Message::none) {
         return reportFailure(run, source, message, input.reason);
     }
+    window = {}; // an open file cannot be replaced by the output on Windows
     Result result;
     result.name = output == standardStream ? nameAfter(source, conversion->to) : output;
     if (const Message message = conversion->make(result, input, options); message != Message::none)

@@ -119,6 +119,9 @@ TEST(Save, TheSourceOfASampleIsTheOneThatTheCommandLineToolWrites)
     const std::string saved = text(folder.file("ship.mdl"));
     EXPECT_GT(saved.size(), 100000u);
     EXPECT_TRUE(saved == text(other.file("ship.mdl")));
+    const std::string model = '"' + folder.file("ship.mx3") + '"';
+    ASSERT_TRUE(std::filesystem::copy_file("samples/ship.mx3", folder.file("ship.mx3")));
+    EXPECT_EQ(runCommandLineTool("-q convert " + model + " " + model), 0) << "onto its input";
 }
 
 TEST(Save, AFileThatCannotBeWrittenIsReportedAndTheModelStaysChanged)
