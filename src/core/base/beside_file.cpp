@@ -12,6 +12,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #ifdef _WIN32
+#include "system/file_rights.h"
+
 #include <io.h>
 #include <share.h>
 #else
@@ -55,12 +57,13 @@ std::string drawPathBeside(const std::string& target)
 
 #ifdef _WIN32
 
-int openNew(const std::string& path, const std::string&)
+int openNew(const std::string& path, const std::string& target)
 {
-    // Nobody can remove it while it is open here. Rights come from the folder, as for any new file.
+    // Nobody can open or remove it while it is open here: until it has its rights, and after.
     int descriptor = -1;
     errno = _sopen_s(&descriptor, path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY,
-                     _SH_DENYWR, _S_IREAD | _S_IWRITE);
+                     _SH_DENYRW, _S_IREAD | _S_IWRITE);
+    if (descriptor >= 0) copyFileRights(target, path);
     return descriptor;
 }
 
