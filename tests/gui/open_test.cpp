@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <filesystem>
 
 namespace facetor {
@@ -61,6 +62,12 @@ TEST(Open, ADropWithoutFilesOrWithAPathTooLongOpensNothing)
     editor.postDrop({"C:\\" + std::string(254, 'x')}); // 257 bytes
     const ShownAlert tooLong = editor.waitForAlert();
     EXPECT_EQ(tooLong.text, "Cannot open File.");
+    editor.postDrop({"C:\\" + std::string(254, 'x')});
+    editor.post(WM_COMMAND, IDM_OPTIONS_LIGHT);
+    std::atomic<bool> passed = false;
+    editor.begin([&](Editor&) { passed = true; });
+    EXPECT_TRUE(waitUntil([&] { return passed.load(); }));
+    EXPECT_EQ(editor.findAlert().window, tooLong.window) << "nothing comes up over an alert";
     EXPECT_TRUE(editor.press(tooLong, IDOK));
     editor.postDrop({"C:\\" + std::string(253, 'x')}); // 256 bytes: looked for, and not there
     const ShownAlert missing = editor.waitForAlert();

@@ -308,6 +308,9 @@ bool runCommand(Editor& editor, CommandWindow window, int number, LPARAM argumen
         return candidate.window == window && candidate.first <= number && number <= candidate.last;
     });
     if (command == std::end(commands)) return false;
+    // What was posted before, or comes from another program, arrives while an alert or a dialog is
+    // up as well: a second one over it would hide it for good.
+    if (!IsWindowEnabled(editor.mainWindow)) return true;
     const CommandOutcome outcome = command->handler(editor, number, argument);
     if (!isRunning(editor)) return true; // the command was the last one, or waited for its end
     Document& document = editor.document;

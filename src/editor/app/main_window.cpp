@@ -103,7 +103,8 @@ void onSize(Editor& editor, WPARAM kind, LPARAM size)
 void onDropFiles(Editor& editor, HDROP drop)
 {
     std::string path;
-    if (const Message message = takeDroppedFile(drop, path); message != Message::none)
+    const Message message = takeDroppedFile(editor.mainWindow, drop, path);
+    if (message != Message::none)
         alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation);
     else if (!path.empty())
         openAnyPath(editor, path);

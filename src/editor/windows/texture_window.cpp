@@ -145,7 +145,8 @@ void showEditMenu(HWND window, POINT cursor)
 void onDropFiles(Editor& editor, HDROP drop)
 {
     std::string path;
-    if (const Message message = takeDroppedFile(drop, path); message != Message::none)
+    const Message message = takeDroppedFile(editor.textureWindow.window, drop, path);
+    if (message != Message::none)
         alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation);
     else if (!path.empty())
         SendMessageA(editor.textureWindow.window, WM_COMMAND, IDM_FILE_OPEN_PATH,
