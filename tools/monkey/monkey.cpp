@@ -25,6 +25,7 @@
 #include <fstream>
 #include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace facetor {
@@ -44,6 +45,7 @@ constexpr int fileNameField = 0x47C; ///< of the system's file dialog
 
 enum ExitCode { hang = 3, crash = 4, growth = 5 };
 
+std::atomic<ULONGLONG> lastSign = 0; ///< of life, in milliseconds of the system
 std::deque<std::string> lastActions;
 std::uint32_t seed = 0;
 std::size_t answeredFileDialogs = 0; ///< over all rounds
@@ -61,6 +63,17 @@ void remember(std::string action)
     std::fflush(stdout);
     TerminateProcess(GetCurrentProcess(), code);
     std::abort();
+}
+
+/// Gives up where the monkey itself waits for good, as for the end of an editor that asks something
+/// which cannot be seen.
+void watch()
+{
+    for (;;) {
+        Sleep(1000);
+        if (GetTickCount64() - lastSign > 2 * longestAnswer)
+            giveUp(ExitCode::hang, "hang of the round");
+    }
 }
 
 void printPlace(const void* address)
@@ -172,6 +185,7 @@ private:
 
     void awaitAnswer() const
     {
+        lastSign = GetTickCount64();
         DWORD_PTR result;
         if (IsWindow(editor_.window()) &&
             !SendMessageTimeoutA(editor_.window(), WM_NULL, 0, 0, SMTO_NORMAL, longestAnswer,
@@ -455,6 +469,8 @@ int main(int argc, char** argv)
         return 2;
     }
     SetUnhandledExceptionFilter(facetor::onCrash);
+    facetor::lastSign = GetTickCount64();
+    std::thread(facetor::watch).detach();
     const bool isSingle = argc == 3;
     const auto number = static_cast<std::uint32_t>(isSingle ? std::strtoul(argv[2], nullptr, 10)
                                                             : std::random_device{}() % 1000000);
