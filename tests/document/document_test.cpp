@@ -170,6 +170,25 @@ TEST_F(DocumentHistory, SteppingToWhatWasSavedIsNotChangedAndAnOpenedFileComesAn
     EXPECT_TRUE(takeStep(d, Direction::forward));
     EXPECT_EQ(d.modelFile, "new.mx3");
     EXPECT_FALSE(isModelChanged(d));
+
+    d.textureFile = "new.mxt";
+    (void)change(
+        d, Word::stepImportModel,
+        [&] {
+            d.model.objects[0].translation.x = 60;
+            d.textures.set(0, 8, 16, noise(128));
+            leaveModelFile(d, "a.obj");
+            leaveTextureFile(d);
+            return EditOutcome{};
+        },
+        ChangeKind::openBoth);
+    EXPECT_TRUE(isModelChanged(d) && areTexturesChanged(d)) << "it is in no file";
+    EXPECT_TRUE(takeStep(d, Direction::back));
+    EXPECT_EQ(d.modelFile + d.textureFile + d.importedFrom, "new.mx3new.mxt");
+    EXPECT_FALSE(isModelChanged(d));
+    EXPECT_TRUE(takeStep(d, Direction::forward));
+    EXPECT_EQ(d.modelFile + d.textureFile + d.importedFrom, "a.obj");
+    EXPECT_TRUE(isModelChanged(d));
 }
 
 TEST_F(DocumentHistory, TheOldestStepsGoWhenTheMemoryIsUsedUp)

@@ -128,6 +128,26 @@ TEST(Settings, KeepTheLimitsOfTheirFormat)
     EXPECT_EQ(settings->textureFiles, (std::vector<std::string>{"a", "b", "c", "d"}));
 }
 
+TEST(Settings, OfImportsAreThereOnceTheyDifferAndHaveToBeWholeThen)
+{
+    SettingsRecord settings = example();
+    settings.import = {0.01f, UpAxis::z, Triangles::keep, {128, 100, Dither::diffuse}};
+    const std::string section = "[IMPORT]\r\nScale = 0.01\r\nUp = Z\r\nTriangles = KEEP\r\n"
+                                "Texture = 128,100\r\nDither = DIFFUSE\r\n\r\n";
+    EXPECT_EQ(formatSettings(settings), exampleText + section);
+    EXPECT_EQ(parseSettings(section + exampleText), settings);
+    for (const auto& [from, to] : {std::pair{"0.01", "nan"},
+                                   {"0.01", "-1"},
+                                   {"= Z", "= X"},
+                                   {"128,", "12,"},
+                                   {"DIFFUSE", "DIFF"},
+                                   {"Triangles", "Quads"}}) {
+        std::string broken = section;
+        broken.replace(broken.find(from), std::string(from).size(), to);
+        EXPECT_EQ(parseSettings(exampleText + broken), example()) << to;
+    }
+}
+
 TEST(RecentFiles, TheNewestComesFirstAndAKnownOneKeepsItsPlace)
 {
     RecentFiles files;

@@ -58,15 +58,17 @@ void setRevisions(Document& document, const Step& step, Direction direction)
         document.textureRevision = back ? step.texturesBefore : step.texturesAfter;
 }
 
-/// The document's file and the one on the step's other side change places.
+/// The document's files and those on the step's other side change places.
 void exchangeFile(Document& document, Step& step)
 {
     if (step.opensModel) {
-        std::swap(document.modelFile, step.otherFile.path);
-        std::swap(document.savedModelRevision, step.otherFile.saved);
-    } else if (step.opensTextures) {
-        std::swap(document.textureFile, step.otherFile.path);
-        std::swap(document.savedTextureRevision, step.otherFile.saved);
+        std::swap(document.modelFile, step.otherModelFile.path);
+        std::swap(document.savedModelRevision, step.otherModelFile.saved);
+        std::swap(document.importedFrom, step.otherModelFile.importedFrom);
+    }
+    if (step.opensTextures) {
+        std::swap(document.textureFile, step.otherTextureFile.path);
+        std::swap(document.savedTextureRevision, step.otherTextureFile.saved);
     }
 }
 
@@ -88,9 +90,8 @@ EditOutcome record(Document& document, Word name, const std::function<EditOutcom
 {
     if (document.changing) return edit();
     const bool opens = kind != ChangeKind::edit;
-    FileState before = kind == ChangeKind::openTextures
-                           ? FileState{document.textureFile, document.savedTextureRevision}
-                           : FileState{document.modelFile, document.savedModelRevision};
+    FileState model{document.modelFile, document.savedModelRevision, document.importedFrom};
+    FileState textures{document.textureFile, document.savedTextureRevision, {}};
     Message message = takeSnapshot(document.before, document.model, document.textures);
     document.changing = true;
     const EditOutcome outcome = edit();
@@ -120,9 +121,10 @@ EditOutcome record(Document& document, Word name, const std::function<EditOutcom
         }
     }
     step.name = name;
-    step.opensModel = opened && kind == ChangeKind::openModel;
-    step.opensTextures = opened && kind == ChangeKind::openTextures;
-    step.otherFile = std::move(before);
+    step.opensModel = opened && kind != ChangeKind::openTextures;
+    step.opensTextures = opened && kind != ChangeKind::openModel;
+    step.otherModelFile = std::move(model);
+    step.otherTextureFile = std::move(textures);
     if (!opens || opened) {
         countRevisions(document, step);
     } else { // broken off: the flags stay, so does what they are computed from
@@ -168,6 +170,19 @@ void markModelChanged(Document& document)
 void markTexturesChanged(Document& document)
 {
     markChanged(document, document.textureRevision, document.savedTextureRevision);
+}
+
+void leaveModelFile(Document& document, const std::string& importedFrom)
+{
+    document.modelFile.clear();
+    document.importedFrom = importedFrom;
+    document.savedModelRevision = ++document.lastRevision; // which no state ever has
+}
+
+void leaveTextureFile(Document& document)
+{
+    document.textureFile.clear();
+    document.savedTextureRevision = ++document.lastRevision;
 }
 
 void markModelSaved(Document& document)

@@ -26,8 +26,9 @@ struct History {
 struct Document {
     Model model;
     TextureList textures;
-    std::string modelFile;   ///< empty for a model that has no file yet
-    std::string textureFile; ///< where the list was opened or saved last; empty until then
+    std::string modelFile;    ///< empty for a model that has no file yet
+    std::string importedFrom; ///< another program's file that the model was made of; else empty
+    std::string textureFile;  ///< where the list was opened or saved last; empty until then
     Revision modelRevision = 0, savedModelRevision = 0;
     Revision textureRevision = 0, savedTextureRevision = 0;
     Revision lastRevision = 0; ///< the newest one that was given out
@@ -54,9 +55,14 @@ void markTexturesChanged(Document& document);
 void markModelSaved(Document& document);
 void markTexturesSaved(Document& document);
 
-/// What a change is for the files: an edit, or the contents of another file, whose path the change
+/// What a change is for the files: an edit, or the contents of other files, whose paths the change
 /// sets. With the former the changed flags are set, with the latter they are left to the caller.
-enum class ChangeKind { edit, openModel, openTextures };
+enum class ChangeKind { edit, openModel, openTextures, openBoth };
+
+/// For a change that brings a model or a texture list which is in no file: nothing is saved of it.
+/// Within the change; `importedFrom` as Document has it.
+void leaveModelFile(Document& document, const std::string& importedFrom);
+void leaveTextureFile(Document& document);
 
 /// Carries out one change of model and texture list and keeps it as a step of the history: the only
 /// way to change either. `edit` may fail half way; what it changed is kept all the same. A change

@@ -52,6 +52,7 @@ struct ChangedTexture {
 struct FileState {
     std::string path;
     Revision saved = 0;
+    std::string importedFrom; ///< of a model: Document::importedFrom
 };
 
 /// What one change did, so that it can be taken back and done again.
@@ -65,7 +66,8 @@ struct Step {
     Revision modelBefore = 0, modelAfter = 0;
     Revision texturesBefore = 0, texturesAfter = 0;
     bool opensModel = false, opensTextures = false;
-    FileState otherFile; ///< with `opens...`: of the side of the step where the document is not
+    /// With `opens...`: of the side of the step where the document is not.
+    FileState otherModelFile, otherTextureFile;
 
     bool changesModel() const { return !runs.empty() || !names.empty(); }
     bool isEmpty() const { return !changesModel() && textures.empty(); }

@@ -18,6 +18,8 @@ struct ImportOptions {
     UpAxis up = UpAxis::y;
     Triangles triangles = Triangles::rejoin;
     TextureImport textures;
+
+    bool operator==(const ImportOptions&) const = default;
 };
 
 /// What an import has made, and what the user should know of it.

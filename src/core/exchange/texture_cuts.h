@@ -16,6 +16,8 @@ struct TextureImport {
     std::uint32_t largestWidth = 64;  ///< a multiple of 8, 8 to 256
     std::uint32_t largestHeight = 64; ///< 1 to 256
     Dither dither = Dither::none;
+
+    bool operator==(const TextureImport&) const = default;
 };
 
 /// What a polygon shows: a whole slot, flipped as its attribute says.

@@ -69,6 +69,24 @@ Message createModelStore(Model& model)
     return Message::none;
 }
 
+void copyModel(Model& to, const Model& from)
+{
+    const auto copy = [](auto& pool, const auto& source) {
+        std::copy_n(source.data(), source.size(), pool.data());
+    };
+    copy(to.vertices, from.vertices);
+    copy(to.vertexNormals, from.vertexNormals);
+    copy(to.polygons, from.polygons);
+    copy(to.attributes, from.attributes);
+    copy(to.gouraud, from.gouraud);
+    copy(to.meshes, from.meshes);
+    copy(to.objects, from.objects);
+    to.names = from.names;
+    to.objectCount = from.objectCount;
+    to.totalVertexCount = from.totalVertexCount;
+    to.totalPolygonCount = from.totalPolygonCount;
+}
+
 void releaseModelStore(Model& model)
 {
     model = Model{};

@@ -91,6 +91,9 @@ struct Model {
 /// allocation fails.
 Message createModelStore(Model& model);
 
+/// Makes `to` hold what `from` holds, in its own pools. Needs pools of both.
+void copyModel(Model& to, const Model& from);
+
 /// Frees names and pools; the model holds nothing afterwards.
 void releaseModelStore(Model& model);
 

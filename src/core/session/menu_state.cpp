@@ -35,7 +35,9 @@ std::vector<CommandState> menuState(const MenuFacts& facts)
                           command == commandOf(facts.menuTool)});
     states.insert(states.end(), {{IDM_VIEW_TOOL_BOX, true, facts.toolBoxShown},
                                  {IDM_EDIT_STEP_BACK, facts.canStepBack, false},
-                                 {IDM_EDIT_STEP_FORWARD, facts.canStepForward, false}});
+                                 {IDM_EDIT_STEP_FORWARD, facts.canStepForward, false},
+                                 {IDM_FILE_IMPORT_AGAIN, facts.isImported, false},
+                                 {IDM_FILE_IMPORT_REPORT, facts.hasImportReport, false}});
     return states;
 }
 

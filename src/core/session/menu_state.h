@@ -12,7 +12,9 @@ namespace facetor {
 struct MenuFacts {
     bool undoAvailable = false;
     bool canStepBack = false, canStepForward = false; ///< in the history
-    bool anyPicked = false;                           ///< at least one polygon is marked
+    bool isImported = false;                          ///< the model, from a file that is known
+    bool hasImportReport = false;
+    bool anyPicked = false; ///< at least one polygon is marked
     bool toolBoxShown = false;
     bool attributesShown = false;
     bool hierarchyShown = false;

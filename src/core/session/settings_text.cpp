@@ -1,6 +1,8 @@
 #include "session/settings_text.h"
 
 #include "base/file.h"
+#include "base/text.h"
+#include "texture/texture_rules.h"
 
 #include <algorithm>
 #include <charconv>
@@ -14,6 +16,11 @@ namespace {
 constexpr std::string_view settingsFileName = "Facetor.ini";
 constexpr std::string_view lineEnd = "\r\n";
 constexpr std::size_t longestLine = 255;
+
+constexpr std::string_view importHeader = "[IMPORT]";
+constexpr std::string_view upWords[] = {"Y", "Z"};               // in the order of UpAxis,
+constexpr std::string_view triangleWords[] = {"REJOIN", "KEEP"}; // of Triangles
+constexpr std::string_view ditherWords[] = {"NONE", "ORDERED", "DIFFUSE"}; // and of Dither
 
 constexpr std::string_view dragMethods[] = {"byWIRE", "byFLAT", "byFULL"};
 
@@ -172,6 +179,51 @@ bool parseDrag(SettingsRecord& settings, std::string_view text)
     return true;
 }
 
+/// The place of a value among the words of a setting; none for another word.
+template <typename Value, std::size_t count>
+std::optional<Value> parseWord(const std::optional<std::string_view>& value,
+                               const std::string_view (&words)[count])
+{
+    const auto* word = value ? std::find(words, words + count, firstWord(*value)) : words + count;
+    if (word == words + count) return std::nullopt;
+    return static_cast<Value>(word - words);
+}
+
+void appendImport(std::string& text, const ImportOptions& import)
+{
+    const auto add = [&](std::string_view key, const auto& value) {
+        text.append(key).append(" = ").append(value).append(lineEnd);
+    };
+    text.append(importHeader).append(lineEnd);
+    add("Scale", formatShortest(import.scale));
+    add("Up", upWords[static_cast<std::size_t>(import.up)]);
+    add("Triangles", triangleWords[static_cast<std::size_t>(import.triangles)]);
+    add("Texture", std::to_string(import.textures.largestWidth) + "," +
+                       std::to_string(import.textures.largestHeight));
+    add("Dither", ditherWords[static_cast<std::size_t>(import.textures.dither)]);
+    text += lineEnd;
+}
+
+/// As they stand, or those that every user begins with.
+ImportOptions parseImport(std::string_view text)
+{
+    LineReader lines(text);
+    if (!lines.skipHeader(importHeader)) return {};
+    const auto scaleText = lines.value("Scale");
+    const float scale = parseFloat(scaleText ? firstWord(*scaleText) : "").value_or(0);
+    const auto up = parseWord<UpAxis>(lines.value("Up"), upWords);
+    const auto triangles = parseWord<Triangles>(lines.value("Triangles"), triangleWords);
+    const auto size = lines.value("Texture");
+    const auto dither = parseWord<Dither>(lines.value("Dither"), ditherWords);
+    if (!(scale > 0) || !up || !triangles || !size || !dither) return {};
+    const auto [width, height] = scanNumbers<2>(*size, 3);
+    if (textureSizeFault(width, height)) return {};
+    return {scale,
+            *up,
+            *triangles,
+            {static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height), *dither}};
+}
+
 bool parseFiles(SettingsRecord& settings, const FilesSection& section, std::string_view text)
 {
     LineReader lines(text);
@@ -237,6 +289,7 @@ std::string formatSettings(const SettingsRecord& settings)
     text += dragMethods[std::min<std::size_t>(settings.dragMethod, std::size(dragMethods) - 1)];
     text += "\r\n\r\n";
     for (const FilesSection& section : filesSections) appendFiles(text, section, settings);
+    if (settings.import != ImportOptions{}) appendImport(text, settings.import);
     return text;
 }
 
@@ -247,6 +300,7 @@ std::optional<SettingsRecord> parseSettings(std::string_view text)
         return std::nullopt;
     for (const FilesSection& section : filesSections)
         if (!parseFiles(settings, section, text)) return std::nullopt;
+    settings.import = parseImport(text);
     return settings;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/colour.h"
+#include "exchange/model_import.h"
 
 #include <array>
 #include <cstdint>
@@ -29,6 +30,7 @@ struct SettingsRecord {
     std::uint32_t dragMethod = 0;          ///< 0 wire, 1 flat, 2 full
     std::vector<std::string> modelFiles;   ///< at most recentFileCapacity
     std::vector<std::string> textureFiles; ///< at most recentFileCapacity
+    ImportOptions import;                  ///< as chosen last
 
     bool operator==(const SettingsRecord&) const = default;
 };
@@ -40,6 +42,8 @@ std::string formatSettings(const SettingsRecord& settings);
 /// sections may stand in any order. The format's own limits hold: a number of a rectangle has at
 /// most four characters (what follows a longer one counts as 0), a path ends at its first blank,
 /// and a line at its 255th character. Of more than four files in a list the first four are kept.
+/// The section of import options may be missing: it is written only once they differ from those
+/// that every user begins with. What is wrong in it counts as theirs.
 std::optional<SettingsRecord> parseSettings(std::string_view text);
 
 /// Where the settings are kept, for reading and for writing, given the folders that the system

@@ -4,6 +4,7 @@
 #include "commands/edit_commands.h"
 #include "commands/help.h"
 #include "commands/hierarchy_commands.h"
+#include "commands/import_commands.h"
 #include "commands/model_commands.h"
 #include "commands/plug_in_commands.h"
 #include "commands/send_target.h"
@@ -224,6 +225,9 @@ constexpr Command commands[] = {
     {inMain, IDM_RECENT_MODEL_1, IDM_RECENT_MODEL_4, onRecentModel},
     {inMain, IDM_VIEW_TOOL_BOX, IDM_VIEW_TOOL_BOX, perform<toggleToolBox>},
     {inMain, IDM_EDIT_STEP_BACK, IDM_EDIT_STEP_FORWARD, onStep},
+    {inMain, IDM_FILE_IMPORT_AGAIN, IDM_FILE_IMPORT_AGAIN, perform<importAgain>},
+    {inMain, IDM_FILE_IMPORT_REPORT, IDM_FILE_IMPORT_REPORT, perform<showImportReport>},
+    {inMain, IDM_FILE_EXPORT, IDM_FILE_EXPORT, perform<exportModel>},
     {inTextures, IDM_FILE_OPEN_PATH, IDM_FILE_OPEN_PATH, openPath<openTexturePath>, Flag::keep,
      Flag::clearOnSuccess},
     // What the question about unsaved textures sends; here it means this window's own Save as.
@@ -311,6 +315,7 @@ bool runCommand(Editor& editor, CommandWindow window, int number, LPARAM argumen
     // What was posted before, or comes from another program, arrives while an alert or a dialog is
     // up as well: a second one over it would hide it for good.
     if (!IsWindowEnabled(editor.mainWindow)) return true;
+    editor.statusLine.clear();
     const CommandOutcome outcome = command->handler(editor, number, argument);
     if (!isRunning(editor)) return true; // the command was the last one, or waited for its end
     Document& document = editor.document;

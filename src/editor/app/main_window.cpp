@@ -132,7 +132,7 @@ void showHighlighted(const Editor& editor, int command, UINT flags)
     showStatusMessage(editor.statusBar,
                       shown && canStep(document, direction)
                           ? loadCatalogueText(editor.mainWindow, stepName(document, direction))
-                          : std::string{});
+                          : editor.statusLine);
 }
 
 /// The position that a mouse message of the client area carries.
@@ -244,6 +244,7 @@ void refreshStatus(Editor& editor)
     for (int part = 0; const auto& [word, count] : parts)
         setStatusText(editor.statusBar, part++,
                       loadCatalogueText(editor.mainWindow, word) + " = " + std::to_string(count));
+    showStatusMessage(editor.statusBar, editor.statusLine);
 }
 
 } // namespace facetor

@@ -21,7 +21,8 @@ bool registerMainWindow(const Editor& editor);
 /// system refuses or a creation step fails; that step has then shown its message.
 bool createMainWindow(Editor& editor);
 
-/// Writes the numbers of objects, polygons and vertices into the status bar.
+/// Writes the numbers of objects, polygons and vertices into the status bar, and the status line
+/// over them when there is one.
 void refreshStatus(Editor& editor);
 
 } // namespace facetor

@@ -1,6 +1,7 @@
 #include "commands/model_commands.h"
 
 #include "base/text.h"
+#include "commands/import_commands.h"
 #include "commands/sample_folder.h"
 #include "model/model_file.h"
 #include "output/model_source.h"
@@ -37,7 +38,10 @@ CommandOutcome loadModel(Editor& editor, const std::string& path)
     const auto read = [&] {
         const WaitCursor waiting;
         const Message message = readModelFile(document.model, path);
-        if (message == Message::none) document.modelFile = full;
+        if (message == Message::none) {
+            document.modelFile = full;
+            document.importedFrom = importedFrom(editor.imports, full);
+        }
         return EditOutcome{Message::none, message};
     };
     const Message message = change(document, Word::stepOpenModel, read, ChangeKind::openModel).edit;
@@ -78,6 +82,19 @@ CommandOutcome writeModelAs(Editor& editor, const std::string& path, DWORD filte
     return CommandOutcome::done;
 }
 
+/// The name that is offered for an imported model stays in the dialog when C source is chosen
+/// there: source gets an extension of its own, and what it would replace is asked about. False: not
+/// written.
+bool nameAsSource(Editor& editor, std::string& path)
+{
+    if (!equalIgnoringCase(extensionOf(path), "mx3")) return true;
+    path = std::string(cutExtension(path)) + ".mdl";
+    if (GetFileAttributesA(path.c_str()) == INVALID_FILE_ATTRIBUTES) return true;
+    setAlertTexts(editor.alerts, path.substr(path.find_last_of("\\/") + 1), "1");
+    return alert(editor.alerts, editor.mainWindow, Message::replaceOthers, AlertStyle::question) ==
+           AlertButton::yes;
+}
+
 } // namespace
 
 Decision askSaveModel(Editor& editor, Word reason)
@@ -100,6 +117,7 @@ CommandOutcome openModelPath(Editor& editor, const std::string& path)
 {
     if (askSaveModel(editor, Word::openingNewFile) == Decision::stay)
         return CommandOutcome::abandoned;
+    if (isForeignModel(path)) return importModelPath(editor, path);
     if (!probeModelFile(path)) {
         alert(editor.alerts, editor.mainWindow, Message::formatNotSupported,
               AlertStyle::exclamation);
@@ -115,7 +133,8 @@ CommandOutcome openModelWithDialog(Editor& editor)
     offerSamples(editor, editor.fileDialogs.openModel);
     const auto chosen = askOpenFile(editor.mainWindow, editor.fileDialogs.openModel);
     if (!chosen) return CommandOutcome::abandoned;
-    return loadModel(editor, chosen->path);
+    return isForeignModel(chosen->path) ? importModelPath(editor, chosen->path)
+                                        : loadModel(editor, chosen->path);
 }
 
 CommandOutcome saveModel(Editor& editor)
@@ -127,12 +146,19 @@ CommandOutcome saveModel(Editor& editor)
 
 CommandOutcome saveModelAs(Editor& editor)
 {
+    const auto imported = importedName(editor);
     const auto chosen = askSaveFile(editor.mainWindow, editor.fileDialogs.saveModel,
-                                    std::string(cutExtension(shownModelFile(editor))));
+                                    imported ? *imported + ".mx3"
+                                             : std::string(cutExtension(shownModelFile(editor))));
     if (!chosen) return CommandOutcome::abandoned;
-    if (writeModelAs(editor, chosen->path, chosen->filter) != CommandOutcome::done)
+    std::string path = chosen->path;
+    if (imported && chosen->filter == saveAsSource && !nameAsSource(editor, path))
         return CommandOutcome::abandoned;
-    editor.document.modelFile = modelSavePath(chosen->path);
+    if (writeModelAs(editor, path, chosen->filter) != CommandOutcome::done)
+        return CommandOutcome::abandoned;
+    Document& document = editor.document;
+    document.modelFile = modelSavePath(path);
+    rememberModel(editor.imports, document.modelFile, document.importedFrom);
     showTitle(editor);
     return CommandOutcome::done;
 }

@@ -4,6 +4,7 @@
 #include "commands/model_commands.h"
 #include "commands/plug_in_commands.h"
 #include "commands/sample_folder.h"
+#include "exchange/foreign_file.h"
 #include "output/texture_source.h"
 #include "session/file_names.h"
 #include "state/editor.h"
@@ -94,8 +95,11 @@ CommandOutcome saveTextures(Editor& editor)
 CommandOutcome saveTexturesAs(Editor& editor)
 {
     std::string& file = editor.document.textureFile;
-    const auto chosen = askSaveFile(editor.mainWindow, editor.fileDialogs.saveTextures,
-                                    std::string(cutExtension(file)));
+    const std::string& source = editor.document.importedFrom; // what the list came with, too
+    const auto chosen =
+        askSaveFile(editor.mainWindow, editor.fileDialogs.saveTextures,
+                    file.empty() && !source.empty() ? folderOf(source) + titleOf(source) + ".mxt"
+                                                    : std::string(cutExtension(file)));
     if (!chosen) return CommandOutcome::abandoned;
     if (writeTexturesAs(editor, chosen->path, chosen->filter) != CommandOutcome::done)
         return CommandOutcome::abandoned;

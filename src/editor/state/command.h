@@ -15,6 +15,8 @@ enum class CommandWindow : std::uint8_t { main, textures, hierarchy };
 enum class CommandOutcome {
     done,
     abandoned, ///< the user cancelled, or a message has been shown
+    unsaved,   ///< done, and what it brought is in no file of ours: changed flags stay as it left
+               ///< them
 };
 
 /// Runs a command by its number. `argument` is the message's second one; only commands without a

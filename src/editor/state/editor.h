@@ -4,6 +4,7 @@
 #include "document/document.h"
 #include "engine/engine.h"
 #include "plug_ins/plug_ins.h"
+#include "session/import_memory.h"
 #include "session/plug_in_list.h"
 #include "session/recent_files.h"
 #include "session/settings_text.h"
@@ -57,12 +58,16 @@ struct LightChoice {
 
 /// The file dialogs, each with the filter that was set in it last.
 struct FileDialogs {
-    FileDialog openModel{{{Word::modelFiles, "*.mx3"}}};
+    FileDialog openModel{{{Word::modelFiles, "*.mx3"},
+                          {Word::objFiles, "*.obj"},
+                          {Word::gltfFiles, "*.gltf;*.glb"}}};
     FileDialog saveModel{{{Word::modelFiles, "*.mx3"}, {Word::modelSourceFiles, "*.mdl"}}};
     FileDialog openTextures{
         {{Word::textureListFiles, "*.mxt"}, {Word::textureSourceFiles, "*.txr"}}};
     FileDialog saveTextures{
         {{Word::textureListFiles, "*.mxt"}, {Word::textureSourceFiles, "*.txr"}}};
+    FileDialog exportModel{
+        .kinds = {{Word::objFiles, "*.obj"}}, .folder = {}, .defaultExtension = "obj"};
     FileDialog importTextures{}; ///< these two with the filters of the plug-ins
     FileDialog exportTextures{};
 };
@@ -90,6 +95,9 @@ struct Editor {
     PlugIns plugIns;
     LoadedPlugIns loadedPlugIns;
     ExportChoice exportChoice;
+    ImportMemory imports;
+    std::string importReport; ///< on the last import; empty before the first
+    std::string statusLine;   ///< stands in the status bar until the next command; mostly empty
 
     std::array<std::string, 2> targetFolders; ///< for target images: the first that takes them
     std::string settingsPath;                 ///< empty when no settings are kept

@@ -24,14 +24,16 @@ void setAlertTexts(AlertState& state, std::string_view text1, std::string_view t
     copyText(state.placeholder2, text2);
 }
 
-AlertButton alert(AlertState& state, HWND owner, Message message, AlertStyle style)
+AlertButton alert(AlertState& state, HWND owner, Message message, AlertStyle style,
+                  const std::string& reason)
 {
     std::array<char, 256> text{};
     LoadStringA(instanceOf(owner), static_cast<UINT>(message), text.data(),
                 static_cast<int>(text.size()));
     if (owner) ShowOwnedPopups(owner, FALSE);
-    const std::string expanded =
+    std::string expanded =
         expandPlaceholders(text.data(), state.placeholder1.data(), state.placeholder2.data());
+    if (!reason.empty()) expanded += "\n\n" + reason;
     const bool isOwn = state.caption != AlertState{}.caption;
     const std::string caption =
         isOwn ? state.caption.data() : loadCatalogueText(owner, Word::alertCaption);

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <array>
+#include <string>
 #include <string_view>
 
 namespace facetor {
@@ -34,7 +35,9 @@ enum class AlertButton : int { ok = IDOK, cancel = IDCANCEL, yes = IDYES, no = I
 void setAlertTexts(AlertState& state, std::string_view text1, std::string_view text2);
 
 /// Shows a catalogue message over `owner` (or over nothing) and waits for the button. The pop-up
-/// windows that the owner owns are hidden meanwhile. Empties both placeholders.
-AlertButton alert(AlertState& state, HWND owner, Message message, AlertStyle style);
+/// windows that the owner owns are hidden meanwhile. Empties both placeholders. What is known
+/// beyond the message stands below it in `reason`.
+AlertButton alert(AlertState& state, HWND owner, Message message, AlertStyle style,
+                  const std::string& reason = {});
 
 } // namespace facetor

@@ -13,9 +13,6 @@ namespace {
 
 constexpr std::size_t pathBufferSize = 16640; ///< bytes, with the terminating NUL
 
-/// What a dialog may append to a name that is typed without an extension.
-constexpr char defaultExtension[] = "123";
-
 /// The kinds of files as the system's dialogs take them, in the user's language.
 std::string filterTexts(HWND owner, const FileDialog& dialog)
 {
@@ -47,7 +44,7 @@ std::optional<std::vector<char>> runDialog(HWND owner, FileDialog& dialog,
     description.lpstrFileTitle = title.data();
     description.nMaxFileTitle = static_cast<DWORD>(title.size());
     if (!dialog.folder.empty()) description.lpstrInitialDir = dialog.folder.c_str();
-    description.lpstrDefExt = defaultExtension;
+    description.lpstrDefExt = dialog.defaultExtension;
     // Without OFN_NOCHANGEDIR the folder last looked at could not be removed while we run.
     description.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | flags;
     if (!ask(&description)) {

@@ -30,6 +30,8 @@ struct FileDialog {
     const char* filters = nullptr;
     DWORD filter = 1;
     std::string folder = {}; ///< where it begins; empty: where the system last was
+    /// What may be appended to a name that is typed without an extension.
+    const char* defaultExtension = "123";
 };
 
 /// Asks for an existing file; none when the user cancels. Offers to create a missing one, which

@@ -1,9 +1,14 @@
 #include "ui/progress.h"
 
 #include "resources/resource_ids.h"
+#include "ui/handles.h"
 #include "ui/window_data.h"
 
 #include <commctrl.h>
+
+#include <atomic>
+#include <system_error>
+#include <thread>
 
 namespace facetor {
 
@@ -22,8 +27,8 @@ INT_PTR CALLBACK progressProcedure(HWND window, UINT message, WPARAM wParam, LPA
 
 } // namespace
 
-Progress::Progress(HWND owner, Word title, std::uint32_t count)
-    : owner_(owner), title_(title), count_(count), started_(GetTickCount64())
+Progress::Progress(HWND owner, Word title, std::uint32_t count, std::uint64_t started)
+    : owner_(owner), title_(title), count_(count), started_(started)
 {
 }
 
@@ -65,24 +70,69 @@ void Progress::takeMessages()
     if (!IsWindowEnabled(GetDlgItem(window_, IDCANCEL))) stopped_ = true;
 }
 
+void Progress::update(const std::string& path, const std::string& count, std::uint32_t position)
+{
+    shown_ = GetTickCount64();
+    SetDlgItemTextA(window_, IDC_PROGRESS_FILE, path.c_str() + path.find_last_of("\\/") + 1);
+    SetDlgItemTextA(window_, IDC_PROGRESS_COUNT, count.c_str());
+    SendDlgItemMessageA(window_, IDC_PROGRESS_BAR, PBM_SETPOS, position, 0);
+}
+
+bool Progress::goesOn(const std::string& path, std::uint32_t percent)
+{
+    const std::uint64_t now = GetTickCount64();
+    if (!window_ && now - started_ >= patience) show();
+    if (!window_) return true;
+    if (now - shown_ >= pace) update(path, std::to_string(percent) + " %", percent);
+    takeMessages();
+    return !stopped_;
+}
+
 bool Progress::goesOn(const std::string& path)
 {
     // As far as messages have been taken: the key that closed an alert is still down.
     if (done_ > 0 && GetKeyState(VK_ESCAPE) < 0) stopped_ = true;
     const std::uint64_t now = GetTickCount64();
     if (!window_ && done_ > 0 && now - started_ >= patience) show();
-    if (window_ && now - shown_ >= pace) {
-        shown_ = now;
-        SetDlgItemTextA(window_, IDC_PROGRESS_FILE, path.c_str() + path.find_last_of("\\/") + 1);
-        const std::string count =
-            expandPlaceholders(loadCatalogueText(owner_, Word::countOf), std::to_string(done_ + 1),
-                               std::to_string(count_));
-        SetDlgItemTextA(window_, IDC_PROGRESS_COUNT, count.c_str());
-        SendDlgItemMessageA(window_, IDC_PROGRESS_BAR, PBM_SETPOS, done_, 0);
-    }
+    if (window_ && now - shown_ >= pace)
+        update(path,
+               expandPlaceholders(loadCatalogueText(owner_, Word::countOf),
+                                  std::to_string(done_ + 1), std::to_string(count_)),
+               done_);
     if (window_) takeMessages();
     ++done_;
     return !stopped_;
+}
+
+bool workAside(HWND owner, Word title, const std::string& path,
+               const std::function<void(const ShareDone&)>& work)
+{
+    const UniqueHandle<HANDLE, CloseHandle> ended(CreateEventA(nullptr, TRUE, FALSE, nullptr));
+    std::atomic<std::uint32_t> percent = 0;
+    std::atomic<bool> stopped = false;
+    std::thread worker;
+    try {
+        if (ended)
+            worker = std::thread([&] {
+                work([&](double share) {
+                    percent = static_cast<std::uint32_t>(share * 100);
+                    return !stopped;
+                });
+                SetEvent(ended.get());
+            });
+    } catch (const std::system_error&) { // no more threads: the windows wait, then
+    }
+    if (!worker.joinable()) return work({}), true;
+    // No message is taken before there is a window that keeps the others from acting.
+    const HANDLE event = ended.get();
+    if (WaitForSingleObject(event, patience) != WAIT_OBJECT_0) {
+        Progress progress(owner, title, 100, GetTickCount64() - patience);
+        do {
+            if (!progress.goesOn(path, percent)) stopped = true;
+        } while (MsgWaitForMultipleObjects(1, &event, FALSE, pace, QS_ALLINPUT) != WAIT_OBJECT_0);
+    }
+    worker.join();
+    return !stopped;
 }
 
 } // namespace facetor

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 namespace facetor {
@@ -15,8 +16,9 @@ namespace facetor {
 /// between two steps.
 class Progress {
 public:
-    /// Of `count` steps, with a catalogue text as the window's title.
-    Progress(HWND owner, Word title, std::uint32_t count);
+    /// Of `count` steps, with a catalogue text as the window's title; begun at the time `started`,
+    /// in the system's milliseconds.
+    Progress(HWND owner, Word title, std::uint32_t count, std::uint64_t started = GetTickCount64());
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
@@ -26,8 +28,12 @@ public:
     /// by ending the program.
     bool goesOn(const std::string& path);
 
+    /// The same between two moments of one step, of which `percent` is done.
+    bool goesOn(const std::string& path, std::uint32_t percent);
+
 private:
     void show();
+    void update(const std::string& path, const std::string& count, std::uint32_t position);
     void takeMessages();
 
     HWND owner_;
@@ -39,5 +45,14 @@ private:
     HWND window_ = nullptr;
     bool stopped_ = false;
 };
+
+/// Takes the share of work that is done, 0 to 1; false asks for its end.
+using ShareDone = std::function<bool(double)>;
+
+/// Does work on one file on a thread of its own, while the windows of `owner` paint themselves but
+/// take no input; after a third of a second there is a Progress. The work tells how far it is and
+/// must not touch what this thread uses. Returns at its end, false when the user stopped it.
+bool workAside(HWND owner, Word title, const std::string& path,
+               const std::function<void(const ShareDone&)>& work);
 
 } // namespace facetor

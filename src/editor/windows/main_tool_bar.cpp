@@ -72,6 +72,8 @@ void refreshMenuState(Editor& editor)
     const MenuFacts facts{.undoAvailable = !document.undo.isEmpty(),
                           .canStepBack = canStep(document, Direction::back),
                           .canStepForward = canStep(document, Direction::forward),
+                          .isImported = !document.importedFrom.empty(),
+                          .hasImportReport = !editor.importReport.empty(),
                           .anyPicked = isAnyPicked(document.model),
                           .toolBoxShown = toolBox && IsWindowVisible(toolBox) != FALSE,
                           .attributesShown = editor.attributeWindow != nullptr,

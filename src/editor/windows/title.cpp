@@ -1,5 +1,6 @@
 #include "windows/title.h"
 
+#include "exchange/foreign_file.h"
 #include "state/editor.h"
 #include "ui/window_data.h"
 
@@ -42,8 +43,17 @@ void setWindowTitle(const Editor& editor, HWND window, Word word)
 
 std::string shownModelFile(const Editor& editor)
 {
-    const std::string& file = editor.document.modelFile;
-    return file.empty() ? loadCatalogueText(editor.mainWindow, Word::untitled) : file;
+    const Document& document = editor.document;
+    if (!document.modelFile.empty()) return document.modelFile;
+    return document.importedFrom.empty() ? loadCatalogueText(editor.mainWindow, Word::untitled)
+                                         : titleOf(document.importedFrom);
+}
+
+std::optional<std::string> importedName(const Editor& editor)
+{
+    const std::string& source = editor.document.importedFrom;
+    if (source.empty() || !editor.document.modelFile.empty()) return std::nullopt;
+    return folderOf(source) + titleOf(source);
 }
 
 } // namespace facetor

@@ -1,0 +1,47 @@
+#include "base/text.h"
+#include "commands/import_commands.h"
+#include "exchange/export_files.h"
+#include "exchange/foreign_file.h"
+#include "state/editor.h"
+#include "ui/handles.h"
+#include "windows/title.h"
+
+namespace facetor {
+
+namespace {
+
+/// Whether the files beside the chosen one, which the file dialog has asked about, may be replaced.
+bool mayReplace(Editor& editor, const std::vector<std::string>& standing)
+{
+    if (standing.empty()) return true;
+    setAlertTexts(editor.alerts, standing.front(), std::to_string(standing.size()));
+    return alert(editor.alerts, editor.mainWindow, Message::replaceOthers, AlertStyle::question) ==
+           AlertButton::yes;
+}
+
+} // namespace
+
+CommandOutcome exportModel(Editor& editor)
+{
+    const Document& document = editor.document;
+    const auto chosen = askSaveFile(
+        editor.mainWindow, editor.fileDialogs.exportModel,
+        importedName(editor).value_or(std::string(cutExtension(shownModelFile(editor)))));
+    if (!chosen || !isRunning(editor)) return CommandOutcome::abandoned;
+    const std::string folder = folderOf(chosen->path);
+    std::vector<ExportedFile> files;
+    Reason reason;
+    Message message = writeObj(files, document.model, &document.textures, titleOf(chosen->path));
+    if (message == Message::none) {
+        files.front().name = chosen->path.substr(folder.size());
+        if (!mayReplace(editor, standingFiles(folder, files)) || !isRunning(editor))
+            return CommandOutcome::abandoned;
+        const WaitCursor waiting;
+        message = writeExport(folder, files, reason);
+    }
+    if (message == Message::none) return CommandOutcome::done;
+    alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation, reason.text);
+    return CommandOutcome::abandoned;
+}
+
+} // namespace facetor

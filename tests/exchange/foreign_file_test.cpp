@@ -1,0 +1,75 @@
+#include "exchange/foreign_file.h"
+
+#include "base/file.h"
+#include "base/temporary_folder.h"
+#include "exchange/export_files.h"
+#include "session/import_memory.h"
+#include "session/import_text.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace facetor {
+namespace {
+
+TEST(ForeignFile, IsReadWithWhatLiesBelowItAndCanBeStopped)
+{
+    const TemporaryFolder folder;
+    ASSERT_EQ(writeFile(folder.file("a.b.obj"),
+                        std::as_bytes(std::span("mtllib ../x.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\n"
+                                                "f 1 2 3\nl 1 2"))),
+              Message::none);
+    ImportedModel imported;
+    Reason reason;
+    EXPECT_EQ(importModelFile(imported, folder.file("a.b.obj"), {}, {}, reason), Message::none);
+    EXPECT_EQ(imported.model.names[0], "a.b");
+    const TextOf english = [](Word word) { return std::string(catalogueText(word)); };
+    EXPECT_EQ(importStatus(imported.report, english),
+              "1 polygons, 0 textures. Notes: 1, see File > Import Report");
+    EXPECT_NE(
+        importReportText(imported.report, "C:\\a.b.obj", english)
+            .find("\r\nline 1: material file \"../x.mtl\": not beside or below the model\r\n"),
+        std::string::npos);
+    EXPECT_EQ(importModelFile(
+                  imported, folder.file("a.b.obj"), {}, [](double) { return false; }, reason),
+              Message::formatNotSupported);
+    EXPECT_EQ(reason.text, "it was stopped");
+    EXPECT_EQ(importModelFile(imported, folder.file("gone.glb"), {}, {}, reason),
+              Message::cannotOpenFile);
+}
+
+TEST(ExportFiles, AreAllThereOrNone)
+{
+    const TemporaryFolder folder;
+    const std::string below = folder.file("");
+    const std::vector<ExportedFile> files{
+        {"a.obj", Bytes(3)}, {"a.mtl", Bytes(4)}, {"a.textures/0000.png", Bytes(5)}};
+    std::filesystem::create_directory(folder.path() / "a.mtl"); // where a file is to stand
+    Reason reason;
+    EXPECT_EQ(writeExport(below, files, reason), Message::cannotCreateFile);
+    EXPECT_TRUE(reason.text.starts_with("a.mtl: ")) << reason.text;
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "a.obj"));
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "a.textures"));
+    std::filesystem::remove(folder.path() / "a.mtl");
+    EXPECT_TRUE(standingFiles(below, files).empty());
+    EXPECT_EQ(writeExport(below, files, reason), Message::none);
+    EXPECT_EQ(standingFiles(below, files),
+              (std::vector<std::string>{"a.mtl", "a.textures/0000.png"}));
+}
+
+TEST(ImportMemory, KnowsWhatASavedModelCameFromAndHow)
+{
+    ImportMemory memory;
+    rememberSource(memory, "C:\\a.obj", {2, UpAxis::z, Triangles::keep, {}});
+    EXPECT_EQ(optionsOf(memory, "c:\\A.OBJ", {}).scale, 2);
+    EXPECT_EQ(optionsOf(memory, "b.obj", {3, UpAxis::y, Triangles::rejoin, {}}).scale, 3);
+    rememberModel(memory, "a.mx3", "C:\\a.obj");
+    rememberModel(memory, "b.mx3", "");
+    EXPECT_EQ(importedFrom(memory, "A.mx3") + importedFrom(memory, "b.mx3"), "C:\\a.obj");
+    rememberModel(memory, "a.mx3", ""); // another model took its place
+    EXPECT_EQ(importedFrom(memory, "a.mx3"), "");
+}
+
+} // namespace
+} // namespace facetor
