@@ -23,6 +23,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -77,6 +78,25 @@ Picture cutOut(const Picture& picture, int left, int top, int width, int height)
                  std::vector<std::uint8_t>(static_cast<std::size_t>(3 * width * height))};
     drawOver(part, picture, -left, -top);
     return part;
+}
+
+/// Makes the tower and all on it `times` as high: what stands 20 above the sea and beside the
+/// house.
+void makeTower(const std::string& path, double times)
+{
+    std::ifstream file(path);
+    std::ostringstream changed;
+    for (std::string line; std::getline(file, line);) {
+        std::istringstream words(line);
+        std::string keyword;
+        double x = 0, y = 0, z = 0;
+        if (words >> keyword >> x >> y >> z && keyword == "v" && x > -20 && y > 20)
+            changed << "v " << x << ' ' << 20 + (y - 20) * times << ' ' << z << '\n';
+        else
+            changed << line << '\n';
+    }
+    file.close();
+    std::ofstream(path) << changed.str();
 }
 
 /// An editor with the ship, turned a little to the side, in a window of a good size for a page.
@@ -451,6 +471,73 @@ TEST_F(ManualPictures, Slicing)
     editor.call(
         [](Editor& e) { runCommand(e, CommandWindow::textures, IDM_TEXTURE_SHOW_SLICED, 0); });
     savePicture(scene({toolBox(), textures}), "slice-done");
+}
+
+/// The way from an OBJ to C source, as the page about models has it.
+TEST_F(ManualPictures, FromAnObjToCSource)
+{
+    namespace fs = std::filesystem;
+    const fs::path folder = "C:\\Facetor\\Mine";
+    fs::create_directories(folder);
+    for (const auto& entry : fs::directory_iterator(samples))
+        if (entry.path().filename().string().starts_with("lighthouse"))
+            fs::copy_file(entry, folder / entry.path().filename());
+    const std::string obj = (folder / "lighthouse.obj").string();
+    fs::current_path(folder);
+
+    editor.postDrop({obj});
+    const ShownAlert dialog = editor.waitForAlert();
+    save(dialog.window, "import-model");
+    editor.closeDialog(dialog, IDOK);
+    ASSERT_TRUE(editor.waitForTitle("lighthouse"));
+    savePicture(scene({toolBox()}), "model-opened");
+
+    editor.sendCommand(IDM_CAMERA_BACK);
+    const auto saveMiddle = [&](const std::string& name) {
+        savePicture(cutOut(editor.picture(), 180, 140, 260, 200), name);
+    };
+    saveMiddle("model-before");
+    editor.sendCommand(IDM_TOOL_SELECT);
+    click({300, 287});
+    editor.sendCommand(IDM_SELECT_MATERIAL);
+    const HWND attributes = openAttributes();
+    choosePage(attributes, 2);
+    HWND page = nullptr;
+    do page = FindWindowExA(attributes, page, "#32770", nullptr);
+    while (page && !IsWindowVisible(page));
+    SendDlgItemMessageA(page, IDC_ATTRIBUTE_FARTHEST, BM_CLICK, 0, 0);
+    SendMessageA(attributes, WM_COMMAND, IDOK, 0);
+    editor.sendCommand(IDM_SELECT_CLEAR);
+    editor.sendCommand(IDM_VIEW_ATTRIBUTES);
+    saveMiddle("model-after");
+
+    const std::string model = (folder / "lighthouse.mx3").string();
+    editor.post(WM_COMMAND, IDM_FILE_SAVE);
+    EXPECT_TRUE(editor.fillFileDialog(model));
+    EXPECT_TRUE(editor.waitForTitle(model));
+    makeTower(obj, 1.25);
+    editor.sendCommand(IDM_FILE_IMPORT_AGAIN);
+    savePicture(scene({toolBox()}), "model-again");
+    editor.call([](Editor& e) {
+        const PolygonAttribute* first = e.document.model.attributes.data();
+        EXPECT_TRUE(std::any_of(first, first + e.document.model.totalPolygonCount,
+                                [](const auto& a) { return a.sort == sortFarthest; }));
+    });
+    editor.sendCommand(IDM_FILE_SAVE);
+    const std::string source = (folder / "lighthouse.mdl").string();
+    editor.post(WM_COMMAND, IDM_FILE_SAVE_AS);
+    EXPECT_TRUE(editor.fillFileDialog(source, 2));
+    EXPECT_TRUE(waitUntil([&] { return fs::exists(source); }));
+
+    // A file that names what is not there.
+    std::ofstream(folder / "sign.obj") << "mtllib sign.mtl\nv 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\n"
+                                          "usemtl board\nf 1 2 3 4\n";
+    editor.setChanged(false);
+    editor.beginOpen((folder / "sign.obj").string());
+    editor.press(editor.waitForAlert(), IDOK);
+    const ShownAlert report = editor.waitForAlert();
+    save(report.window, "import-report");
+    editor.closeDialog(report, IDOK);
 }
 
 /// Steps 4 to 6 of the first five minutes, as the page has them. At the end: it leaves recent

@@ -2,6 +2,7 @@
 #include "commands/import_commands.h"
 #include "exchange/export_files.h"
 #include "exchange/foreign_file.h"
+#include "exchange/gltf_writer.h"
 #include "state/editor.h"
 #include "ui/handles.h"
 #include "windows/title.h"
@@ -19,6 +20,21 @@ bool mayReplace(Editor& editor, const std::vector<std::string>& standing)
            AlertButton::yes;
 }
 
+/// Numbers of the filters of the dialog.
+enum ExportFilter : DWORD { exportObj = 1, exportGlb = 2 };
+
+/// All files of an export, the chosen one first. Its extension says of which kind it is, and the
+/// filter for any other extension.
+Message formatExport(std::vector<ExportedFile>& files, const Document& document,
+                     const std::string& path, DWORD filter)
+{
+    const std::string_view extension = extensionOf(path);
+    const bool isGlb = equalIgnoringCase(extension, "glb") ||
+                       (filter == exportGlb && !equalIgnoringCase(extension, "obj"));
+    if (!isGlb) return writeObj(files, document.model, &document.textures, titleOf(path));
+    return writeGlb(files.emplace_back().bytes, document.model, &document.textures);
+}
+
 } // namespace
 
 CommandOutcome exportModel(Editor& editor)
@@ -31,7 +47,7 @@ CommandOutcome exportModel(Editor& editor)
     const std::string folder = folderOf(chosen->path);
     std::vector<ExportedFile> files;
     Reason reason;
-    Message message = writeObj(files, document.model, &document.textures, titleOf(chosen->path));
+    Message message = formatExport(files, document, chosen->path, chosen->filter);
     if (message == Message::none) {
         files.front().name = chosen->path.substr(folder.size());
         if (!mayReplace(editor, standingFiles(folder, files)) || !isRunning(editor))

@@ -66,8 +66,9 @@ struct FileDialogs {
         {{Word::textureListFiles, "*.mxt"}, {Word::textureSourceFiles, "*.txr"}}};
     FileDialog saveTextures{
         {{Word::textureListFiles, "*.mxt"}, {Word::textureSourceFiles, "*.txr"}}};
-    FileDialog exportModel{
-        .kinds = {{Word::objFiles, "*.obj"}}, .folder = {}, .defaultExtension = "obj"};
+    FileDialog exportModel{.kinds = {{Word::objFiles, "*.obj"}, {Word::glbFiles, "*.glb"}},
+                           .folder = {},
+                           .defaultExtension = "obj"};
     FileDialog importTextures{}; ///< these two with the filters of the plug-ins
     FileDialog exportTextures{};
 };
