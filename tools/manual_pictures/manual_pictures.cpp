@@ -498,8 +498,8 @@ TEST_F(ManualPictures, FromAnObjToCSource)
     };
     saveMiddle("model-before");
     editor.sendCommand(IDM_TOOL_SELECT);
-    click({300, 287});
-    editor.sendCommand(IDM_SELECT_MATERIAL);
+    click({345, 280}); // the grass before the house,
+    click({312, 270}); // and that beside it
     const HWND attributes = openAttributes();
     choosePage(attributes, 2);
     HWND page = nullptr;
