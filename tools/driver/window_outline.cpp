@@ -130,6 +130,14 @@ private:
              "brush,", value(GCLP_HICON) ? "icon, owned by" : "no icon, owned by",
              owner ? quoted(windowText(owner)) : "none");
     }
+    static std::string tipOf(HWND bar, int command)
+    {
+        NMTTDISPINFOA tip{};
+        tip.hdr.code = TTN_GETDISPINFOA;
+        tip.hdr.idFrom = static_cast<UINT_PTR>(command);
+        SendMessageA(GetParent(bar), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&tip));
+        return quoted(tip.lpszText ? tip.lpszText : "");
+    }
     void addButtons(HWND bar)
     {
         const auto tips = reinterpret_cast<HWND>(SendMessageA(bar, TB_GETTOOLTIPS, 0, 0));
@@ -139,13 +147,15 @@ private:
             TBBUTTON button{};
             SendMessageA(bar, TB_GETBUTTON, static_cast<WPARAM>(i),
                          reinterpret_cast<LPARAM>(&button));
-            NMTTDISPINFOA tip{};
-            tip.hdr.code = TTN_GETDISPINFOA;
-            tip.hdr.idFrom = static_cast<UINT_PTR>(button.idCommand);
-            SendMessageA(GetParent(bar), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&tip));
             line("button", button.idCommand, "image", button.iBitmap, "state", hex(button.fsState),
-                 "style", hex(button.fsStyle), quoted(tip.lpszText ? tip.lpszText : ""));
+                 "style", hex(button.fsStyle), tipOf(bar, button.idCommand));
         }
+        // A command may have a tip and no button.
+        constexpr int firstCommand = 40001, lastCommand = 40200;
+        for (int command = firstCommand; command <= lastCommand; ++command)
+            if (SendMessageA(bar, TB_COMMANDTOINDEX, static_cast<WPARAM>(command), 0) < 0 &&
+                tipOf(bar, command) != quoted(""))
+                line("no button", command, tipOf(bar, command));
     }
     void addParts(HWND bar)
     {
