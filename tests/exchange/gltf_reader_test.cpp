@@ -1,6 +1,7 @@
 #include "exchange/gltf_reader.h"
 
 #include "exchange/model_import.h"
+#include "exchange/model_points.h"
 
 #include <gtest/gtest.h>
 
@@ -46,11 +47,67 @@ TEST(GltfReader, MakesNodesWithTheirTreeAndLooks)
     EXPECT_NE(model.attributes[0].flags & translucentMode, 0u);
 }
 
+TEST(GltfReader, RotationsLeadWhereTheirQuaternionsDo)
+{
+    // The images of the x and the y axis.
+    static const struct {
+        const char* quaternion;
+        Real3 x, y;
+    } rows[] = {
+        {"[0.5,0.5,0.5,0.5]", {0, 1, 0}, {0, 0, 1}},
+        {"[0.5,0.5,-0.5,0.5]", {0, 0, -1}, {1, 0, 0}}, // about y by a quarter, and more
+        {"[-0.5,-0.5,-0.5,0.5]", {0, 0, 1}, {1, 0, 0}},
+        {"[0,1e-9,0,1]", {1, 0, 0}, {0, 1, 0}},
+        {"[0.5609855,0.4304593,0.4304593,0.5609855]", {0.2588190, 0.9659258, 0}, {0, 0, 1}},
+    };
+    for (const auto& [quaternion, x, y] : rows) {
+        SCOPED_TRACE(quaternion);
+        Scene scene;
+        Reason reason;
+        Model model;
+        ImportReport report;
+        std::string text = square("[0,0,0.70710678,0.70710678]", quaternion);
+        text.replace(text.find("[1,2,1]"), 7, "[1,1,1]");
+        ASSERT_EQ(createModelStore(model), Message::none);
+        ASSERT_EQ(readGltf(scene, std::as_bytes(std::span(text)), nullptr, reason), Message::none);
+        ASSERT_EQ(buildModel(model, nullptr, scene, {}, report, reason), Message::none);
+        const Matrix placed = placementsOf(model)[1];
+        for (const auto& [from, to] : {std::pair(Vector3{1, 0, 0}, x), {Vector3{0, -1, 0}, y}}) {
+            const Vector3 image = rotateVector(from, placed);
+            EXPECT_NEAR(image.x, to[0], 2e-4);
+            EXPECT_NEAR(image.y, -to[1], 2e-4);
+            EXPECT_NEAR(image.z, -to[2], 2e-4);
+        }
+    }
+}
+
+TEST(GltfReader, PutsSparseElementsIntoTheirPlaces)
+{
+    Scene scene;
+    Reason reason;
+    // The first element, whose index stands at offset 12, becomes that at offset 4.
+    const std::string text =
+        square("\"count\":4,", "\"count\":4,\"sparse\":{\"count\":1,\"indices\":{\"bufferView\":0,"
+                               "\"byteOffset\":12,\"componentType\":5121},\"values\":"
+                               "{\"bufferView\":0,\"byteOffset\":4}},");
+    ASSERT_EQ(readGltf(scene, std::as_bytes(std::span(text)), nullptr, reason), Message::none)
+        << reason.text;
+    EXPECT_EQ(scene.positions[0], (Real3{1, 0, 0}));
+    EXPECT_EQ(scene.positions[1], (Real3{1, 0, 0}));
+    EXPECT_EQ(scene.positions[2], (Real3{1, 1, 0}));
+}
+
 TEST(GltfReader, NamesWhatIsBroken)
 {
     static const std::array<const char*, 3> rows[] = {
         {"\"count\":4", "\"count\":5", "accessor 0 overruns its bufferView"},
-        {"\"count\":4", "\"count\":18446744073709551615", "accessor 0 overruns its bufferView"},
+        {"\"count\":4", "\"count\":18446744073709551615", "accessor 0 has no count that can be"},
+        {"\"count\":4,", "\"count\":4,\"sparse\":{\"count\":5},",
+         "accessor 0 has no sparse count that can be"},
+        {"\"count\":4,",
+         "\"count\":4,\"sparse\":{\"count\":1,\"indices\":{\"bufferView\":0,\"byteOffset\":8,"
+         "\"componentType\":5123},\"values\":{\"bufferView\":0}},",
+         "accessor 0 has a sparse index out of range"},
         {"\"byteLength\":16,\"byteStride\"", "\"byteLength\":17,\"byteStride\"",
          "bufferView 0 overruns its buffer"},
         {"\"byteLength\":16,\"uri\"", "\"byteLength\":99,\"uri\"",

@@ -48,6 +48,7 @@ TEST(ModelImport, MakesPolygonsOfFaces)
         {"f 1 2 3 4\n", 1, 0, 0, 0, 0},
         {"f 1 2 3\n", 0, 1, 0, 0, 0},
         {"f 1 2 3\nf 1 3 4\n", 1, 0, 1, 0, 0},
+        {"f 1 2 3\ns 1\nf 1 3 4\n", 1, 0, 1, 0, 0},
         {"f 1 2 3\nf 3 1 4\n", 0, 2, 0, 0, 0}, // turned over
         {"f 1 2 3\nusemtl other\nf 1 3 4\n", 0, 2, 0, 0, 0},
         {"vt 0 0\nvt 1 1\nf 1/1 2/1 3/2\nf 1/1 3/1 4/1\n", 0, 2, 0, 0, 0}, // a seam

@@ -19,7 +19,8 @@ namespace {
 using Json = nlohmann::json;
 
 constexpr std::uint32_t glbTag = tag("glTF"), jsonChunk = tag("JSON"), binaryChunk = tag("BIN\0");
-constexpr std::size_t mostFaces = 2'000'000; ///< of all instances together
+constexpr std::size_t mostFaces = 2'000'000;     ///< of all instances together
+constexpr std::size_t mostElements = 16'000'000; ///< of an accessor
 constexpr int deepestNode = 256;
 
 // Members of JSON objects, whatever stands there: a missing or wrong one is as if it were not
@@ -283,47 +284,98 @@ private:
         const std::string name = "accessor " + std::to_string(index);
         const Json& json = element(member(json_, "accessors"), index);
         if (!json.is_object()) return fail(name + " does not exist");
-        if (member(json, "sparse").is_object()) return fail(name + " is sparse");
         static const std::map<std::string, std::size_t> widths{
             {"SCALAR", 1}, {"VEC2", 2}, {"VEC3", 3}, {"VEC4", 4}};
         const auto width = widths.find(textMember(json, "type"));
+        const std::size_t count = sizeMember(json, "count", 0);
+        if (width == widths.end()) return fail(name + " is of an unknown type");
+        if (count == 0 || count > mostElements) return fail(name + " has no count that can be");
+        numbers.width = width->second;
+        numbers.values.clear();
+        const Json& sparse = member(json, "sparse");
         const std::size_t kind = sizeMember(json, "componentType", 0);
+        const bool normalised = member(json, "normalized") == true;
+        if (member(json, "bufferView").is_null() && sparse.is_object())
+            numbers.values.assign(count * numbers.width, 0.0); // all that is not said is zero
+        else if (!readElements(numbers.values, json, kind, numbers.width, count, name))
+            return false;
+        if (sparse.is_object() && !readSparse(numbers, sparse, kind, count, name)) return false;
+        if (normalised)
+            for (double& value : numbers.values) value = std::max(value / largestOf(kind), -1.0);
+        return true;
+    }
+
+    /// What a normalised number of that kind is divided by.
+    static double largestOf(std::size_t kind)
+    {
+        switch (kind) {
+        case 5120: return 127;
+        case 5121: return 255;
+        case 5122: return 32767;
+        case 5123: return 65535;
+        default: return 1;
+        }
+    }
+
+    /// `count` elements of `width` numbers from where `json` says that they lie.
+    bool readElements(std::vector<double>& values, const Json& json, std::size_t kind,
+                      std::size_t width, std::size_t count, const std::string& name)
+    {
         static const std::map<std::size_t, std::size_t> sizes{{5120, 1}, {5121, 1}, {5122, 2},
                                                               {5123, 2}, {5125, 4}, {5126, 4}};
         const auto size = sizes.find(kind);
-        if (width == widths.end() || size == sizes.end())
-            return fail(name + " is of an unknown type");
+        if (size == sizes.end()) return fail(name + " is of an unknown type");
         const auto bytes = view(sizeMember(json, "bufferView", missing));
         if (!bytes) return fail(name + " has no data");
-        const std::size_t elementSize = width->second * size->second;
+        const std::size_t elementSize = width * size->second;
         const std::size_t stride =
             sizeMember(element(member(json_, "bufferViews"), sizeMember(json, "bufferView", 0)),
                        "byteStride", elementSize);
         const std::size_t offset = sizeMember(json, "byteOffset", 0);
-        const std::size_t count = sizeMember(json, "count", 0);
-        if (stride < elementSize || stride > 65535 || offset > bytes->size() || count == 0 ||
+        if (stride < elementSize || stride > 65535 || offset > bytes->size() ||
             bytes->size() - offset < elementSize ||
             (bytes->size() - offset - elementSize) / stride < count - 1)
             return fail(name + " overruns its bufferView");
-        const bool normalised = member(json, "normalized") == true;
-        numbers.width = width->second;
-        numbers.values.clear();
-        numbers.values.reserve(count * width->second);
+        values.reserve(count * width);
         for (std::size_t i = 0; i < count; ++i) {
             ByteReader in{bytes->subspan(offset + i * stride, elementSize)};
-            for (std::size_t k = 0; k < width->second; ++k) {
-                double value = 0, most = 1;
+            for (std::size_t k = 0; k < width; ++k) {
+                double value = 0;
                 switch (kind) {
-                case 5120: value = static_cast<std::int8_t>(in.u8()), most = 127; break;
-                case 5121: value = in.u8(), most = 255; break;
-                case 5122: value = static_cast<std::int16_t>(in.u16()), most = 32767; break;
-                case 5123: value = in.u16(), most = 65535; break;
+                case 5120: value = static_cast<std::int8_t>(in.u8()); break;
+                case 5121: value = in.u8(); break;
+                case 5122: value = static_cast<std::int16_t>(in.u16()); break;
+                case 5123: value = in.u16(); break;
                 case 5125: value = in.u32(); break;
                 default: value = double{in.f32()};
                 }
                 if (!std::isfinite(value)) return fail(name + " holds a number that is not finite");
-                numbers.values.push_back(normalised ? std::max(value / most, -1.0) : value);
+                values.push_back(value);
             }
+        }
+        return true;
+    }
+
+    /// Puts single elements of an accessor into their places.
+    bool readSparse(Numbers& numbers, const Json& sparse, std::size_t kind, std::size_t count,
+                    const std::string& name)
+    {
+        const std::size_t changed = sizeMember(sparse, "count", 0);
+        if (changed == 0 || changed > count) return fail(name + " has no sparse count that can be");
+        std::vector<double> indices, values;
+        const Json& places = member(sparse, "indices");
+        if (!readElements(indices, places, sizeMember(places, "componentType", 0), 1, changed,
+                          name) ||
+            !readElements(values, member(sparse, "values"), kind, numbers.width, changed, name))
+            return false;
+        for (std::size_t i = 0; i < changed; ++i) {
+            if (!(indices[i] >= 0 && indices[i] < static_cast<double>(count)) ||
+                indices[i] != std::floor(indices[i]))
+                return fail(name + " has a sparse index out of range");
+            std::copy_n(
+                values.begin() + static_cast<std::ptrdiff_t>(i * numbers.width), numbers.width,
+                numbers.values.begin() + static_cast<std::ptrdiff_t>(
+                                             static_cast<std::size_t>(indices[i]) * numbers.width));
         }
         return true;
     }

@@ -94,7 +94,15 @@ public:
             reason.text = why;
             return Message::formatNotSupported;
         }
+        for (const SceneObject& object : scene_.objects)
+            for (const Real3& row : object.placement)
+                if (!isFinite(toVector(placed(row, options_))) || !isFinite(toVector(row)))
+                    beyondSingles_ = "\"" + object.name + "\" is placed too far away";
         makePieces();
+        if (!beyondSingles_.empty()) {
+            reason.text = beyondSingles_;
+            return Message::formatNotSupported;
+        }
         if (report_.polygons == 0) {
             reason.text = "no face has an area";
             return Message::formatNotSupported;
@@ -121,8 +129,7 @@ private:
         const std::uint64_t least = options_.triangles == Triangles::keep ? most : quarters / 2;
         // Faces without area may yet be dropped; so many are no model.
         if (least <= 4 * polygonCapacity) return {};
-        return std::to_string(scene_.faces.size()) + " faces; at most " +
-               std::to_string(polygonCapacity) + " polygons fit";
+        return tooManyFaces(scene_.faces.size());
     }
 
     void makePieces()
@@ -155,6 +162,7 @@ private:
                 const SceneCorner& corner = scene_.corners[face.firstCorner + i];
                 all.push_back(toVector(placed(scene_.positions[corner.position], options_)));
                 corners.push_back(toReal(all.back()));
+                if (!isFinite(all.back())) noteBeyond(f);
             }
             if (hasNoArea(corners)) {
                 ++report_.dropped;
@@ -176,6 +184,15 @@ private:
         }
         report_.polygons += static_cast<std::uint32_t>(part.pieces.size());
         report_.vertices += static_cast<std::uint32_t>(part.vertices.size());
+    }
+
+    /// Scaled, a position may be larger than a single holds.
+    void noteBeyond(std::uint32_t face)
+    {
+        if (!beyondSingles_.empty()) return;
+        const std::uint32_t line = scene_.faces[face].line;
+        beyondSingles_ = line == 0 ? "" : "line " + std::to_string(line) + ": ";
+        beyondSingles_ += "a position is too large at this scale";
     }
 
     void addFace(Part& part, std::uint32_t index, std::span<const Real3> corners)
@@ -311,7 +328,6 @@ private:
                 const Piece& a = part.pieces[triangles[edge.triangle]];
                 const Piece& b = part.pieces[triangles[other->triangle]];
                 float quality = 0;
-                if (a.smooth != b.smooth) continue;
                 const auto quad = joined(part, a, edge.corner, b, quality);
                 if (!quad) continue;
                 pairs.push_back({edge.triangle, other->triangle, quality});
@@ -325,6 +341,7 @@ private:
             Piece& piece = part.pieces[triangles[quad.first]];
             if (!piece.isTriangle) continue;
             piece.corner = quad.corner;
+            piece.smooth |= part.pieces[triangles[quad.second]].smooth;
             piece.isTriangle = false;
             isGone[triangles[quad.second]] = true;
             ++report_.rejoined;
@@ -429,10 +446,16 @@ private:
         const auto units = [](double radians) {
             return static_cast<Angle>(std::lround(radians / (2 * 3.14159265358979) * fullTurn));
         };
-        // About x first, then y, then z.
-        object.rotation = {units(std::atan2(axes[1][2], axes[2][2])),
-                           units(std::asin(std::clamp(-axes[0][2], -1.0, 1.0))),
-                           units(std::atan2(axes[0][1], axes[0][0]))};
+        // About x first, then y, then z. Where y takes the x axis into z, the other two turn about
+        // one axis, and the first does for both.
+        const double level = std::hypot(axes[0][0], axes[0][1]);
+        const double y = std::atan2(-axes[0][2], level);
+        if (level < 1e-6)
+            object.rotation = {units(std::atan2(y < 0 ? -axes[1][0] : axes[1][0], axes[1][1])),
+                               units(y), 0};
+        else
+            object.rotation = {units(std::atan2(axes[1][2], axes[2][2])), units(y),
+                               units(std::atan2(axes[0][1], axes[0][0]))};
         object.translation = translation;
         object.scaling = toVector(scaling);
     }
@@ -586,6 +609,7 @@ private:
     ImportReport& report_;
     const ImportProgress& progress_;
     TextureCuts cuts_;
+    std::string beyondSingles_;           ///< the first position that singles cannot hold
     std::uint32_t plainCount_ = 0;        ///< polygons with a picture that there is no list for
     std::uint32_t bareCount_ = 0;         ///< with a picture, but without texture coordinates
     std::vector<Part> parts_;             ///< parallel to the scene's objects

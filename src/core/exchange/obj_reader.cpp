@@ -1,6 +1,7 @@
 #include "exchange/obj_reader.h"
 
 #include "base/text.h"
+#include "model/model.h"
 
 #include <algorithm>
 #include <charconv>
@@ -12,6 +13,9 @@ namespace facetor {
 
 namespace {
 
+/// So many triangles are twice as many polygons as could fit, were they all rejoined, and then some
+/// are left for those without area.
+constexpr std::size_t mostFaces = 16 * polygonCapacity;
 constexpr std::uint32_t linesPerReport = 1024; ///< of progress
 
 constexpr bool isBlank(char c)
@@ -114,7 +118,15 @@ public:
                 !goesOn(progress_, 1 - double(lines.left()) / double(text.size()), reason_))
                 return Message::formatNotSupported;
             const std::string_view keyword = nextWord(line);
-            if (!readLine(keyword, line)) return Message::formatNotSupported;
+            if (faceCount_ <= mostFaces) {
+                if (!readLine(keyword, line)) return Message::formatNotSupported;
+            } else if (keyword == "f" || keyword == "fo") {
+                ++faceCount_; // what is far too large is read to its end only to say how large
+            }
+        }
+        if (faceCount_ > mostFaces) {
+            reason_.text = tooManyFaces(faceCount_);
+            return Message::formatNotSupported;
         }
         if (scene_.faces.empty()) {
             reason_.text = "it has no face";
@@ -240,6 +252,7 @@ private:
             scene_.corners.push_back(corner);
             ++face.cornerCount;
         }
+        if (face.cornerCount >= 3) ++faceCount_;
         scene_.faces.push_back(face);
         namesOfFaces_.push_back({objectName_, groupName_});
         return true;
@@ -364,6 +377,7 @@ private:
         std::uint32_t object, group;
     };
     std::vector<Names> namesOfFaces_;
+    std::size_t faceCount_ = 0;           ///< those of at least three corners
     std::vector<std::uint32_t> colourOf_; ///< of each position
     std::vector<double> numbers_;
     std::map<std::string, std::uint32_t> materials_;

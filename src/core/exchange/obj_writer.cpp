@@ -6,8 +6,10 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <map>
 #include <optional>
+#include <set>
 #include <tuple>
 
 namespace facetor {
@@ -19,6 +21,7 @@ constexpr int significantDigits = 9; // a single comes back from them as it was
 void appendNumber(TextWriter& out, double value)
 {
     out.append(' ');
+    if (!std::isfinite(value)) value = 0; // what readers refuse
     constexpr std::size_t most = 32;
     char* const begin = out.room(most);
     const auto [end, error] = std::to_chars(begin, begin + most, value + 0.0,
@@ -76,7 +79,7 @@ public:
     {
         const Mesh& mesh = model_.meshes[model_.objects[index].mesh];
         if (mesh.polygonCount == 0) return;
-        out.append("o " + onOneLine(model_.names[index], index) + "\n");
+        out.append("o " + ownName(index) + "\n");
         for (std::uint32_t v = 0; v < mesh.vertexCount; ++v) {
             const Real3 at = drawnAt(model_.vertices[mesh.vertexTable + v], placement);
             out.append('v');
@@ -130,6 +133,16 @@ public:
     }
 
 private:
+    /// Different from those before: a name that comes again would continue its object.
+    std::string ownName(std::uint32_t index)
+    {
+        const std::string stem = onOneLine(model_.names[index], index);
+        std::string name = stem;
+        for (int number = 2; !names_.insert(name).second; ++number)
+            name = stem + '.' + std::to_string(number);
+        return name;
+    }
+
     Look lookOf(const PolygonAttribute& attribute) const
     {
         Look look{static_cast<Rgb555>(attribute.color & 0x7FFF), std::nullopt,
@@ -173,6 +186,7 @@ private:
     const Model& model_;
     const TextureList* textures_;
     std::map<Look, std::size_t> looks_;
+    std::set<std::string> names_;
     std::size_t look_ = static_cast<std::size_t>(-1);
     std::uint64_t firstVertex_ = 1, uvCount_ = 0;
 };

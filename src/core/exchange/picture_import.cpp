@@ -11,10 +11,20 @@ Message importPicture(TextureList& list, std::uint32_t slot, const ScenePicture&
                       const PictureImport& options, Reason& reason)
 {
     std::uint32_t width = picture.width, height = picture.height;
+    ScenePicture keyed; // before it is scaled, which would mix the colour with its neighbours
+    if (options.transparent) {
+        keyed = picture;
+        for (std::size_t i = 0; i < keyed.rgba.size(); i += 4) {
+            const std::uint8_t* const pixel = keyed.rgba.data() + i;
+            const Rgb555 colour = rgb555(pixel[0] >> 3, pixel[1] >> 3, pixel[2] >> 3);
+            keyed.rgba[i + 3] = colour == *options.transparent ? 0 : 255;
+        }
+    }
+    const ScenePicture& source = options.transparent ? keyed : picture;
     std::vector<std::uint8_t> rgba;
     if (options.size == PictureSize::fitted) {
         const auto fitted = fittedSize(width, height, largestTextureSide, largestTextureSide);
-        rgba = scaledPicture(picture, fitted[0], fitted[1]);
+        rgba = scaledPicture(source, fitted[0], fitted[1]);
         width = fitted[0];
         height = fitted[1];
     } else if (width % 8 != 0 || width > largestTextureSide || height > largestTextureSide) {
@@ -22,14 +32,8 @@ Message importPicture(TextureList& list, std::uint32_t slot, const ScenePicture&
                       " pixels; a texture is at most 256x256 and a multiple of 8 wide";
         return Message::formatNotSupported;
     } else {
-        rgba = picture.rgba;
+        rgba = source.rgba;
     }
-    if (options.transparent)
-        for (std::size_t i = 0; i < rgba.size(); i += 4)
-            rgba[i + 3] =
-                rgb555(rgba[i] >> 3, rgba[i + 1] >> 3, rgba[i + 2] >> 3) == *options.transparent
-                    ? 0
-                    : 255;
     Texels texels;
     if (!texels.allocate(std::size_t{width} * height)) return Message::outOfMemory;
     quantise(rgba, width, 0.5, options.dither, {texels.data(), texels.size()});

@@ -5,6 +5,7 @@
 #include "image/png_codec.h"
 #include "image/stb_image.h"
 #include "image/tga_codec.h"
+#include "model/model.h"
 
 #include <algorithm>
 #include <cstring>
@@ -52,6 +53,12 @@ bool goesOn(const ImportProgress& progress, double done, Reason& reason)
     if (!progress || progress(done)) return true;
     reason.text = "it was stopped";
     return false;
+}
+
+std::string tooManyFaces(std::size_t count)
+{
+    return std::to_string(count) + " faces; at most " + std::to_string(polygonCapacity) +
+           " polygons fit";
 }
 
 bool staysBelow(std::string_view name)

@@ -96,6 +96,9 @@ struct Scene {
     std::optional<OwnModel> own; ///< in place of all of the above but the notes
 };
 
+/// What is said of a file with so many faces that they cannot fit a model.
+std::string tooManyFaces(std::size_t count);
+
 /// Reads a file that a model names, by the name that stands there. None, with the cause in a few
 /// words, when there is no such file or it must not be read.
 using AssetReader =

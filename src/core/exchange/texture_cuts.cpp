@@ -46,10 +46,12 @@ std::optional<ShownCut> wholePicture(std::array<Real2, 4> uvs, const SceneMateri
 {
     const std::array<Wrap, 2> wraps{material.wrapU, material.wrapV};
     for (std::size_t k = 0; k < 2; ++k) {
-        if (wraps[k] != Wrap::repeat) continue;
+        if (wraps[k] == Wrap::clamp) continue;
         double least = uvs[0][k];
         for (const Real2& uv : uvs) least = std::min(least, uv[k]);
-        for (Real2& uv : uvs) uv[k] -= std::floor(least + sameUv);
+        const double base = std::floor(least + sameUv);
+        const bool isMirrored = wraps[k] == Wrap::mirror && std::fmod(base, 2) != 0;
+        for (Real2& uv : uvs) uv[k] = isMirrored ? base + 1 - uv[k] : uv[k] - base;
     }
     std::array<std::size_t, 4> at;
     for (std::size_t i = 0; i < 4; ++i) {
