@@ -287,7 +287,8 @@ int runConvert(Run& run, const ConvertOptions& options)
     result.name = output == standardStream ? nameAfter(source, conversion->to) : output;
     if (const Message message = conversion->make(result, input, options); message != Message::none)
         return reportFailure(run, source, message, input.reason, result.detail);
-    const bool inPlace = source != standardStream && conversion->result == Conversion::again;
+    const bool inPlace =
+        source != standardStream && source == output && conversion->result == Conversion::again;
     std::vector<Output> outputs{
         {output, std::move(result.bytes), inPlace ? source : std::string()}};
     if (!options.header.empty()) outputs.push_back({options.header, std::move(result.header), {}});

@@ -41,7 +41,7 @@ std::string conflict(const Run& run, std::span<const Output> outputs, std::size_
             (output.path != standardStream && isSameFile(output.path, outputs[i].path)))
             return "it is another output, too";
     if (output.path == standardStream) return {};
-    if (output.path == output.replaces) return {};
+    if (!output.replaces.empty() && isSameFile(output.path, output.replaces)) return {};
     for (const std::string& input : run.filesRead)
         if (isSameFile(output.path, input)) return "it is also an input";
     return {};

@@ -14,7 +14,7 @@ namespace facetor {
 struct Output {
     std::string path; ///< "-" for the standard output
     Bytes bytes;
-    std::string replaces; ///< an input that it may overwrite, under the same path; empty: none
+    std::string replaces; ///< an input that it may overwrite, by whatever path; empty: none
 };
 
 /// Puts what a command has made in its place, all of it or nothing, and the make rule with it where
