@@ -39,6 +39,31 @@ TEST(ForeignFile, IsReadWithWhatLiesBelowItAndCanBeStopped)
               Message::cannotOpenFile);
 }
 
+TEST(ImportText, WhatReadersSayIsKnownToTheCatalogueByItsForm)
+{
+    const TextOf marked = [](Word word) { return '<' + std::string(catalogueText(word)) + '>'; };
+    for (const auto& [english, expected] :
+         {std::pair{"line 7: material file \"a: b\": missing",
+                    "<line 7: <material file \"a: b\": <missing>>>"},
+          {"line 2: \"1e\" is no finite number", "<line 2: <\"1e\" is no finite number>>"},
+          {"5000 faces; at most 4096 polygons fit", "<5000 faces; at most 4096 polygons fit>"},
+          {"200 objects where 128 fit, 5000 polygons where 4096 fit",
+           "<200 objects where 128 fit>, <5000 polygons where 4096 fit>"},
+          {"accessor 3 has no data", "accessor 3 has no data"},
+          {"", ""}})
+        EXPECT_EQ(importNoteText(english, marked), expected);
+    const TemporaryFolder folder;
+    for (const char* text : {"v 0 0 0", "v 0 nan 0", "v 0 0", "v 0 0 1e99", "f 1 2 3", "f x",
+                             "v 0 0 0\nf 1.5 1 1", "v 0 0 0\nf 1 1 1"}) {
+        ASSERT_EQ(writeFile(folder.file("a.obj"), std::as_bytes(std::span(std::string_view(text)))),
+                  Message::none);
+        ImportedModel imported;
+        Reason reason;
+        EXPECT_NE(importModelFile(imported, folder.file("a.obj"), {}, {}, reason), Message::none);
+        EXPECT_NE(importNoteText(reason.text, marked), reason.text) << text;
+    }
+}
+
 TEST(ExportFiles, AreAllThereOrNone)
 {
     const TemporaryFolder folder;

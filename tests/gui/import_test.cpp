@@ -121,6 +121,15 @@ TEST(ImportModel, ComesInAsOneStepAndAgainWithItsAttributes)
     editor.open(folder.file("t.mx3"));
     editor.sendCommand(IDM_FILE_IMPORT_AGAIN);
     EXPECT_EQ(statusLine(editor), "3 polygons kept, 0 new, 0 gone") << "what it came from is known";
+
+    writeTextFile(folder.file("u.obj"), twoQuads("2", "f 5/1 7/2 8/3 6/4\n"));
+    editor.beginOpen(folder.file("u.obj"));
+    const ShownAlert onto = editor.waitForAlert();
+    EXPECT_EQ(windowText(GetDlgItem(onto.window, IDC_IMPORT_SCALE)), "10") << "as chosen last";
+    CheckDlgButton(onto.window, IDC_IMPORT_ONTO, BST_CHECKED);
+    editor.closeDialog(onto, IDOK);
+    EXPECT_EQ(statusLine(editor), "3 polygons kept, 0 new, 0 gone");
+    EXPECT_EQ(editor.title(), "Facetor for NT - " + folder.file("t.mx3"));
 }
 
 TEST(ImportModel, WhatIsRefusedChangesNothingAndSaysWhy)

@@ -18,6 +18,10 @@ using TextOf = std::function<std::string(Word)>;
 std::string importReportText(const ImportReport& report, const std::string& path,
                              const TextOf& textOf);
 
+/// What a reader says in English of a file, as a note or a reason, in the user's language; what the
+/// catalogue does not know stays English.
+std::string importNoteText(const std::string& english, const TextOf& textOf);
+
 /// The report in one line.
 std::string importStatus(const ImportReport& report, const TextOf& textOf);
 

@@ -20,11 +20,17 @@ namespace facetor {
 
 namespace {
 
+TextOf textsOf(const Editor& editor)
+{
+    return [&editor](Word word) { return loadCatalogueText(editor.mainWindow, word); };
+}
+
 CommandOutcome fail(Editor& editor, Message message, const std::string& path, const Reason& reason)
 {
     alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation,
           reason.text.empty() ? std::string()
-                              : path.substr(folderOf(path).size()) + ": " + reason.text);
+                              : path.substr(folderOf(path).size()) + ": " +
+                                    importNoteText(reason.text, textsOf(editor)));
     return CommandOutcome::abandoned;
 }
 
@@ -60,7 +66,7 @@ void takeTextures(Document& document, const TextureList& list)
 void finishImport(Editor& editor, const ImportReport& report, const std::string& path,
                   const ImportOptions& options)
 {
-    const TextOf textOf = [&](Word word) { return loadCatalogueText(editor.mainWindow, word); };
+    const TextOf textOf = textsOf(editor);
     undoClear(editor.document.undo); // what it holds is of a model that is gone
     rememberSource(editor.imports, path, options);
     editor.importReport = importReportText(report, path, textOf);
