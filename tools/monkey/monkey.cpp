@@ -10,6 +10,7 @@
 #include "driver/running_editor.h"
 #include "monkey/process_usage.h"
 #include "resources/resource_ids.h"
+#include "ui/window_data.h"
 
 #include <windows.h>
 
@@ -56,10 +57,23 @@ void remember(std::string action)
     lastActions.push_back(std::move(action));
 }
 
+BOOL CALLBACK printWindow(HWND window, LPARAM)
+{
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (process != GetCurrentProcessId()) return TRUE;
+    std::array<char, 64> name{};
+    GetClassNameA(window, name.data(), static_cast<int>(name.size()));
+    std::printf("  window %s%s%s%s\n", name.data(), IsWindowVisible(window) ? " visible" : "",
+                IsWindowEnabled(window) ? "" : " disabled", IsIconic(window) ? " minimised" : "");
+    return TRUE;
+}
+
 [[noreturn]] void giveUp(ExitCode code, const char* what)
 {
     std::printf("%s with seed %u; the last actions:\n", what, static_cast<unsigned>(seed));
     for (const std::string& action : lastActions) std::printf("  %s\n", action.c_str());
+    EnumWindows(printWindow, 0);
     std::fflush(stdout);
     TerminateProcess(GetCurrentProcess(), code);
     std::abort();
@@ -71,7 +85,7 @@ void watch()
 {
     for (;;) {
         Sleep(1000);
-        if (GetTickCount64() - lastSign > 2 * longestAnswer)
+        if (GetTickCount64() - lastSign > longestAnswer + 60000)
             giveUp(ExitCode::hang, "hang of the round");
     }
 }
@@ -326,6 +340,11 @@ private:
     /// Something waits for an answer: the dialog that is enabled.
     void answer()
     {
+        if (IsIconic(editor_.window())) { // what asks is hidden with it
+            remember("restored");
+            ShowWindowAsync(editor_.window(), SW_RESTORE);
+            return Sleep(filling);
+        }
         std::vector<HWND> all = windows();
         std::erase_if(all, [&](HWND window) {
             return window == editor_.window() || !IsWindowEnabled(window);
@@ -344,7 +363,8 @@ private:
         if (controls.empty() || below(6) == 0) {
             static constexpr int buttons[] = {IDOK, IDCANCEL, IDYES, IDNO};
             const int button = oneOf(buttons);
-            remember("button " + std::to_string(button));
+            remember("button " + std::to_string(button) + " of " + classOf(dialog) + " " +
+                     windowText(dialog));
             PostMessageA(dialog, WM_COMMAND, static_cast<WPARAM>(button), 0);
             return;
         }
