@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <utility>
 
 namespace facetor {
 
@@ -70,10 +71,10 @@ void takeDragPage(HWND page, View& view)
 /// Runs the picker that the page shows as chosen, which the editor's is only after OK.
 void onSwatch(HWND page, PropertyDialog& state, Rgb555& colour)
 {
-    ColourPicking picking = state.editor.colourPicking;
-    picking.picker = pickerOf(page);
+    ColourPicking& picking = state.editor.colourPicking; // what it keeps is kept after Cancel, too
+    const ColourPicker before = std::exchange(picking.picker, pickerOf(page));
     colour = pickColour(picking, state.editor.alerts, GetParent(page), colour);
-    state.editor.colourPicking.customColours = picking.customColours; // kept even after Cancel
+    picking.picker = before;
     for (const int swatch : swatches) InvalidateRect(GetDlgItem(page, swatch), nullptr, FALSE);
 }
 

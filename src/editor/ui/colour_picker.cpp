@@ -19,15 +19,20 @@ namespace {
 using GetColourFunction = DWORD(WINAPI*)(HWND owner, WORD colour);
 constexpr WORD getColourOrdinal = 1;
 
-std::optional<Rgb555> pickWithModule(HWND owner, Rgb555 colour)
+// The run-time of MinGW-w64 takes an index of the process at each loading on 32-bit x86, and does
+// not give it back: a module that is loaded for each choice ends the program after some 1,080.
+std::optional<Rgb555> pickWithModule(ColourPicking& picking, HWND owner, Rgb555 colour)
 {
     const std::string folder = programFolder(nullptr);
     if (folder.empty()) return std::nullopt;
-    const UniqueModule module = loadModule(folder + "\\" + colourModuleName);
-    if (!module) return std::nullopt;
+    if (!picking.module) picking.module = loadModule(folder + "\\" + colourModuleName);
+    if (!picking.module) return std::nullopt;
     const auto getColour =
-        exportOf<GetColourFunction>(module, reinterpret_cast<LPCSTR>(getColourOrdinal));
-    if (!getColour) return std::nullopt;
+        exportOf<GetColourFunction>(picking.module, reinterpret_cast<LPCSTR>(getColourOrdinal));
+    if (!getColour) {
+        picking.module.reset(); // another one may be put in its place
+        return std::nullopt;
+    }
     return static_cast<Rgb555>(getColour(owner, colour));
 }
 
@@ -47,7 +52,7 @@ Rgb555 pickWithSystem(ColourPicking& picking, HWND owner, Rgb555 colour)
 Rgb555 pickColour(ColourPicking& picking, AlertState& alerts, HWND owner, Rgb555 colour)
 {
     if (picking.picker == ColourPicker::system) return pickWithSystem(picking, owner, colour);
-    if (const auto picked = pickWithModule(owner, colour)) return *picked;
+    if (const auto picked = pickWithModule(picking, owner, colour)) return *picked;
     setAlertTexts(alerts, colourModuleName, {});
     alert(alerts, nullptr, Message::cannotFindModule, AlertStyle::stop);
     return 0;

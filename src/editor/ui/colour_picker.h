@@ -2,6 +2,7 @@
 
 #include "base/colour.h"
 #include "ui/alert.h"
+#include "ui/module.h"
 
 #include <windows.h>
 
@@ -20,10 +21,11 @@ inline constexpr char colourModuleName[] = "GetColor.dll";
 struct ColourPicking {
     ColourPicker picker = ColourPicker::module;
     std::array<COLORREF, 16> customColours{}; ///< of the system's dialog
+    UniqueModule module;                      ///< from the first colour that it chose on
 };
 
 /// Lets the user choose a colour, in a dialog over `owner`, with the picker that is set. The module
-/// is loaded from the program's folder and unloaded again; docs/colour-module.md describes it, and
+/// is loaded from the program's folder and stays loaded; docs/colour-module.md describes it, and
 /// its 16-bit answer is returned as it is. When it is missing, cannot be loaded or lacks its
 /// export, an alert says so and the answer is 0, black. The system's dialog answers by
 /// fromPickedColour(), or with `colour` when the user cancels.
