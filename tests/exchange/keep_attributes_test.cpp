@@ -2,6 +2,7 @@
 
 #include "exchange/model_import.h"
 #include "exchange/obj_reader.h"
+#include "exchange/obj_writer.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +15,8 @@ void import(Model& model, std::string_view text)
     ImportReport report;
     Reason reason;
     ASSERT_EQ(createModelStore(model), Message::none);
-    ASSERT_EQ(readObj(scene, text, "a", nullptr, reason), Message::none) << reason.text;
+    const AssetReader none = [](const std::string&, std::string&) { return std::nullopt; };
+    ASSERT_EQ(readObj(scene, text, "a", none, reason), Message::none) << reason.text;
     ASSERT_EQ(buildModel(model, nullptr, scene, {}, report, reason), Message::none);
 }
 
@@ -75,6 +77,31 @@ TEST(KeepAttributes, FindsPolygonsAgainAndLeavesObjectsInTheirPlace)
                       before.vertices[before.polygons[was].corner[2]].y);
         }
     }
+}
+
+TEST(KeepAttributes, FacesOfAMirroredObjectStayTurnedOutwards)
+{
+    Model before, imported, after;
+    import(before, "o a\nv 0 0 0\nv -2 0 0\nv -2 2 0\nv 0 2 0\nf 1 4 3 2\n");
+    before.objects[0].scaling = {-1, 1, 1};
+    std::vector<ExportedFile> files;
+    ASSERT_EQ(writeObj(files, before, nullptr, "a"), Message::none);
+    const auto* text = reinterpret_cast<const char*>(files[0].bytes.data());
+    import(imported, std::string(text, files[0].bytes.size()) +
+                         "v 2 0 0 1 0 0\nv 4 0 0\nv 4 2 0\nv 2 2 0\nf -4 -3 -2 -1\n");
+    ASSERT_EQ(createModelStore(after), Message::none);
+    KeptPolygons polygons;
+    Reason reason;
+    ASSERT_EQ(keepAttributes(after, before, imported, polygons, reason), Message::none);
+    EXPECT_EQ(polygons.kept, 1u);
+    for (std::uint32_t p = 0; p < 2; ++p) {
+        EXPECT_EQ(imported.polygons[p].normal.z, -1); // towards who looks forward
+        EXPECT_EQ(after.polygons[p].normal.z, -1);
+    }
+    for (std::size_t k = 0; k < 4; ++k) // each corner has kept its colour
+        EXPECT_EQ(after.gouraud[1].color[k] != 0xC210,
+                  after.vertices[after.polygons[1].corner[k]].x == -2 &&
+                      after.vertices[after.polygons[1].corner[k]].y == 0);
 }
 
 } // namespace

@@ -59,10 +59,19 @@ struct Outline {
     Real3 centre{};
 };
 
-Outline outlineOf(const Drawn& drawn, std::uint32_t object, std::uint32_t polygon)
+/// A polygon the other way round, each corner with what it shows.
+Polygon turnedRound(Polygon polygon)
+{
+    std::swap(polygon.corner[0], polygon.corner[1]);
+    std::swap(polygon.corner[2], polygon.corner[3]);
+    return polygon;
+}
+
+Outline outlineOf(const Drawn& drawn, std::uint32_t object, std::uint32_t index, bool isTurned)
 {
     Outline outline;
-    outline.corners = differentCorners(drawn.polygon(object, polygon));
+    const Polygon& polygon = drawn.polygon(object, index);
+    outline.corners = differentCorners(isTurned ? turnedRound(polygon) : polygon);
     for (const std::uint16_t corner : outline.corners) {
         outline.points.push_back(drawn.point(object, corner));
         for (std::size_t k = 0; k < 3; ++k)
@@ -87,17 +96,18 @@ std::pair<std::size_t, double> bestTurn(const Outline& a, const Outline& b)
     return best;
 }
 
-/// Which old polygon each imported one of an object is, or noIndex.
+/// Which old polygon each imported one of an object is, or noIndex. Those imported count the other
+/// way round when they are turned.
 class ObjectMatch {
 public:
     ObjectMatch(const Drawn& old, std::uint32_t oldObject, const Drawn& imported,
-                std::uint32_t object, double tolerance)
+                std::uint32_t object, bool isTurned, double tolerance)
         : tolerance_(tolerance)
     {
         for (std::uint32_t p = 0; p < old.meshOf(oldObject).polygonCount; ++p)
-            olds_.push_back(outlineOf(old, oldObject, p));
+            olds_.push_back(outlineOf(old, oldObject, p, false));
         for (std::uint32_t p = 0; p < imported.meshOf(object).polygonCount; ++p)
-            fresh_.push_back(outlineOf(imported, object, p));
+            fresh_.push_back(outlineOf(imported, object, p, isTurned));
         oldOf.assign(fresh_.size(), noIndex);
         isTaken_.resize(olds_.size());
         matchByPlace();
@@ -307,8 +317,12 @@ private:
     {
         const Mesh& from = imported_.meshOf(source.imported);
         std::optional<ObjectMatch> match;
+        const Matrix& place = source.old == noIndex ? identityMatrix : old_.placements[source.old];
+        // Where one of the two spaces mirrors the other, corners run the other way in it.
+        const bool isTurned =
+            isMirroring(place) != isMirroring(imported_.placements[source.imported]);
         if (source.old != noIndex)
-            match.emplace(old_, source.old, imported_, source.imported, tolerance_);
+            match.emplace(old_, source.old, imported_, source.imported, isTurned, tolerance_);
         std::uint32_t kept = 0;
         for (std::uint32_t p = 0; p < mesh.polygonCount; ++p) {
             const std::uint32_t to = mesh.polygonTable + p;
@@ -320,6 +334,7 @@ private:
                 result_.gouraud[to] =
                     imported_.model
                         .gouraud[imported_.model.attributes[from.attributeTable + p].gouraud];
+                if (isTurned) turnFresh(to);
                 polygons_.fresh.push_back(to);
             } else {
                 const Mesh& was = old_.meshOf(source.old);
@@ -334,6 +349,17 @@ private:
         }
         polygons_.kept += kept;
         if (source.old != noIndex) polygons_.gone += old_.meshOf(source.old).polygonCount - kept;
+    }
+
+    /// With its picture and colours staying where they are drawn.
+    void turnFresh(std::uint32_t index)
+    {
+        result_.polygons[index] = turnedRound(result_.polygons[index]);
+        PolygonAttribute& attribute = result_.attributes[index];
+        if ((attribute.flags & textureMap) != 0) attribute.flags ^= flipHorizontal;
+        auto& colour = result_.gouraud[index].color;
+        std::swap(colour[0], colour[1]);
+        std::swap(colour[2], colour[3]);
     }
 
     Model& result_;

@@ -15,21 +15,40 @@ std::vector<Matrix> placementsOf(const Model& model)
     return placements;
 }
 
+namespace {
+
+/// What a row and a column leave of the rotation and scaling of a matrix, with its sign.
+double cofactor(const Matrix& matrix, std::size_t i, std::size_t k)
+{
+    const std::size_t a = (i + 1) % 3, b = (i + 2) % 3, c = (k + 1) % 3, d = (k + 2) % 3;
+    const auto m = [&](std::size_t row, std::size_t column) {
+        return double{matrix.row(row)[column]};
+    };
+    return m(a, c) * m(b, d) - m(a, d) * m(b, c);
+}
+
+double determinantOf(const Matrix& matrix)
+{
+    double determinant = 0;
+    for (std::size_t k = 0; k < 3; ++k)
+        determinant += double{matrix.row(0)[k]} * cofactor(matrix, 0, k);
+    return determinant;
+}
+
+} // namespace
+
+bool isMirroring(const Matrix& matrix)
+{
+    return determinantOf(matrix) < 0;
+}
+
 std::array<Real3, 3> invertedAxes(const Matrix& matrix)
 {
-    std::array<Real3, 3> m;
-    for (std::size_t i = 0; i < 3; ++i)
-        for (std::size_t k = 0; k < 3; ++k) m[i][k] = double{matrix.row(i)[k]};
     std::array<Real3, 3> inverse{};
-    const auto cofactor = [&](std::size_t i, std::size_t k) {
-        const std::size_t a = (i + 1) % 3, b = (i + 2) % 3, c = (k + 1) % 3, d = (k + 2) % 3;
-        return m[a][c] * m[b][d] - m[a][d] * m[b][c];
-    };
-    const double determinant =
-        m[0][0] * cofactor(0, 0) + m[0][1] * cofactor(0, 1) + m[0][2] * cofactor(0, 2);
+    const double determinant = determinantOf(matrix);
     if (!(std::abs(determinant) > 0) || !std::isfinite(1 / determinant)) return inverse;
     for (std::size_t i = 0; i < 3; ++i)
-        for (std::size_t k = 0; k < 3; ++k) inverse[k][i] = cofactor(i, k) / determinant;
+        for (std::size_t k = 0; k < 3; ++k) inverse[k][i] = cofactor(matrix, i, k) / determinant;
     return inverse;
 }
 

@@ -21,6 +21,9 @@ inline Real3 drawnAt(const Vertex& vertex, const Matrix& placement)
     return {double{point.x}, double{point.y}, double{point.z}};
 }
 
+/// Whether what a matrix places is seen as in a mirror: its determinant is negative.
+bool isMirroring(const Matrix& matrix);
+
 /// The rotation and scaling of a matrix, inverted; all zero when it has no inverse.
 std::array<Real3, 3> invertedAxes(const Matrix& matrix);
 

@@ -89,6 +89,7 @@ public:
             out.append('\n');
         }
         bool smooth = false;
+        const bool isMirrored = isMirroring(placement);
         out.append("s off\n");
         for (std::uint32_t p = 0; p < mesh.polygonCount; ++p) {
             const PolygonAttribute& attribute = model_.attributes[mesh.attributeTable + p];
@@ -101,7 +102,7 @@ public:
             const auto [at, isNew] = looks_.try_emplace(look, looks_.size());
             if (look_ != at->second) out.append("usemtl " + look.name() + "\n");
             look_ = at->second;
-            writeFace(out, model_.polygons[mesh.polygonTable + p], attribute, look);
+            writeFace(out, model_.polygons[mesh.polygonTable + p], attribute, look, isMirrored);
         }
         firstVertex_ += mesh.vertexCount;
     }
@@ -155,12 +156,13 @@ private:
         return look;
     }
 
-    /// The first corner stays the first, the others follow backwards.
+    /// The first corner stays the first, the others follow backwards. Of a mirrored object they run
+    /// backwards already, as it is drawn.
     void writeFace(TextWriter& out, const Polygon& polygon, const PolygonAttribute& attribute,
-                   const Look& look)
+                   const Look& look, bool isMirrored)
     {
         std::vector<std::uint16_t> corners = differentCorners(polygon);
-        std::reverse(corners.begin() + 1, corners.end());
+        if (!isMirrored) std::reverse(corners.begin() + 1, corners.end());
         if (look.slot)
             for (const std::uint16_t corner : corners) {
                 const auto at = std::find(polygon.corner.begin(), polygon.corner.end(), corner);
