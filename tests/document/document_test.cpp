@@ -191,6 +191,29 @@ TEST_F(DocumentHistory, SteppingToWhatWasSavedIsNotChangedAndAnOpenedFileComesAn
     EXPECT_TRUE(isModelChanged(d));
 }
 
+TEST_F(DocumentHistory, WhatWasWrittenOverOrUndoneIsNotWhatWasSaved)
+{
+    d.modelFile = "a.mx3";
+    markModelSaved(d);
+    const auto open = [&] {
+        d.model.objects[0].translation.x = 50;
+        d.modelFile = "b.mx3";
+        return EditOutcome{};
+    };
+    (void)change(d, Word::stepOpenModel, open, ChangeKind::openModel);
+    markModelSaved(d);
+    d.modelFile = "A.MX3";
+    markModelSaved(d);
+    (void)takeStep(d, Direction::back);
+    EXPECT_TRUE(isModelChanged(d)) << "the other model stands in its file";
+    (void)takeStep(d, Direction::forward);
+    EXPECT_FALSE(isModelChanged(d));
+
+    (void)paste(0);
+    (void)undoLastEdit(d);
+    EXPECT_TRUE(areTexturesChanged(d));
+}
+
 TEST_F(DocumentHistory, TheOldestStepsGoWhenTheMemoryIsUsedUp)
 {
     for (std::uint32_t slot = 0; slot < 3; ++slot) (void)paste(slot);

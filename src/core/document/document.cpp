@@ -1,5 +1,6 @@
 #include "document/document.h"
 
+#include "base/text.h"
 #include "document/undo_kinds.h"
 
 #include <cassert>
@@ -64,8 +65,8 @@ void exchangeFile(Document& document, Step& step)
     if (step.opensModel) {
         std::swap(document.modelFile, step.otherModelFile.path);
         std::swap(document.savedModelRevision, step.otherModelFile.saved);
-        std::swap(document.importedFrom, step.otherModelFile.importedFrom);
     }
+    if (step.changesSource) std::swap(document.importedFrom, step.otherModelFile.importedFrom);
     if (step.opensTextures) {
         std::swap(document.textureFile, step.otherTextureFile.path);
         std::swap(document.savedTextureRevision, step.otherTextureFile.saved);
@@ -85,6 +86,24 @@ void countRevisions(Document& document, Step& step)
 
 enum class Recording { newStep, mayBeAStep };
 
+/// Ends with the edit, whatever becomes of that.
+class Changing {
+public:
+    explicit Changing(Document& document) : document_(document) { document_.changing = true; }
+    ~Changing() { document_.changing = false; }
+    Changing(const Changing&) = delete;
+    Changing& operator=(const Changing&) = delete;
+
+private:
+    Document& document_;
+};
+
+/// Paths of files with the extension that a save gives them.
+bool isSameFile(std::string_view a, std::string_view b)
+{
+    return !a.empty() && equalIgnoringCase(cutExtension(a), cutExtension(b));
+}
+
 EditOutcome record(Document& document, Word name, const std::function<EditOutcome()>& edit,
                    ChangeKind kind, Recording recording)
 {
@@ -93,9 +112,11 @@ EditOutcome record(Document& document, Word name, const std::function<EditOutcom
     FileState model{document.modelFile, document.savedModelRevision, document.importedFrom};
     FileState textures{document.textureFile, document.savedTextureRevision, {}};
     Message message = takeSnapshot(document.before, document.model, document.textures);
-    document.changing = true;
-    const EditOutcome outcome = edit();
-    document.changing = false;
+    EditOutcome outcome;
+    {
+        const Changing guard(document);
+        outcome = edit();
+    }
     const bool opened = opens && outcome.edit == Message::none;
     Step step;
     if (message == Message::none)
@@ -123,6 +144,7 @@ EditOutcome record(Document& document, Word name, const std::function<EditOutcom
     step.name = name;
     step.opensModel = opened && kind != ChangeKind::openTextures;
     step.opensTextures = opened && kind != ChangeKind::openModel;
+    step.changesSource = document.importedFrom != model.importedFrom;
     step.otherModelFile = std::move(model);
     step.otherTextureFile = std::move(textures);
     if (!opens || opened) {
@@ -188,11 +210,18 @@ void leaveTextureFile(Document& document)
 void markModelSaved(Document& document)
 {
     document.savedModelRevision = document.modelRevision;
+    // What was saved there before is no longer what a step across an opening leads back to.
+    for (Step& step : document.history.steps)
+        if (step.opensModel && isSameFile(step.otherModelFile.path, document.modelFile))
+            step.otherModelFile.saved = document.modelRevision;
 }
 
 void markTexturesSaved(Document& document)
 {
     document.savedTextureRevision = document.textureRevision;
+    for (Step& step : document.history.steps)
+        if (step.opensTextures && isSameFile(step.otherTextureFile.path, document.textureFile))
+            step.otherTextureFile.saved = document.textureRevision;
 }
 
 EditOutcome change(Document& document, Word name, const std::function<EditOutcome()>& edit,
@@ -213,13 +242,17 @@ EditOutcome changeModel(Document& document, Word name, ModelEdit edit,
 
 EditOutcome undoLastEdit(Document& document)
 {
-    return record(
+    const bool texturesEdited = isTextureEdit(document.undo);
+    const EditOutcome outcome = record(
         document, Word::stepUndo,
         [&] {
             return EditOutcome{Message::none,
                                undoEdit(document.undo, document.model, document.textures)};
         },
         ChangeKind::edit, Recording::mayBeAStep);
+    // Undo counts as an edit of the list even where it leads back to what was saved.
+    if (texturesEdited) markTexturesChanged(document);
+    return outcome;
 }
 
 bool canStep(const Document& document, Direction direction)

@@ -147,6 +147,8 @@ Message findChanges(Step& step, const Snapshot& before, Model& model, const Text
             if (before.names[i] != model.names[i])
                 step.names.push_back({i, before.names[i], model.names[i]});
         findChangedTextures(step, before.textures, textures);
+        step.changed.shrink_to_fit(); // sizeOf() counts what is used
+        step.runs.shrink_to_fit();
     } catch (const std::bad_alloc&) {
         message = Message::outOfUndoMemory;
     }

@@ -66,7 +66,8 @@ struct Step {
     Revision modelBefore = 0, modelAfter = 0;
     Revision texturesBefore = 0, texturesAfter = 0;
     bool opensModel = false, opensTextures = false;
-    /// With `opens...`: of the side of the step where the document is not.
+    bool changesSource = false; ///< Document::importedFrom
+    /// With the flags: of the side of the step where the document is not.
     FileState otherModelFile, otherTextureFile;
 
     bool changesModel() const { return !runs.empty() || !names.empty(); }

@@ -7,6 +7,8 @@
 #include "windows/texture_window.h"
 #include "windows/title.h"
 
+#include <string>
+
 namespace facetor {
 
 void turnPickedCorners(Editor& editor, CornerTurn turn)
@@ -44,10 +46,12 @@ void step(Editor& editor, Direction direction)
 {
     Document& document = editor.document;
     if (!canStep(document, direction)) return;
+    const std::string textureFile = document.textureFile;
     const bool otherModel = takeStep(document, direction);
     if (otherModel)
         fitModel(editor.view, editor.engine, document.model, clientSize(editor.mainWindow));
     showTitle(editor);
+    if (document.textureFile != textureFile) showTextureTitle(editor, {});
     refreshHierarchyTree(editor);
     redrawTextures(editor);
     requestRedraw(editor);

@@ -122,10 +122,10 @@ CommandOutcome importOntoOpen(Editor& editor, const std::string& path, const Imp
     const auto take = [&] {
         copyModel(document.model, result);
         takeTextures(document, textures);
+        document.importedFrom = path;
         return EditOutcome{};
     };
     (void)change(document, Word::stepImportAgain, take);
-    document.importedFrom = path;
     if (!document.modelFile.empty()) rememberModel(editor.imports, document.modelFile, path);
     finishImport(editor, imported.report, path, options);
     return CommandOutcome::unsaved;

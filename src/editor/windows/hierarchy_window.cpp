@@ -72,6 +72,7 @@ void onLabelEdited(Editor& editor, const TVITEMA& item)
     if (item.pszText && item.pszText != labelOf(editor.document.model, index))
         renameObject(editor, index, std::string(cutText(item.pszText, longestObjectLabel)));
     markModelChanged(editor.document); // also when the user cancelled
+    refreshMenuState(editor);
 }
 
 void onTreeNotify(Editor& editor, const NMHDR& header)
