@@ -200,6 +200,9 @@ TEST(ModelView, FollowsTheMouse)
     editor.call([&](Editor& e) {
         for (const Step& step : steps) {
             SCOPED_TRACE(step.reason);
+            MSG waiting; // moves of the real mouse, of which the last one would count
+            while (PeekMessageA(&waiting, nullptr, WM_MOUSEMOVE, WM_MOUSEMOVE, PM_REMOVE)) {
+            }
             const Matrix before = e.view.viewMatrix;
             const WPARAM keys = step.left == down ? MK_LBUTTON : 0;
             SendMessageA(e.mainWindow, step.message, keys, MAKELPARAM(step.x, step.y));
