@@ -14,17 +14,16 @@ enum class Side { target, prerequisite };
 std::string escaped(std::string_view path, Side side)
 {
     // On Windows a colon ends the drive. Only prerequisites are sure to be there when make looks
-    // for what a pattern of file names fits.
+    // for what a pattern of file names fits. A target with a percent sign is a pattern of make's.
 #ifdef _WIN32
     static constexpr std::string_view special = " \t#";
 #else
     static constexpr std::string_view special = " \t#:";
 #endif
-    static constexpr std::string_view specialInPrerequisites = "|*?[";
-    const auto isSpecial = [side](char c) {
+    const std::string_view specialOnSide = side == Side::prerequisite ? "|*?[" : "%";
+    const auto isSpecial = [=](char c) {
         return special.find(c) != std::string_view::npos ||
-               (side == Side::prerequisite &&
-                specialInPrerequisites.find(c) != std::string_view::npos);
+               specialOnSide.find(c) != std::string_view::npos;
     };
     std::string text = path.starts_with('~') ? "./" : ""; // else somebody's home
     std::size_t backslashes = 0;                          // that end the text

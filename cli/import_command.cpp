@@ -39,7 +39,14 @@ void printReport(const Run& run, const ImportReport& report, std::FILE* stream)
         std::fputs((json.dump(-1, ' ', false, Handler::replace) + '\n').c_str(), stream);
         return;
     }
-    if (run.progress == Progress::silent) return;
+    const auto printNotes = [&] {
+        for (const ImportNote& note : report.notes) {
+            const std::string line =
+                note.line == 0 ? "" : "line " + std::to_string(note.line) + ": ";
+            std::fprintf(stream, "note: %s%s\n", line.c_str(), note.text.c_str());
+        }
+    };
+    if (run.progress == Progress::silent) return printNotes(); // what is missing is no progress
     std::fprintf(stream, "%u objects, %u vertices, %u polygons: %u quads, %u triangles\n",
                  report.objects, report.vertices, report.polygons, report.quads, report.triangles);
     if (report.rejoined + report.split + report.dropped > 0)
@@ -51,10 +58,7 @@ void printReport(const Run& run, const ImportReport& report, std::FILE* stream)
     if (report.kept)
         std::fprintf(stream, "%u polygons kept, %u new, %u gone\n", *report.kept, report.fresh,
                      report.gone);
-    for (const ImportNote& note : report.notes) {
-        const std::string line = note.line == 0 ? "" : "line " + std::to_string(note.line) + ": ";
-        std::fprintf(stream, "note: %s%s\n", line.c_str(), note.text.c_str());
-    }
+    printNotes();
 }
 
 } // namespace
@@ -115,9 +119,6 @@ int runImport(Run& run, const ConvertOptions& options, FileKind kind)
         return reportFailure(run, path, message, reason);
     line.clear();
     ImportReport& report = imported.report;
-    if (wantsTextures && report.textures == 0)
-        report.notes.push_back({0, "there are no textures, so no texture list is written"});
-
     std::vector<Output> outputs;
     if (!options.onto.empty()) {
         Onto onto;
@@ -127,13 +128,17 @@ int runImport(Run& run, const ConvertOptions& options, FileKind kind)
             message != Message::none)
             return reportFailure(run, path, message, reason);
         outputs.push_back({output, writeModel(onto.result), options.onto});
-        if (onto.textures.usedCount() > 0)
+        if (report.textures > 0) // what old polygons show is in the list already
             outputs.push_back({options.textures, writeTextures(onto.textures), options.textures});
     } else {
         outputs.push_back({output, writeModel(imported.model), {}});
         if (report.textures > 0)
             outputs.push_back({options.textures, writeTextures(imported.textures), {}});
     }
+    if (wantsTextures && report.textures == 0)
+        report.notes.push_back({0, options.onto.empty()
+                                       ? "there are no textures, so no texture list is written"
+                                       : "there are no new textures, so no list is written"});
     Run quiet = run;
     if (run.errors == ErrorFormat::json) quiet.progress = Progress::silent; // one object, no lines
     if (const int status = writeOutputs(quiet, outputs); status != exitDone) return status;

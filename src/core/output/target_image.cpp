@@ -7,6 +7,7 @@
 #include "output/target_layout.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <new>
 
@@ -242,7 +243,7 @@ Bytes formatModelImage(const Model& model, float scale)
 
 std::string findBeyondFixed(const Model& model, float scale)
 {
-    if (!fitsFixed(scale)) return "the scale " + formatShortest(scale);
+    if (!fitsFixed(scale) || toFixed(scale) == 0) return "the scale " + formatShortest(scale);
     for (std::uint32_t k = 0; k < model.objectCount; ++k) {
         const Object& object = model.objects[k];
         const Mesh& mesh = meshOf(model, k);
@@ -264,6 +265,11 @@ std::string findBeyondFixed(const Model& model, float scale)
             for (const float value : {v.x, v.y, v.z})
                 if (!fitsFixed(value * scale))
                     return fault(("vertex " + std::to_string(i) + " at").c_str(), value, scale);
+            // A vertex of no polygon has a normal that is no number, written as 0.
+            const Vector3& n = model.vertexNormals[mesh.vertexNormalTable + i];
+            for (const float value : {n.x, n.y, n.z})
+                if (!std::isnan(value) && !fitsFixed(value))
+                    return fault("vertex normal", value, 1);
         }
     }
     return {};

@@ -21,9 +21,10 @@ namespace facetor {
 /// tables. Positions are multiplied by `scale`. Needs a model that isSafeToDraw().
 Bytes formatModelImage(const Model& model, float scale);
 
-/// What of the model its image cannot hold as 16.16 fixed point, at `scale`: the first position,
-/// placement or matrix element beyond -32768 to 32768, with its object and value. Empty when all
-/// fit. formatModelImage() writes the nearest value that does.
+/// What of the model its image cannot hold as 16.16 fixed point, at `scale`: a scale that is 0
+/// there, or the first position, placement, matrix element or vertex normal beyond -32768 to 32768,
+/// with its object and value. Empty when all fit. formatModelImage() writes the nearest value that
+/// does.
 std::string findBeyondFixed(const Model& model, float scale);
 
 /// The texture list up to its last used slot, empty slots as the blank texture: the table of sizes
