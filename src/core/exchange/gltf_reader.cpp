@@ -151,8 +151,7 @@ public:
             if (!readOwn(member(json_["extras"], "facetor"))) return false;
             if (scene_.own) return true;
         }
-        readMaterials();
-        if (!readNodes()) return false;
+        if (!readMaterials() || !readNodes()) return false;
         return !scene_.faces.empty() || fail("it has no face");
     }
 
@@ -380,7 +379,7 @@ private:
         return true;
     }
 
-    void readMaterials()
+    bool readMaterials()
     {
         for (const Json& json : member(json_, "materials")) {
             SceneMaterial& material = scene_.materials.emplace_back();
@@ -395,7 +394,8 @@ private:
                     material.colour[i] = std::clamp((*factor)[i], 0.0, 1.0);
                 alpha = std::clamp((*factor)[3], 0.0, 1.0);
             }
-            readTexture(material, member(base, "baseColorTexture"));
+            const Json& texture = member(base, "baseColorTexture");
+            if (texture.is_object() && !readTexture(material, texture)) return false;
             const std::string mode = textMember(json, "alphaMode");
             if (mode == "BLEND") {
                 material.opacity = alpha;
@@ -406,15 +406,23 @@ private:
                 material.alphaCutoff = 0;
             }
         }
+        return true;
     }
 
-    void readTexture(SceneMaterial& material, const Json& json)
+    bool readTexture(SceneMaterial& material, const Json& json)
     {
+        const std::string title = indexed("texture", member(json, "index"));
         const Json& texture =
             element(member(json_, "textures"), sizeMember(json, "index", missing));
-        if (!texture.is_object()) return;
-        const std::size_t source = sizeMember(texture, "source", missing);
-        material.picture = picture(source);
+        if (!texture.is_object()) return fail(title + " does not exist");
+        const Json& source = member(texture, "source");
+        const std::size_t image = sizeMember(texture, "source", missing);
+        if (source.is_null()) // it has one only for programs that know an extension
+            notePicture(title, "no picture that can be read");
+        else if (!element(member(json_, "images"), image).is_object())
+            return fail(indexed("image", source) + " does not exist");
+        else
+            material.picture = picture(image);
         const Json& sampler =
             element(member(json_, "samplers"), sizeMember(texture, "sampler", missing));
         const auto wrap = [&](const char* name) {
@@ -429,13 +437,28 @@ private:
         use.offset = numbers<2>(member(transform, "offset")).value_or(use.offset);
         use.scale = numbers<2>(member(transform, "scale")).value_or(use.scale);
         use.rotation = numberMember(transform, "rotation", 0);
+        return true;
+    }
+
+    /// What a member names by its index, for messages.
+    static std::string indexed(const char* what, const Json& index)
+    {
+        return std::string(what) + ' ' + (index.is_number() ? index.dump() : "(no number)");
+    }
+
+    /// Once, however many materials show it.
+    void notePicture(const std::string& name, const std::string& why)
+    {
+        const std::string text = "picture \"" + name + "\": " + why;
+        const auto isSame = [&](const ImportNote& note) { return note.text == text; };
+        if (std::none_of(scene_.notes.begin(), scene_.notes.end(), isSame))
+            scene_.notes.push_back({0, text});
     }
 
     /// Image `index` as a picture of the scene, read once; one that cannot be read is noted.
     std::uint32_t picture(std::size_t index)
     {
         const Json& json = element(member(json_, "images"), index);
-        if (!json.is_object()) return noIndex;
         const auto known = pictures_.find(index);
         if (known != pictures_.end()) return known->second;
         const std::string uri = textMember(json, "uri");
@@ -452,7 +475,7 @@ private:
         }
         if (!file || !decodePicture(read, *file, why)) {
             reason_.text.clear(); // a picture that is missing is no failure
-            scene_.notes.push_back({0, "picture \"" + name + "\": " + why});
+            notePicture(name, why);
             return pictures_[index] = noIndex;
         }
         scene_.pictures.push_back(std::move(read));
@@ -467,9 +490,7 @@ private:
         const Json& roots = member(element(scenes, sizeMember(json_, "scene", 0)), "nodes");
         if (roots.is_array()) {
             for (const Json& root : roots)
-                if (!readNode(root.is_number_unsigned() ? root.get<std::size_t>() : missing,
-                              noIndex, 0))
-                    return false;
+                if (!readNode(root, noIndex, 0)) return false;
             return true;
         }
         std::vector<bool> isChild(isUsed_.size());
@@ -483,10 +504,11 @@ private:
     }
 
     /// A node and those below it; those without a face in or below them are left out.
-    bool readNode(std::size_t index, std::uint32_t parent, int depth)
+    bool readNode(const Json& named, std::uint32_t parent, int depth)
     {
-        const std::string name = "node " + std::to_string(index);
-        if (index >= isUsed_.size()) return fail("a node does not exist");
+        const std::string name = indexed("node", named);
+        const std::size_t index = named.is_number_unsigned() ? named.get<std::size_t>() : missing;
+        if (index >= isUsed_.size()) return fail(name + " does not exist");
         if (isUsed_[index]) return fail(name + " has two parents");
         if (depth > deepestNode) return fail(name + " lies too deep");
         isUsed_[index] = true;
@@ -504,9 +526,7 @@ private:
         scene_.objects[object].placement = placementOf(json);
         if (member(json, "mesh").is_number() && !readMesh(mesh, object)) return false;
         for (const Json& child : member(json, "children"))
-            if (!readNode(child.is_number_unsigned() ? child.get<std::size_t>() : missing, object,
-                          depth + 1))
-                return false;
+            if (!readNode(child, object, depth + 1)) return false;
         if (scene_.faces.size() == faces) scene_.objects.resize(object);
         return true;
     }
