@@ -86,6 +86,29 @@ std::vector<std::array<std::uint32_t, 3>> clipEars(std::vector<std::uint32_t> ri
     return triangles;
 }
 
+/// Whether an outline only goes to places and the same way back again.
+bool foldsBack(std::span<const Real3> corners)
+{
+    std::vector<Real3> way; // without its detours
+    for (const Real3& corner : corners) {
+        if (!way.empty() && way.back() == corner) continue;
+        if (way.size() > 1 && way[way.size() - 2] == corner)
+            way.pop_back();
+        else
+            way.push_back(corner);
+    }
+    std::size_t begin = 0; // detours may also lie across the ends
+    while (way.size() - begin > 1) {
+        if (way[begin] == way.back() || way[begin] == way[way.size() - 2])
+            way.pop_back();
+        else if (way[begin + 1] == way.back())
+            ++begin;
+        else
+            break;
+    }
+    return way.size() - begin < 3;
+}
+
 } // namespace
 
 double lengthOf(const Real3& a)
@@ -101,6 +124,7 @@ bool hasNoArea(std::span<const Real3> corners)
         if (const Real3 way = minus(corner, corners[0]); dot(way, way) > dot(longest, longest))
             longest = way;
     const double length = lengthOf(longest);
+    if (foldsBack(corners)) return true;
     return std::all_of(corners.begin(), corners.end(), [&](const Real3& corner) {
         return lengthOf(cross(longest, minus(corner, corners[0]))) <= 1e-6 * length * length;
     });
