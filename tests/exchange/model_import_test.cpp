@@ -57,6 +57,7 @@ TEST(ModelImport, MakesPolygonsOfFaces)
         {"f 1 5 6 3 7 4\n", 2, 0, 0, 1, 0},
         {"f 1 1 2 3 4 4\n", 1, 0, 0, 1, 0}, // repeated corners
         {"f 1 2 5\nf 1 2\nf 1 2 3\n", 0, 1, 0, 0, 2},
+        {"f 1 2 3 2\nf 2 3 2 1\nf 3 2 1 2 3 4\nf 1 2 3 4\n", 1, 0, 0, 0, 3}, // there and back
         {"f -7 -6 -5 -4\n", 1, 0, 0, 0, 0},
     };
     for (const auto& row : rows) {
@@ -74,13 +75,13 @@ TEST(ModelImport, MakesPolygonsOfFaces)
 TEST(ModelImport, StandsUprightWithItsColoursAndNames)
 {
     const Import made("mtllib a.mtl\nmtllib gone.mtl\nv 0 0 0\nv 1 0 0 1 0 0\nv 1 2 3\ng x\n"
-                      "f 1 1 3 2\no Wing\nusemtl glass\nf 1/ 2// 3\no Body\nf 3 2 1\no Wing\n"
+                      "f 1 1 3 2\no Wing\nusemtl glass\nf 1/ 2// 3\no title\nf 3 2 1\no Wing\n"
                       "s 1\nf 1 3 2\n",
-                      {{"a.mtl", "newmtl glass\nKd 1 0.5 0\nd 0.5\n"}},
+                      {{"a.mtl", "\xEF\xBB\xBFnewmtl glass\nKd 1 0.5 0\nd 0.5\n"}},
                       {2, UpAxis::z, Triangles::keep, {}});
     ASSERT_EQ(made.message, Message::none) << made.reason.text;
     const Model& model = made.model;
-    ASSERT_EQ(model.objectCount, 3u);
+    ASSERT_EQ(model.objectCount, 2u);
     EXPECT_EQ(model.names[0], "title");
     EXPECT_EQ(model.names[1], "Wing");
     EXPECT_EQ(model.meshes[1].polygonCount, 2u);
@@ -89,8 +90,8 @@ TEST(ModelImport, StandsUprightWithItsColoursAndNames)
     EXPECT_EQ(third.x, 2);
     EXPECT_EQ(third.y, -6);
     EXPECT_EQ(third.z, 4);
-    EXPECT_EQ(model.polygons[1].corner, (std::array<std::uint16_t, 4>{0, 2, 1, 1}));
-    const PolygonAttribute& glass = model.attributes[1];
+    EXPECT_EQ(model.polygons[2].corner, (std::array<std::uint16_t, 4>{0, 2, 1, 1}));
+    const PolygonAttribute& glass = model.attributes[2];
     EXPECT_EQ(glass.color, 0x8000 | rgb555(31, 16, 0));
     EXPECT_EQ(glass.flags & translucentMode, translucentMode);
     EXPECT_TRUE(isTableGouraud(glass)); // a corner has a colour
@@ -107,6 +108,8 @@ TEST(ModelImport, SaysWhyAFileIsRefused)
         {"v 0 nan 0\n", "line 1: \"nan\" is no finite number"},
         {"\nv 0 1e999 0\n", "line 2: \"1e999\" is no finite number"},
         {"v 0 0\n", "line 1: a number is missing"},
+        {"vt 0 0 inf\n", "line 1: \"inf\" is no finite number"},
+        {"mtllib m\n", "material file \"m\": line 2: \"nan\" is no finite number"},
         {"v 0 0 0\nf 1 1 2\n", "line 2: an index is out of range"},
         {"v 0 0 0\nf 1 \\\n 1 0\n", "line 2: an index is out of range"},
         {"v 0 0 0\nf 1/1 1 1\n", "line 2: an index is out of range"},
@@ -114,7 +117,7 @@ TEST(ModelImport, SaysWhyAFileIsRefused)
         {many, "4097 polygons where 4096 fit"},
     };
     for (const auto& [text, why] : rows) {
-        const Import made(text);
+        const Import made(text, {{"m", "newmtl a\nKd 0 nan 0\n"}});
         EXPECT_EQ(made.message, Message::formatNotSupported);
         EXPECT_EQ(made.reason.text, why);
         EXPECT_EQ(made.model.names[0], "Model00") << "what stood there still does";

@@ -683,11 +683,10 @@ private:
 bool looksLikeGltf(std::span<const std::byte> file)
 {
     if (ByteReader{file}.u32() == glbTag) return true;
-    const auto begin = std::find_if(file.begin(), file.end(), [](std::byte b) {
-        return b != std::byte{' '} && b != std::byte{'\n'} && b != std::byte{'\r'} &&
-               b != std::byte{'\t'};
-    });
-    return begin != file.end() && *begin == std::byte{'{'};
+    const std::string_view text =
+        withoutMark({reinterpret_cast<const char*>(file.data()), file.size()});
+    const std::size_t begin = text.find_first_not_of(" \n\r\t");
+    return begin != std::string_view::npos && text[begin] == '{';
 }
 
 Message readGltf(Scene& scene, std::span<const std::byte> file, const AssetReader& assets,

@@ -41,25 +41,39 @@ std::string_view nextWord(std::string_view& line)
     return word;
 }
 
-/// A finite number, which may have a "+" in front.
-bool parseNumber(std::string_view word, double& value)
+enum class Parsed { number, notFinite, noNumber };
+
+/// A number, which may have a "+" in front.
+Parsed parse(std::string_view word, double& value)
 {
     if (word.starts_with('+') && !word.starts_with("+-")) word.remove_prefix(1);
     const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), value);
     if (error == std::errc::result_out_of_range && end == word.data() + word.size()) {
         // Too small for a double is 0, too large is not finite.
         const std::size_t exponent = word.find_first_of("eE");
-        if (exponent == std::string_view::npos || word[exponent + 1] != '-') return false;
+        if (exponent == std::string_view::npos || word[exponent + 1] != '-')
+            return Parsed::notFinite;
         value = 0;
-        return true;
+        return Parsed::number;
     }
-    return error == std::errc() && end == word.data() + word.size() && std::isfinite(value);
+    if (error != std::errc() || end != word.data() + word.size()) return Parsed::noNumber;
+    return std::isfinite(value) ? Parsed::number : Parsed::notFinite;
+}
+
+bool parseNumber(std::string_view word, double& value)
+{
+    return parse(word, value) == Parsed::number;
+}
+
+std::string noFiniteNumber(std::string_view word)
+{
+    return '"' + std::string(cutText(word, 40)) + "\" is no finite number";
 }
 
 /// The lines of a text, those that end in a backslash joined with the next.
 class Lines {
 public:
-    explicit Lines(std::string_view text) : rest_(text) {}
+    explicit Lines(std::string_view text) : rest_(withoutMark(text)) {}
 
     bool next(std::string_view& line)
     {
@@ -160,7 +174,7 @@ private:
         } else if (keyword == "usemtl") {
             useMaterial(std::string(stripped(line)));
         } else if (keyword == "mtllib") {
-            readLibraries(line);
+            return readLibraries(line);
         }
         return true;
     }
@@ -178,8 +192,7 @@ private:
     {
         const std::string_view word = nextWord(line);
         if (word.empty()) return fail(line_, "a number is missing");
-        return parseNumber(word, value) ||
-               fail(line_, "\"" + std::string(cutText(word, 40)) + "\" is no finite number");
+        return parseNumber(word, value) || fail(line_, noFiniteNumber(word));
     }
 
     /// Three coordinates, perhaps a weight, perhaps a colour.
@@ -211,7 +224,9 @@ private:
     {
         Real2 uv{};
         if (!readNumber(line, uv[0])) return false;
-        if (!stripped(line).empty() && !readNumber(line, uv[1])) return false;
+        double depth = 0; // of textures with three dimensions
+        for (double* const more : {&uv[1], &depth})
+            if (!stripped(line).empty() && !readNumber(line, *more)) return false;
         uv[1] = 1 - uv[1]; // from below
         scene_.uvs.push_back(uv);
         return true;
@@ -284,11 +299,14 @@ private:
             if (firstUse_[i] != 0 && !isDefined_[i])
                 scene_.notes.push_back(
                     {firstUse_[i], "there is no material \"" + scene_.materials[i].name + "\""});
+        const auto titled = nameIds_.find(title_);
+        const std::uint32_t titleId =
+            titled == nameIds_.end() ? static_cast<std::uint32_t>(names_.size()) : titled->second;
         std::vector<std::uint32_t> objectOf(names_.size() + 1, noIndex);
         for (std::size_t i = 0; i < scene_.faces.size(); ++i) {
             const std::uint32_t name =
                 hasObjects_ ? namesOfFaces_[i].object : namesOfFaces_[i].group;
-            std::uint32_t& object = objectOf[name == noIndex ? names_.size() : name];
+            std::uint32_t& object = objectOf[name == noIndex ? titleId : name];
             if (object == noIndex) {
                 object = static_cast<std::uint32_t>(scene_.objects.size());
                 scene_.objects.emplace_back().name =
@@ -334,18 +352,18 @@ private:
     }
 
     /// One file whose name may have blanks, or several.
-    void readLibraries(std::string_view line)
+    bool readLibraries(std::string_view line)
     {
         std::string reason;
         const std::string whole(stripped(line));
-        if (const auto file = assets_(whole, reason)) return readMaterials(*file);
+        if (const auto file = assets_(whole, reason)) return readMaterials(*file, whole);
         std::string_view rest = line;
         std::size_t found = 0;
         std::vector<std::pair<std::string, std::string>> missing;
         for (std::string_view word = nextWord(rest); !word.empty(); word = nextWord(rest)) {
             if (word == whole) break;
             if (const auto file = assets_(std::string(word), reason)) {
-                readMaterials(*file);
+                if (!readMaterials(*file, std::string(word))) return false;
                 ++found;
             } else {
                 missing.emplace_back(word, reason);
@@ -357,9 +375,10 @@ private:
         }
         for (const auto& [name, why] : missing)
             scene_.notes.push_back({line_, "material file \"" + name + "\": " + why});
+        return true;
     }
 
-    void readMaterials(const Bytes& file);
+    bool readMaterials(const Bytes& file, const std::string& name);
     void readMap(SceneMaterial& material, std::string_view line);
 
     Scene& scene_;
@@ -385,12 +404,31 @@ private:
     std::vector<bool> isDefined_;         ///< parallel to it: by a newmtl
 };
 
-void ObjReader::readMaterials(const Bytes& file)
+bool ObjReader::readMaterials(const Bytes& file, const std::string& name)
 {
     Lines lines({reinterpret_cast<const char*>(file.data()), file.size()});
     std::string_view line;
     SceneMaterial unnamed; // of lines before the first name
     SceneMaterial* material = &unnamed;
+    // What is no number belongs to a form that is not read, like that of a spectral curve.
+    bool isRefused = false;
+    const auto isNumber = [&](std::string_view word, double& value) {
+        const Parsed parsed = parse(word, value);
+        if (parsed == Parsed::notFinite) {
+            isRefused = true;
+            reason_.text = "material file \"" + name + "\": line " +
+                           std::to_string(lines.number()) + ": " + noFiniteNumber(word);
+        }
+        return parsed == Parsed::number;
+    };
+    const auto readColour = [&] {
+        Real3 colour;
+        if (!isNumber(nextWord(line), colour[0])) return;
+        colour[1] = colour[2] = colour[0]; // one number means all three
+        if (const std::string_view green = nextWord(line); !green.empty())
+            if (!isNumber(green, colour[1]) || !isNumber(nextWord(line), colour[2])) return;
+        for (std::size_t i = 0; i < 3; ++i) material->colour[i] = std::clamp(colour[i], 0.0, 1.0);
+    };
     while (lines.next(line)) {
         const std::string_view keyword = nextWord(line);
         if (keyword == "newmtl") {
@@ -406,23 +444,17 @@ void ObjReader::readMaterials(const Bytes& file)
         }
         double value = 0;
         if (keyword == "Kd") {
-            Real3 colour = material->colour;
-            const std::string_view first = nextWord(line);
-            if (!parseNumber(first, colour[0])) continue; // spectral, or broken
-            colour[1] = colour[2] = colour[0];            // one number means all three
-            if (const std::string_view green = nextWord(line); !green.empty())
-                if (!parseNumber(green, colour[1]) || !parseNumber(nextWord(line), colour[2]))
-                    continue;
-            for (std::size_t i = 0; i < 3; ++i)
-                material->colour[i] = std::clamp(colour[i], 0.0, 1.0);
+            readColour();
         } else if (keyword == "d" || keyword == "Tr") {
             std::string_view word = nextWord(line);
             if (word == "-halo") word = nextWord(line);
-            if (parseNumber(word, value)) material->opacity = keyword == "d" ? value : 1 - value;
+            if (isNumber(word, value)) material->opacity = keyword == "d" ? value : 1 - value;
         } else if (keyword == "illum") {
-            if (parseNumber(nextWord(line), value)) material->unlit = value == 0;
+            if (isNumber(nextWord(line), value)) material->unlit = value == 0;
         }
+        if (isRefused) return false;
     }
+    return true;
 }
 
 /// "map_Kd [options] name": options begin with a minus and have as many values as numbers follow.

@@ -55,6 +55,13 @@ bool goesOn(const ImportProgress& progress, double done, Reason& reason)
     return false;
 }
 
+std::string_view withoutMark(std::string_view text)
+{
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    if (text.starts_with(mark)) text.remove_prefix(mark.size());
+    return text;
+}
+
 std::string tooManyFaces(std::size_t count)
 {
     return std::to_string(count) + " faces; at most " + std::to_string(polygonCapacity) +

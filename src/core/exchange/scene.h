@@ -96,6 +96,9 @@ struct Scene {
     std::optional<OwnModel> own; ///< in place of all of the above but the notes
 };
 
+/// A text without the byte order mark that some programs put in front of UTF-8.
+std::string_view withoutMark(std::string_view text);
+
 /// What is said of a file with so many faces that they cannot fit a model.
 std::string tooManyFaces(std::size_t count);
 
