@@ -120,6 +120,7 @@ TEST(GltfReader, NamesWhatIsBroken)
         {"\"material\":0", "\"material\":7",
          "mesh 0 primitive 0 names a material that does not exist"},
         {"\"mode\":6", "\"mode\":6,\"indices\":1", "accessor 1 does not exist"},
+        {"\"count\":4", "\"count\":2000003", "2000001 faces; at most 4096 polygons fit"},
         {"\"mesh\":0,", "", "it has no face"},
         {"\"nodes\"", "nodes", "it is no JSON"},
     };

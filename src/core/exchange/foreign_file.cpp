@@ -160,18 +160,18 @@ Message importOnto(Model& result, TextureList& textures, const Model& old, Impor
                 imported.textures.isEmpty(attribute.texture))
                 continue;
             const auto [at, isNew] = slots.try_emplace(attribute.texture, next);
-            if (isNew) {
-                if (next >= textureSlotCount) {
-                    reason.text = "more textures than the " + std::to_string(textureSlotCount) +
-                                  " slots hold";
-                    return Message::formatNotSupported;
-                }
+            if (isNew && next++ < textureSlotCount) {
                 const TextureSlot slot = imported.textures.slot(attribute.texture);
-                textures.set(next++, slot.width, slot.height,
+                textures.set(at->second, slot.width, slot.height,
                              imported.textures.texels(attribute.texture));
                 ++report.textures;
             }
             attribute.texture = static_cast<std::uint16_t>(at->second);
+        }
+        if (next > textureSlotCount) {
+            reason.text = std::to_string(next) + " textures where " +
+                          std::to_string(textureSlotCount) + " fit";
+            return Message::formatNotSupported;
         }
         report.objects = result.objectCount;
         report.kept = polygons.kept;

@@ -152,6 +152,7 @@ public:
             if (scene_.own) return true;
         }
         if (!readMaterials() || !readNodes()) return false;
+        if (faceCount_ > mostFaces) return fail(tooManyFaces(faceCount_));
         return !scene_.faces.empty() || fail("it has no face");
     }
 
@@ -591,6 +592,24 @@ private:
         return true;
     }
 
+    static std::size_t facesOf(std::size_t mode, std::size_t corners)
+    {
+        return mode == 4 ? corners / 3 : corners < 3 ? 0 : corners - 2;
+    }
+
+    /// How many faces a primitive says that it has.
+    std::size_t faceCountOf(const Json& json)
+    {
+        const Json& positions = member(member(json, "attributes"), "POSITION");
+        if (!positions.is_number_unsigned()) return 0;
+        const Json& indices = member(json, "indices");
+        const Json& corners = indices.is_number_unsigned() ? indices : positions;
+        const Json& accessor = element(member(json_, "accessors"), corners.get<std::size_t>());
+        const std::size_t count = sizeMember(accessor, "count", 0);
+        // A count that cannot be is named when the accessor is read.
+        return facesOf(sizeMember(json, "mode", 4), count > mostElements ? 0 : count);
+    }
+
     bool readPrimitive(const Json& json, std::uint32_t object, const std::string& name)
     {
         const std::size_t mode = sizeMember(json, "mode", 4);
@@ -600,6 +619,8 @@ private:
         if (material != missing && material >= scene_.materials.size())
             return fail(name + " names a material that does not exist");
         const Json& attributes = member(json, "attributes");
+        faceCount_ += faceCountOf(json);
+        if (faceCount_ > mostFaces) return true; // what is too large is only counted
         SceneCorner first;
         if (!appendValues(scene_.positions, member(attributes, "POSITION"), missing, first.position,
                           name))
@@ -620,6 +641,7 @@ private:
         const Json& accessor = member(json, "indices");
         if (accessor.is_number_unsigned()) {
             if (!readAccessor(indices, accessor.get<std::size_t>())) return false;
+            if (indices.width != 1) return fail(name + " has indices that are no single numbers");
             for (const double i : indices.values)
                 if (!(i >= 0 && i < static_cast<double>(count)) || i != std::floor(i))
                     return fail(name + " has an index out of range");
@@ -627,10 +649,7 @@ private:
             for (std::size_t i = 0; i < count; ++i)
                 indices.values.push_back(static_cast<double>(i));
         }
-        const std::size_t total = indices.values.size();
-        const std::size_t faces = mode == 4 ? total / 3 : total < 3 ? 0 : total - 2;
-        if (scene_.faces.size() + faces > mostFaces)
-            return fail(name + ": more than " + std::to_string(mostFaces) + " faces");
+        const std::size_t faces = facesOf(mode, indices.values.size());
         for (std::size_t f = 0; f < faces; ++f) {
             std::array<std::size_t, 3> at{f * 3, f * 3 + 1, f * 3 + 2};
             if (mode == 5) at = {f, f + 1 + f % 2, f + 2 - f % 2};
@@ -676,6 +695,7 @@ private:
     std::vector<TextureUse> textures_; ///< parallel to the scene's materials
     std::vector<bool> isUsed_;         ///< nodes
     std::size_t nodesRead_ = 0;
+    std::size_t faceCount_ = 0; ///< of the nodes read, also those that are too many to keep
 };
 
 } // namespace
