@@ -29,7 +29,7 @@ void setStatusText(HWND statusBar, int part, const std::string& text)
 
 void showStatusMessage(HWND statusBar, const std::string& text)
 {
-    if (!text.empty()) // part 255 is the one that stands for all
+    if (!text.empty()) // SB_SIMPLEID stands for the bar as one
         SendMessageA(statusBar, SB_SETTEXTA, SB_SIMPLEID | SBT_NOBORDERS,
                      reinterpret_cast<LPARAM>(text.c_str()));
     SendMessageA(statusBar, SB_SIMPLE, !text.empty(), 0);
