@@ -1,8 +1,8 @@
 // How fast the C source of the largest model is written, beside the same lines written one by one
 // with fprintf. Run from the repository's root.
 
-#include "output/attribute_text.h"
 #include "model/model_file.h"
+#include "output/attribute_text.h"
 #include "output/model_source.h"
 
 #include <benchmark/benchmark.h>

@@ -2,10 +2,10 @@
 // 64 x 64 texels, and 4096 polygons sliced into such textures. Run from the repository's root.
 
 #include "bench_scene.h"
-#include "image/image_surface.h"
-#include "slice/slice.h"
 #include "document/texture_edits.h"
+#include "image/image_surface.h"
 #include "session/texture_grid.h"
+#include "slice/slice.h"
 #include "view/selection.h"
 
 #include <benchmark/benchmark.h>

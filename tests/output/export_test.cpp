@@ -44,8 +44,8 @@ std::uint32_t u32At(const Bytes& image, std::size_t offset)
 } // namespace
 
 /// The four files of each sample: of the small one as they stood when a reader of its own had found
-/// every number in its place, in the folder golden; of the others the hashes, taken at the same time.
-/// After a change that is meant, `facetor-cli convert` with the former and the new program
+/// every number in its place, in the folder golden; of the others the hashes, taken at the same
+/// time. After a change that is meant, `facetor-cli convert` with the former and the new program
 /// shows it.
 TEST(Exports, OfTheSamplesAreTheirGoldenFiles)
 {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "state/editor.h"
 #include "app/program.h"
 #include "driver/picture.h"
+#include "state/editor.h"
 
 #include <windows.h>
 
