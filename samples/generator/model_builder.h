@@ -49,7 +49,7 @@ struct Material {
     std::uint16_t texture = 0;
     std::uint16_t plane = 0;
     std::uint16_t sort = sortCentre;
-    std::array<Rgb555, 4> gouraud{0xC210, 0xC210, 0xC210, 0xC210};
+    std::array<Rgb555, 4> gouraud{neutralGouraud, neutralGouraud, neutralGouraud, neutralGouraud};
 
     Material with(std::uint32_t moreFlags) const;
     Material dualSided() const;

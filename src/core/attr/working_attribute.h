@@ -38,7 +38,8 @@ struct WorkingAttribute {
     std::uint16_t texture = 0;
     Rgb555 color = 0xFFFF;
     std::uint32_t flags = polygonFace | useLight;
-    std::array<Rgb555, 4> gouraud = {0xC210, 0xC210, 0xC210, 0xC210};
+    std::array<Rgb555, 4> gouraud = {neutralGouraud, neutralGouraud, neutralGouraud,
+                                     neutralGouraud};
 };
 
 /// Takes attribute and Gouraud colours of a polygon. Needs polygonIndex < model.totalPolygonCount.

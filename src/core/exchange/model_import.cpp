@@ -500,7 +500,7 @@ private:
         std::uint32_t flags = texture ? textureMap | texture->flips : std::uint32_t{polygonFace};
         if (material.opacity < translucentBelow) flags |= translucentMode;
         GouraudEntry& gouraud = model.gouraud[index];
-        gouraud.color.fill(0xC210); // neutral
+        gouraud.color.fill(neutralGouraud);
         const bool hasColours = std::any_of(corner.begin(), corner.end(), [&](std::uint32_t c) {
             return scene_.corners[c].colour != noIndex;
         });
@@ -568,7 +568,7 @@ private:
     Rgb555 tableColour(const Real3& factor, Rgb555 own, std::uint32_t corner) const
     {
         const std::uint32_t index = scene_.corners[corner].colour;
-        if (index == noIndex) return 0xC210;
+        if (index == noIndex) return neutralGouraud;
         Real3 colour = scene_.colours[index];
         for (std::size_t i = 0; i < 3; ++i) colour[i] *= factor[i];
         const Rgb555 shown = toColour(colour);

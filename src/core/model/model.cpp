@@ -25,9 +25,6 @@ constexpr std::array<Polygon, 6> cubePolygons{{{{0, 0, -1}, {0, 1, 2, 3}},
 /// White, red, green, blue, yellow, cyan.
 constexpr std::array<Rgb555, 6> cubeColours{0xFFFF, 0xFC00, 0x83E0, 0x801F, 0xFFE0, 0x83FF};
 
-/// 16 in each component: a Gouraud colour that changes nothing.
-constexpr Rgb555 neutralGouraud = 0xC210;
-
 void fillWithCube(Model& model)
 {
     std::copy(cubeVertices.begin(), cubeVertices.end(), model.vertices.begin());

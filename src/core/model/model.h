@@ -36,6 +36,9 @@ struct GouraudEntry {
     std::array<Rgb555, 4> color;
 };
 
+/// A Gouraud colour that changes nothing: 16 in each component.
+inline constexpr Rgb555 neutralGouraud = opaqueBit | rgb555(16, 16, 16);
+
 /// One object's tables, in the order in which the console's library lays such a record out. A table
 /// is the pool index of its first element.
 struct Mesh {

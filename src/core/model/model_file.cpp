@@ -27,7 +27,6 @@ constexpr std::uint32_t chunkHeaderSize = 8;
 
 /// What an object's polygons have when the file does not say.
 constexpr PolygonAttribute defaultAttribute{1, 0, 0, 0xE318, polygonFace | useLight, 0};
-constexpr Rgb555 defaultGouraud = 0xC210;
 
 Vector3 readVector(ByteReader& in)
 {
@@ -144,7 +143,7 @@ Message ModelReader::readObject(std::uint32_t index)
         const std::uint32_t slot = mesh.attributeTable + p;
         model_.attributes[slot] = defaultAttribute;
         model_.attributes[slot].gouraud = slot;
-        model_.gouraud[slot].color.fill(defaultGouraud);
+        model_.gouraud[slot].color.fill(neutralGouraud);
     }
     if (const Message message = readOptionalChunks(index, mesh); message != Message::none)
         return message;

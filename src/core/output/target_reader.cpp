@@ -269,8 +269,6 @@ private:
         return false;
     }
 
-    static constexpr Rgb555 neutralGouraud = 0xC210;
-
     Model& model_;
     Reason& reason_;
     std::vector<Block> blocks_;
