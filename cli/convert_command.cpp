@@ -29,12 +29,6 @@ struct Result {
     std::string detail; ///< fills the placeholder of the message that it fails with
 };
 
-Bytes toBytes(const TextWriter& text)
-{
-    const auto bytes = std::as_bytes(std::span(text.view()));
-    return {bytes.begin(), bytes.end()};
-}
-
 Message makeModel(Result& result, InputFile& input, const ConvertOptions&)
 {
     result.bytes = writeModel(input.model);
@@ -43,9 +37,9 @@ Message makeModel(Result& result, InputFile& input, const ConvertOptions&)
 
 void addSource(Result& result, const TextWriter& source, const ConvertOptions& options)
 {
-    result.bytes = toBytes(source);
+    result.bytes = bytesOf(source.view());
     if (!options.header.empty())
-        result.header = toBytes(formatSourceHeader(source.view(), options.header, options.names));
+        result.header = bytesOf(formatSourceHeader(source.view(), options.header, options.names).view());
 }
 
 Message makeModelSource(Result& result, InputFile& input, const ConvertOptions& options)

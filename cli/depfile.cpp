@@ -50,8 +50,7 @@ Bytes formatMakeRule(std::span<const std::string> filesRead, std::span<const Out
                       filesRead[i]) == filesRead.begin() + static_cast<std::ptrdiff_t>(i))
             text += " \\\n  " + escaped(filesRead[i], Side::prerequisite);
     text += '\n';
-    const auto bytes = std::as_bytes(std::span(text));
-    return {bytes.begin(), bytes.end()};
+    return bytesOf(text);
 }
 
 } // namespace facetor

@@ -253,12 +253,6 @@ void addHouse(ObjText& out)
                              Point{right, top, back}, Point{left, top, back}});
 }
 
-Bytes toBytes(std::string_view text)
-{
-    const auto bytes = std::as_bytes(std::span(text));
-    return {bytes.begin(), bytes.end()};
-}
-
 } // namespace
 
 std::vector<ExportedFile> makeLighthouse()
@@ -268,8 +262,8 @@ std::vector<ExportedFile> makeLighthouse()
     addTower(out);
     addLantern(out);
     addHouse(out);
-    std::vector<ExportedFile> files{{"lighthouse.obj", toBytes(out.finish())},
-                                    {"lighthouse.mtl", toBytes(materials)}};
+    std::vector<ExportedFile> files{{"lighthouse.obj", bytesOf(out.finish())},
+                                    {"lighthouse.mtl", bytesOf(materials)}};
     const std::pair<const char*, Picture> pictures[] = {
         {"rock", rock()}, {"sea", sea()},     {"tower", towerWalls()},
         {"rail", rail()}, {"house", house()}, {"roof", roof()},

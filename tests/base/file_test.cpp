@@ -19,12 +19,6 @@
 namespace facetor {
 namespace {
 
-Bytes bytesOf(std::string_view text)
-{
-    const auto bytes = std::as_bytes(std::span(text));
-    return {bytes.begin(), bytes.end()};
-}
-
 TEST(File, HoldsWhatWasWrittenLast)
 {
     const TemporaryFolder folder;

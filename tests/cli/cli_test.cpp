@@ -19,12 +19,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-Bytes bytesOf(std::string_view text)
-{
-    const auto bytes = std::as_bytes(std::span(text));
-    return {bytes.begin(), bytes.end()};
-}
-
 class Cli : public testing::Test {
 protected:
     void SetUp() override

@@ -25,8 +25,7 @@ struct Import {
             const auto found = files.find(name);
             why = "missing";
             if (found == files.end()) return std::optional<Bytes>();
-            const auto bytes = std::as_bytes(std::span(found->second));
-            return std::optional<Bytes>(std::in_place, bytes.begin(), bytes.end());
+            return std::optional(bytesOf(found->second));
         };
         EXPECT_EQ(createModelStore(model), Message::none);
         EXPECT_EQ(textures.create(), Message::none);

@@ -19,12 +19,6 @@ namespace facetor {
 
 namespace {
 
-Bytes bytesOf(std::string_view text)
-{
-    const auto bytes = std::as_bytes(std::span(text));
-    return {bytes.begin(), bytes.end()};
-}
-
 std::uint64_t hashOf(const Bytes& bytes)
 {
     std::uint64_t hash = 14695981039346656037u;

@@ -8,6 +8,12 @@
 
 namespace facetor {
 
+Bytes bytesOf(std::string_view text)
+{
+    const auto bytes = std::as_bytes(std::span(text));
+    return {bytes.begin(), bytes.end()};
+}
+
 std::string_view tagText(std::uint32_t tag, std::array<char, 4>& buffer)
 {
     for (char& character : buffer) {

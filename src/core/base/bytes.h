@@ -12,6 +12,9 @@ namespace facetor {
 
 using Bytes = std::vector<std::byte>;
 
+/// The characters of a text as they would stand in a file.
+Bytes bytesOf(std::string_view text);
+
 /// A chunk's four-character tag as it stands in the file, first character in the lowest byte.
 constexpr std::uint32_t tag(const char (&text)[5])
 {

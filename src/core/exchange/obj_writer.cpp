@@ -63,12 +63,6 @@ std::string onOneLine(std::string name, std::uint32_t index)
     return name.empty() ? defaultObjectName(index) : name;
 }
 
-Bytes toBytes(const TextWriter& out)
-{
-    const auto bytes = std::as_bytes(std::span(out.view()));
-    return {bytes.begin(), bytes.end()};
-}
-
 class ObjWriter {
 public:
     ObjWriter(const Model& model, const TextureList* textures) : model_(model), textures_(textures)
@@ -219,10 +213,8 @@ Message writeObj(std::vector<ExportedFile>& files, const Model& model, const Tex
     text.append("# Facetor\nmtllib " + title + ".mtl\n");
     for (std::uint32_t i = 0; i < model.objectCount; ++i)
         writer.writeObject(text, i, placements[i]);
-    files.push_back({title + ".obj", toBytes(text)});
-    const std::string materials = writer.materials(title + ".textures/");
-    const auto bytes = std::as_bytes(std::span(materials));
-    files.push_back({title + ".mtl", Bytes(bytes.begin(), bytes.end())});
+    files.push_back({title + ".obj", bytesOf(text.view())});
+    files.push_back({title + ".mtl", bytesOf(writer.materials(title + ".textures/"))});
     for (const std::uint16_t slot : writer.slots()) {
         files.push_back(
             {title + ".textures/" + slotNumber(slot) + ".png", encodeTexture(*textures, slot)});
