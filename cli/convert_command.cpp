@@ -39,7 +39,8 @@ void addSource(Result& result, const TextWriter& source, const ConvertOptions& o
 {
     result.bytes = bytesOf(source.view());
     if (!options.header.empty())
-        result.header = bytesOf(formatSourceHeader(source.view(), options.header, options.names).view());
+        result.header =
+            bytesOf(formatSourceHeader(source.view(), options.header, options.names).view());
 }
 
 Message makeModelSource(Result& result, InputFile& input, const ConvertOptions& options)

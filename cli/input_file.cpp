@@ -84,7 +84,7 @@ FileKind kindOfContent(std::span<const std::byte> bytes)
     ByteReader in{bytes};
     const std::uint32_t first = in.u32();
     if (first == modelFileTag) return FileKind::model;
-    if (first == tag("MXTX")) return FileKind::textures;
+    if (first == textureFileTag) return FileKind::textures;
     if (looksLikeGltf(bytes)) return FileKind::gltf;
     if (looksLikeObj({reinterpret_cast<const char*>(bytes.data()), bytes.size()}))
         return FileKind::obj;

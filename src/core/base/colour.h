@@ -32,6 +32,12 @@ constexpr Rgb555 rgb555(int red, int green, int blue)
     return static_cast<Rgb555>(red << 10 | green << 5 | blue);
 }
 
+/// 0-31 stretched to 0-255, so that 31 is 255.
+constexpr std::uint8_t stretched(int component)
+{
+    return static_cast<std::uint8_t>(component << 3 | component >> 2);
+}
+
 /// What the screen shows: each 5-bit component times 8, in the order red, green, blue.
 constexpr std::array<std::uint8_t, 3> toScreenColour(Rgb555 colour)
 {

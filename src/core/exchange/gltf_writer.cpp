@@ -64,7 +64,7 @@ struct Look {
 /// 0 to 31 as glTF's linear 0 to 1.
 double linearOf(int component)
 {
-    return toLinear((component << 3 | component >> 2) / 255.0);
+    return toLinear(stretched(component) / 255.0);
 }
 
 /// The vertices of the polygons of an object that have one look.

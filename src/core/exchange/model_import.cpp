@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <numbers>
 #include <set>
 #include <unordered_map>
 
@@ -20,8 +21,8 @@ namespace {
 constexpr std::size_t longestImportedName = 127; ///< bytes
 constexpr double translucentBelow = 0.75;        ///< opacity
 constexpr std::uint32_t polygonsPerReport = 16;  ///< of progress; one may cut a large texture
-const double cosineOfSmooth = std::cos(1.0 / 180 * 3.14159265358979);
-const double cosineOfFlat = std::cos(0.1 / 180 * 3.14159265358979);
+const double cosineOfSmooth = std::cos(1.0 / 180 * std::numbers::pi);
+const double cosineOfFlat = std::cos(0.1 / 180 * std::numbers::pi);
 
 /// A polygon to be: corners of the scene in the file's order, a triangle's last one twice.
 struct Piece {
@@ -444,7 +445,7 @@ private:
         for (std::size_t i = 0; i < 3; ++i)
             for (double& component : axes[i]) component /= scaling[i];
         const auto units = [](double radians) {
-            return static_cast<Angle>(std::lround(radians / (2 * 3.14159265358979) * fullTurn));
+            return static_cast<Angle>(std::lround(radians / (2 * std::numbers::pi) * fullTurn));
         };
         // About x first, then y, then z. Where y takes the x axis into z, the other two turn about
         // one axis, and the first does for both.

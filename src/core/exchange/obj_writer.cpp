@@ -107,10 +107,9 @@ public:
         for (const auto& [look, number] : looks_) {
             out.append("newmtl " + look.name() + "\nKd");
             for (const int component :
-                 {redOf(look.colour), greenOf(look.colour), blueOf(look.colour)}) {
-                const int byte = component << 3 | component >> 2;
-                appendNumber(out, look.slot ? 1 : byte / 255.0); // it multiplies the picture
-            }
+                 {redOf(look.colour), greenOf(look.colour), blueOf(look.colour)})
+                // It multiplies the picture.
+                appendNumber(out, look.slot ? 1 : stretched(component) / 255.0);
             out.append(look.isTranslucent ? "\nd 0.5" : "\nd 1");
             out.append(look.isLit ? "\nillum 1\n" : "\nillum 0\n");
             if (look.slot) out.append("map_Kd " + folder + slotNumber(*look.slot) + ".png\n");

@@ -33,7 +33,7 @@ bool decodeBmp(ScenePicture& picture, std::span<const std::byte> file, int depth
             const Rgb555 texel =
                 static_cast<Rgb555>(byteAt(row + x * 2) | byteAt(row + x * 2 + 1) << 8);
             for (const int component : {redOf(texel), greenOf(texel), blueOf(texel)})
-                picture.rgba.push_back(static_cast<std::uint8_t>(component << 3 | component >> 2));
+                picture.rgba.push_back(stretched(component));
         } else {
             std::size_t at = row + x * 4;
             if (depth == 8) at = byteAt(row + x) * 4;

@@ -9,11 +9,6 @@ namespace facetor {
 
 namespace {
 
-constexpr int stretched(int component)
-{
-    return component << 3 | component >> 2;
-}
-
 /// The greatest component of 5 bits that is shown no brighter than a value of 0 to 255.
 constexpr int below(int value)
 {

@@ -38,9 +38,6 @@ void fillFromRgba(std::span<const std::uint8_t> rgba, AlphaRule rule, std::span<
 
 std::vector<std::uint8_t> toRgba(std::span<const Rgb555> texels)
 {
-    const auto stretched = [](int component) {
-        return static_cast<std::uint8_t>(component << 3 | component >> 2);
-    };
     std::vector<std::uint8_t> rgba;
     rgba.reserve(texels.size() * 4);
     for (const Rgb555 texel : texels) {

@@ -11,7 +11,6 @@ namespace facetor {
 
 namespace {
 
-constexpr std::uint32_t listTag = tag("MXTX");
 constexpr std::uint32_t textureTag = tag("TQTx");
 /// Files of a sort that passes for a texture list and that nothing reads.
 constexpr std::uint32_t unreadTag = tag("TEXR");
@@ -54,7 +53,7 @@ Message TextureReader::read()
 Message TextureReader::readHeader(std::uint32_t& count)
 {
     ChunkHeader header; // whose size is not looked at: the block has one of its own
-    if (!chunks_.expect(listTag, header)) return Message::formatNotSupported;
+    if (!chunks_.expect(textureFileTag, header)) return Message::formatNotSupported;
     ByteReader fields{in_.take(dataFileHeaderSize)};
     if (!in_.ok()) return chunks_.failCut();
     (void)fields.u32(); // the version: there is one layout only
@@ -112,7 +111,7 @@ bool isTextureFile(const std::string& path)
     if (!start) return false;
     ByteReader in{*start};
     const std::uint32_t found = in.u32();
-    return in.ok() && (found == listTag || found == unreadTag);
+    return in.ok() && (found == textureFileTag || found == unreadTag);
 }
 
 Message readTextures(TextureList& list, std::span<const std::byte> bytes, Reason* reason)
@@ -139,7 +138,7 @@ Message readTextureFile(TextureList& list, const std::string& path, Reason* reas
 Bytes writeTextures(const TextureList& list)
 {
     ByteWriter out;
-    const std::size_t countOffset = writeDataFileHeader(out, listTag, 0);
+    const std::size_t countOffset = writeDataFileHeader(out, textureFileTag, 0);
     std::uint32_t count = 0;
     const std::uint32_t used = list.usedCount();
     for (std::uint32_t number = 0; number < used; ++number) {

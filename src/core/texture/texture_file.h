@@ -11,6 +11,9 @@ namespace facetor {
 
 // The texture list file, described in docs/formats/mxt.md.
 
+/// What a texture list file begins with.
+inline constexpr std::uint32_t textureFileTag = tag("MXTX");
+
 /// True when the file opens and starts with "MXTX" or "TEXR". No reader for the latter exists: such
 /// a file passes this test and is then refused by the reader.
 bool isTextureFile(const std::string& path);
