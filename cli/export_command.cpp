@@ -7,6 +7,7 @@
 #include "exchange/obj_writer.h"
 #include "exchange/picture_import.h"
 #include "image/image_codec.h"
+#include "image/picture.h"
 #include "output/target_image.h"
 #include "outputs.h"
 #include "report.h"
@@ -202,7 +203,7 @@ int runPictures(Run& run, const ConvertOptions& options)
         Reason reason;
         const std::optional<Bytes> file = readWholeInput(run, path, largestImageFile, reason);
         if (!file) return reportFailure(run, path, Message::cannotOpenFile, reason);
-        ScenePicture picture;
+        Picture picture;
         if (!decodePicture(picture, *file, reason.text)) return fail(path, reason.text);
         if (const Message message = importPicture(old.textures, slot, picture, import, reason);
             message != Message::none)

@@ -4,7 +4,7 @@
 #include "base/text.h"
 #include "exchange/gltf_reader.h"
 #include "exchange/obj_reader.h"
-#include "exchange/scene.h"
+#include "image/picture.h"
 #include "model/model_file.h"
 #include "texture/texture_file.h"
 

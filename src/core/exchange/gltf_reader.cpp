@@ -474,7 +474,7 @@ private:
         } else if (const auto bytes = view(sizeMember(json, "bufferView", missing))) {
             file.emplace(bytes->begin(), bytes->end());
         }
-        if (!file || !decodePicture(read, *file, why)) {
+        if (!file || !decodePicture(read.pixels, *file, why)) {
             reason_.text.clear(); // a picture that is missing is no failure
             notePicture(name, why);
             return pictures_[index] = noIndex;

@@ -7,11 +7,11 @@
 
 namespace facetor {
 
-Message importPicture(TextureList& list, std::uint32_t slot, const ScenePicture& picture,
+Message importPicture(TextureList& list, std::uint32_t slot, const Picture& picture,
                       const PictureImport& options, Reason& reason)
 {
     std::uint32_t width = picture.width, height = picture.height;
-    ScenePicture keyed; // before it is scaled, which would mix the colour with its neighbours
+    Picture keyed; // before it is scaled, which would mix the colour with its neighbours
     if (options.transparent) {
         keyed = picture;
         for (std::size_t i = 0; i < keyed.rgba.size(); i += 4) {
@@ -20,7 +20,7 @@ Message importPicture(TextureList& list, std::uint32_t slot, const ScenePicture&
             keyed.rgba[i + 3] = colour == *options.transparent ? 0 : 255;
         }
     }
-    const ScenePicture& source = options.transparent ? keyed : picture;
+    const Picture& source = options.transparent ? keyed : picture;
     std::vector<std::uint8_t> rgba;
     if (options.size == PictureSize::fitted) {
         const auto fitted = fittedSize(width, height, largestTextureSide, largestTextureSide);

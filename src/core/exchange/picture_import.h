@@ -1,7 +1,8 @@
 #pragma once
 
-#include "exchange/scene.h"
+#include "base/message.h"
 #include "image/dither.h"
+#include "image/picture.h"
 #include "texture/texture_list.h"
 
 #include <optional>
@@ -21,7 +22,7 @@ struct PictureImport {
 
 /// Makes a picture the texture of a slot. formatNotSupported, with the size in `reason`, for one
 /// of another size; outOfMemory. Needs a created list and a picture that was decoded.
-Message importPicture(TextureList& list, std::uint32_t slot, const ScenePicture& picture,
+Message importPicture(TextureList& list, std::uint32_t slot, const Picture& picture,
                       const PictureImport& options, Reason& reason);
 
 } // namespace facetor

@@ -3,6 +3,7 @@
 #include "base/angle.h"
 #include "base/bytes.h"
 #include "base/message.h"
+#include "image/picture.h"
 
 #include <array>
 #include <cstdint>
@@ -30,11 +31,10 @@ enum class ColourSpace { srgb, linear };
 /// How texture coordinates outside 0 to 1 come back into the picture.
 enum class Wrap { repeat, clamp, mirror };
 
-/// A picture in memory; one that could not be read has no pixels.
+/// A picture, by the name that the file has for it; one that could not be read has no pixels.
 struct ScenePicture {
     std::string name;
-    std::uint32_t width = 0, height = 0;
-    std::vector<std::uint8_t> rgba; ///< red, green, blue, alpha; top row first
+    Picture pixels;
 };
 
 struct SceneMaterial {
@@ -121,12 +121,5 @@ bool staysBelow(std::string_view name);
 /// read, which is noted once.
 std::uint32_t addPicture(Scene& scene, const std::string& name, std::uint32_t line,
                          const AssetReader& assets);
-
-/// Whether decodePicture() would try to read a file: by its signature or, of a TGA, its header.
-bool looksLikePicture(std::span<const std::byte> file);
-
-/// Decodes a picture's file, which is told by its content, into `picture`; false, with the cause in
-/// `reason`, when it is none that can be read.
-bool decodePicture(ScenePicture& picture, std::span<const std::byte> file, std::string& reason);
 
 } // namespace facetor

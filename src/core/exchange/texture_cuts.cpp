@@ -76,7 +76,7 @@ std::optional<ShownCut> wholePicture(std::array<Real2, 4> uvs, const SceneMateri
 class Sampler {
 public:
     /// With `leastAlpha` 255 a picture's alpha does not count.
-    Sampler(const ScenePicture& picture, Wrap wrapU, Wrap wrapV, std::uint8_t leastAlpha = 0)
+    Sampler(const Picture& picture, Wrap wrapU, Wrap wrapV, std::uint8_t leastAlpha = 0)
         : picture_(picture), wrapU_(wrapU), wrapV_(wrapV), leastAlpha_(leastAlpha)
     {
     }
@@ -121,7 +121,7 @@ public:
     }
 
 private:
-    const ScenePicture& picture_;
+    const Picture& picture_;
     Wrap wrapU_, wrapV_;
     std::uint8_t leastAlpha_;
 };
@@ -135,7 +135,7 @@ std::uint32_t pointsFor(double texels, double most = 128)
 
 } // namespace
 
-std::vector<std::uint8_t> scaledPicture(const ScenePicture& picture, std::uint32_t width,
+std::vector<std::uint8_t> scaledPicture(const Picture& picture, std::uint32_t width,
                                         std::uint32_t height)
 {
     const Sampler sampler(picture, Wrap::clamp, Wrap::clamp);
@@ -166,7 +166,7 @@ ShownCut TextureCuts::place(std::uint32_t materialIndex, const std::array<Real2,
         return known->second;
     }
     const SceneMaterial& material = scene_.materials[materialIndex];
-    const ScenePicture& picture = scene_.pictures[material.picture];
+    const Picture& picture = scene_.pictures[material.picture].pixels;
     ShownCut placed{};
     if (const auto whole = isTriangle ? std::nullopt : wholePicture(uvs, material)) {
         placed = share(
@@ -198,7 +198,7 @@ TextureCuts::Cut TextureCuts::cutOut(const SceneMaterial& material, const std::a
 {
     const auto [columns, rows] = fittedSize(std::max(width, 1.0), std::max(height, 1.0),
                                             options_.largestWidth, options_.largestHeight);
-    const Sampler sampler(scene_.pictures[material.picture], material.wrapU, material.wrapV,
+    const Sampler sampler(scene_.pictures[material.picture].pixels, material.wrapU, material.wrapV,
                           material.alphaCutoff > 0 ? 0 : 255);
     std::vector<std::uint8_t> rgba = sampler.sample(
         uvs, columns, rows,

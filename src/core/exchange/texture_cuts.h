@@ -29,7 +29,7 @@ struct ShownCut {
 
 /// Scales a picture to width x height texels of red, green, blue and alpha: the nearest pixels, or
 /// their mean where it becomes smaller.
-std::vector<std::uint8_t> scaledPicture(const ScenePicture& picture, std::uint32_t width,
+std::vector<std::uint8_t> scaledPicture(const Picture& picture, std::uint32_t width,
                                         std::uint32_t height);
 
 /// The size that width x height texels get when they are scaled down as a whole to the largest
