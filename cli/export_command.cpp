@@ -4,6 +4,7 @@
 #include "base/file.h"
 #include "base/text.h"
 #include "exchange/gltf_writer.h"
+#include "exchange/look.h"
 #include "exchange/obj_writer.h"
 #include "exchange/picture_import.h"
 #include "image/image_codec.h"

@@ -1,7 +1,7 @@
 #include "base/file.h"
 #include "base/temporary_folder.h"
 #include "driver/running_editor.h"
-#include "exchange/obj_writer.h"
+#include "exchange/look.h"
 #include "gui/model_files.h"
 #include "resources/resource_ids.h"
 #include "ui/window_data.h"

@@ -1,8 +1,8 @@
 #include "exchange/gltf_writer.h"
 
 #include "exchange/face_split.h"
+#include "exchange/look.h"
 #include "exchange/model_points.h"
-#include "exchange/obj_writer.h"
 #include "exchange/own_model.h"
 #include "exchange/scene_colour.h"
 #include "image/image_codec.h"
@@ -16,7 +16,6 @@
 #include <limits>
 #include <map>
 #include <optional>
-#include <tuple>
 
 namespace facetor {
 
@@ -31,35 +30,6 @@ constexpr std::uint32_t glbVersion = 2;
 constexpr int singles = 5126, shorts = 5123;
 constexpr int vertexData = 34962, indexData = 34963;
 constexpr int nearest = 9728, clampToEdge = 33071;
-
-constexpr Rgb555 white = 0x7FFF;
-
-/// What a material says of a polygon.
-struct Look {
-    Rgb555 colour;
-    std::optional<std::uint16_t> slot;
-    bool isLit, isTranslucent, isDoubleSided;
-    bool hasColours; ///< at its corners
-
-    auto key() const
-    {
-        return std::tuple(slot, colour, isLit, isTranslucent, isDoubleSided, hasColours);
-    }
-    bool operator<(const Look& other) const { return key() < other.key(); }
-
-    std::string name() const
-    {
-        std::string text = slot ? "texture" + slotNumber(*slot)
-                                : "colour" + std::to_string(redOf(colour)) + "-" +
-                                      std::to_string(greenOf(colour)) + "-" +
-                                      std::to_string(blueOf(colour));
-        if (!isLit) text += "-unlit";
-        if (isTranslucent) text += "-translucent";
-        if (isDoubleSided) text += "-dual";
-        if (hasColours) text += "-gouraud";
-        return text;
-    }
-};
 
 /// 0 to 31 as glTF's linear 0 to 1.
 double linearOf(int component)
@@ -340,7 +310,7 @@ private:
         }
         const Real3 area = areaVector(points);
         if (hasNoArea(points) || !(lengthOf(area) > 0)) return;
-        const Look look = lookOf(attribute);
+        const Look look = glbLookOf(attribute);
         Primitive& primitive = primitives[look];
         std::array<std::uint16_t, 4> vertices{};
         for (std::size_t i = 0; i < corners.size(); ++i) {
@@ -350,10 +320,7 @@ private:
             const Vector3& given = model_.vertexNormals[mesh.vertexNormalTable + corners[i]];
             const bool isSmooth =
                 isLightGouraud(attribute) && isFinite(given) && lengthOf(toFile(given)) > 0;
-            // Corners are clockwise from the picture's left top.
-            bool right = at == 1 || at == 2, low = at >= 2;
-            if ((attribute.flags & flipHorizontal) != 0) right = !right;
-            if ((attribute.flags & flipVertical) != 0) low = !low;
+            const auto [right, low] = pictureCorner(attribute, at);
             const Rgb555 colour = cornerColour(attribute, look, gouraud.color[at]);
             const std::uint32_t place = look.slot ? (right ? 1u : 0u) + (low ? 2u : 0u) : 0u;
             const auto [known, isNew] =
@@ -376,31 +343,26 @@ private:
         }
     }
 
-    Look lookOf(const PolygonAttribute& attribute) const
+    Look glbLookOf(const PolygonAttribute& attribute) const
     {
-        Look look{static_cast<Rgb555>(attribute.color & white),
-                  std::nullopt,
-                  (attribute.flags & useLight) != 0,
-                  (attribute.flags & translucentMode) != 0,
-                  (attribute.plane & dualPlaneBit) != 0,
-                  isTableGouraud(attribute)};
-        if ((attribute.flags & textureMap) != 0 && textures_ &&
-            attribute.texture < textureSlotCount && !textures_->isEmpty(attribute.texture)) {
-            const TextureSlot& texture = textures_->slot(attribute.texture);
-            if (texture.width <= largestImageSide && texture.height <= largestImageSide)
-                look.slot = attribute.texture;
-        }
-        if (look.slot || look.hasColours) look.colour = white; // it multiplies these
-        if ((attribute.flags & shadowMode) != 0)               // which darkens what is behind it
-            look = {0, std::nullopt, false, true, look.isDoubleSided, false};
+        std::optional<std::uint16_t> slot = shownSlot(attribute, textures_);
+        if (slot && std::max(textures_->slot(*slot).width, textures_->slot(*slot).height) >
+                        largestImageSide)
+            slot.reset(); // no picture can be made of it
+        Look look = lookOf(attribute, slot);
+        look.isDoubleSided = (attribute.plane & dualPlaneBit) != 0;
+        look.hasColours = isTableGouraud(attribute);
+        if (look.hasColours) look.colour = whiteOfLook; // it multiplies these
+        if ((attribute.flags & shadowMode) != 0)        // which darkens what is behind it
+            look = {std::nullopt, 0, false, true, look.isDoubleSided, false};
         return look;
     }
 
     /// What a corner's Gouraud colour makes of the polygon's. Of texels it can only take away.
     static Rgb555 cornerColour(const PolygonAttribute& attribute, const Look& look, Rgb555 entry)
     {
-        if (!look.hasColours) return white;
-        const Rgb555 own = look.slot ? white : attribute.color;
+        if (!look.hasColours) return whiteOfLook;
+        const Rgb555 own = look.slot ? whiteOfLook : attribute.color;
         const auto sum = [&](int (*component)(Rgb555)) {
             return std::clamp(component(own) + component(entry) - 16, 0, 31);
         };

@@ -1,16 +1,14 @@
 #include "exchange/obj_writer.h"
 
 #include "base/text_writer.h"
+#include "exchange/look.h"
 #include "exchange/model_points.h"
-#include "image/png_codec.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <map>
-#include <optional>
 #include <set>
-#include <tuple>
 
 namespace facetor {
 
@@ -33,27 +31,6 @@ void appendInteger(TextWriter& out, std::uint64_t value)
 {
     out.append(std::to_string(value));
 }
-
-/// What a material says of a polygon.
-struct Look {
-    Rgb555 colour;
-    std::optional<std::uint16_t> slot;
-    bool isLit, isTranslucent;
-
-    auto key() const { return std::tuple(slot, colour, isLit, isTranslucent); }
-    bool operator<(const Look& other) const { return key() < other.key(); }
-
-    std::string name() const
-    {
-        std::string text = slot ? "texture" + slotNumber(*slot)
-                                : "colour" + std::to_string(redOf(colour)) + "-" +
-                                      std::to_string(greenOf(colour)) + "-" +
-                                      std::to_string(blueOf(colour));
-        if (!isLit) text += "-unlit";
-        if (isTranslucent) text += "-translucent";
-        return text;
-    }
-};
 
 /// A name that stays on its line.
 std::string onOneLine(std::string name, std::uint32_t index)
@@ -92,7 +69,7 @@ public:
                 smooth = !smooth;
                 out.append(smooth ? "s 1\n" : "s off\n");
             }
-            const Look look = lookOf(attribute);
+            const Look look = lookOf(attribute, shownSlot(attribute, textures_));
             const auto [at, isNew] = looks_.try_emplace(look, looks_.size());
             if (look_ != at->second) out.append("usemtl " + look.name() + "\n");
             look_ = at->second;
@@ -137,18 +114,6 @@ private:
         return name;
     }
 
-    Look lookOf(const PolygonAttribute& attribute) const
-    {
-        Look look{static_cast<Rgb555>(attribute.color & 0x7FFF), std::nullopt,
-                  (attribute.flags & useLight) != 0, (attribute.flags & translucentMode) != 0};
-        if ((attribute.flags & textureMap) != 0 && textures_ &&
-            attribute.texture < textureSlotCount && !textures_->isEmpty(attribute.texture)) {
-            look.slot = attribute.texture;
-            look.colour = 0x7FFF;
-        }
-        return look;
-    }
-
     /// The first corner stays the first, the others follow backwards. Of a mirrored object they run
     /// backwards already, as it is drawn.
     void writeFace(TextWriter& out, const Polygon& polygon, const PolygonAttribute& attribute,
@@ -159,12 +124,10 @@ private:
         if (look.slot)
             for (const std::uint16_t corner : corners) {
                 const auto at = std::find(polygon.corner.begin(), polygon.corner.end(), corner);
-                const auto k = at - polygon.corner.begin(); // clockwise from the left top
-                bool right = k == 1 || k == 2, low = k >= 2;
-                if ((attribute.flags & flipHorizontal) != 0) right = !right;
-                if ((attribute.flags & flipVertical) != 0) low = !low;
-                out.append(right ? "vt 1 " : "vt 0 ");
-                out.append(low ? "0\n" : "1\n");
+                const PictureCorner place =
+                    pictureCorner(attribute, static_cast<std::size_t>(at - polygon.corner.begin()));
+                out.append(place.isRight ? "vt 1 " : "vt 0 ");
+                out.append(place.isLow ? "0\n" : "1\n");
                 ++uvCount_;
             }
         out.append('f');
@@ -187,20 +150,6 @@ private:
 };
 
 } // namespace
-
-std::string slotNumber(std::uint32_t slot)
-{
-    const std::string digits = std::to_string(slot);
-    return std::string(4 - std::min<std::size_t>(4, digits.size()), '0') + digits;
-}
-
-Bytes encodeTexture(const TextureList& textures, std::uint32_t slot)
-{
-    const TextureSlot& texture = textures.slot(slot);
-    return pngCodec.encode(
-        {texture.width, texture.height,
-         std::span<const Rgb555>(texture.pixels, std::size_t{texture.width} * texture.height)});
-}
 
 Message writeObj(std::vector<ExportedFile>& files, const Model& model, const TextureList* textures,
                  const std::string& title)

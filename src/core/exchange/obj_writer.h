@@ -23,10 +23,4 @@ struct ExportedFile {
 Message writeObj(std::vector<ExportedFile>& files, const Model& model, const TextureList* textures,
                  const std::string& title);
 
-/// A number of at least four digits: 0007.
-std::string slotNumber(std::uint32_t slot);
-
-/// A texture as PNG with alpha; empty when memory is short.
-Bytes encodeTexture(const TextureList& textures, std::uint32_t slot);
-
 } // namespace facetor
