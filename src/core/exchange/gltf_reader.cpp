@@ -1,6 +1,7 @@
 #include "exchange/gltf_reader.h"
 
 #include "base/text.h"
+#include "exchange/gltf_format.h"
 #include "exchange/own_model.h"
 
 #include <nlohmann/json.hpp>
@@ -18,7 +19,6 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr std::uint32_t glbTag = tag("glTF"), jsonChunk = tag("JSON"), binaryChunk = tag("BIN\0");
 constexpr std::size_t mostFaces = 2'000'000;     ///< of all instances together
 constexpr std::size_t mostElements = 16'000'000; ///< of an accessor
 constexpr int deepestNode = 256;
@@ -133,7 +133,7 @@ public:
     bool read(std::span<const std::byte> file)
     {
         std::span<const std::byte> text = file;
-        if (ByteReader{file}.u32() == glbTag && !openBinary(file, text)) return false;
+        if (ByteReader{file}.u32() == gltf::fileTag && !openBinary(file, text)) return false;
         json_ =
             Json::parse(reinterpret_cast<const char*>(text.data()),
                         reinterpret_cast<const char*>(text.data()) + text.size(), nullptr, false);
@@ -168,21 +168,21 @@ private:
         ByteReader in{file};
         in.skip(4);
         const std::uint32_t version = in.u32(), length = in.u32();
-        if (version != 2 || length > file.size() || length < 12)
+        if (version != gltf::binaryVersion || length > file.size() || length < gltf::headerSize)
             return fail("the header: another version, or the file is cut");
         ByteReader chunks{file.first(length)};
-        chunks.skip(12);
+        chunks.skip(gltf::headerSize);
         bool hasText = false;
-        while (chunks.left() >= 8) {
+        while (chunks.left() >= gltf::chunkHeaderSize) {
             const std::uint32_t size = chunks.u32(), kind = chunks.u32();
             if (size > chunks.left())
                 return fail("a chunk overruns the file at offset " +
-                            std::to_string(chunks.offset() - 8));
+                            std::to_string(chunks.offset() - gltf::chunkHeaderSize));
             const auto payload = chunks.take(size);
-            if (kind == jsonChunk && !hasText) {
+            if (kind == gltf::jsonChunk && !hasText) {
                 text = payload;
                 hasText = true;
-            } else if (kind == binaryChunk && binary_.empty()) {
+            } else if (kind == gltf::binaryChunk && binary_.empty()) {
                 binary_ = payload;
             }
         }
@@ -309,10 +309,10 @@ private:
     static double largestOf(std::size_t kind)
     {
         switch (kind) {
-        case 5120: return 127;
-        case 5121: return 255;
-        case 5122: return 32767;
-        case 5123: return 65535;
+        case gltf::signedByte: return 127;
+        case gltf::unsignedByte: return 255;
+        case gltf::signedShort: return 32767;
+        case gltf::unsignedShort: return 65535;
         default: return 1;
         }
     }
@@ -321,8 +321,9 @@ private:
     bool readElements(std::vector<double>& values, const Json& json, std::size_t kind,
                       std::size_t width, std::size_t count, const std::string& name)
     {
-        static const std::map<std::size_t, std::size_t> sizes{{5120, 1}, {5121, 1}, {5122, 2},
-                                                              {5123, 2}, {5125, 4}, {5126, 4}};
+        static const std::map<std::size_t, std::size_t> sizes{
+            {gltf::signedByte, 1},    {gltf::unsignedByte, 1},    {gltf::signedShort, 2},
+            {gltf::unsignedShort, 2}, {gltf::unsignedInteger, 4}, {gltf::single, 4}};
         const auto size = sizes.find(kind);
         if (size == sizes.end()) return fail(name + " is of an unknown type");
         const auto bytes = view(sizeMember(json, "bufferView", missing));
@@ -342,11 +343,11 @@ private:
             for (std::size_t k = 0; k < width; ++k) {
                 double value = 0;
                 switch (kind) {
-                case 5120: value = static_cast<std::int8_t>(in.u8()); break;
-                case 5121: value = in.u8(); break;
-                case 5122: value = static_cast<std::int16_t>(in.u16()); break;
-                case 5123: value = in.u16(); break;
-                case 5125: value = in.u32(); break;
+                case gltf::signedByte: value = static_cast<std::int8_t>(in.u8()); break;
+                case gltf::unsignedByte: value = in.u8(); break;
+                case gltf::signedShort: value = static_cast<std::int16_t>(in.u16()); break;
+                case gltf::unsignedShort: value = in.u16(); break;
+                case gltf::unsignedInteger: value = in.u32(); break;
                 default: value = double{in.f32()};
                 }
                 if (!std::isfinite(value)) return fail(name + " holds a number that is not finite");
@@ -427,8 +428,10 @@ private:
         const Json& sampler =
             element(member(json_, "samplers"), sizeMember(texture, "sampler", missing));
         const auto wrap = [&](const char* name) {
-            const std::size_t value = sizeMember(sampler, name, 10497);
-            return value == 33071 ? Wrap::clamp : value == 33648 ? Wrap::mirror : Wrap::repeat;
+            const std::size_t value = sizeMember(sampler, name, gltf::repeat);
+            return value == gltf::clampToEdge      ? Wrap::clamp
+                   : value == gltf::mirroredRepeat ? Wrap::mirror
+                                                   : Wrap::repeat;
         };
         material.wrapU = wrap("wrapS");
         material.wrapV = wrap("wrapT");
@@ -594,7 +597,7 @@ private:
 
     static std::size_t facesOf(std::size_t mode, std::size_t corners)
     {
-        return mode == 4 ? corners / 3 : corners < 3 ? 0 : corners - 2;
+        return mode == gltf::triangles ? corners / 3 : corners < 3 ? 0 : corners - 2;
     }
 
     /// How many faces a primitive says that it has.
@@ -607,14 +610,14 @@ private:
         const Json& accessor = element(member(json_, "accessors"), corners.get<std::size_t>());
         const std::size_t count = sizeMember(accessor, "count", 0);
         // A count that cannot be is named when the accessor is read.
-        return facesOf(sizeMember(json, "mode", 4), count > mostElements ? 0 : count);
+        return facesOf(sizeMember(json, "mode", gltf::triangles), count > mostElements ? 0 : count);
     }
 
     bool readPrimitive(const Json& json, std::uint32_t object, const std::string& name)
     {
-        const std::size_t mode = sizeMember(json, "mode", 4);
-        if (mode < 4) return true; // points and lines
-        if (mode > 6) return fail(name + " is of an unknown mode");
+        const std::size_t mode = sizeMember(json, "mode", gltf::triangles);
+        if (mode < gltf::triangles) return true; // points and lines
+        if (mode > gltf::triangleFan) return fail(name + " is of an unknown mode");
         const std::size_t material = sizeMember(json, "material", missing);
         if (material != missing && material >= scene_.materials.size())
             return fail(name + " names a material that does not exist");
@@ -652,8 +655,8 @@ private:
         const std::size_t faces = facesOf(mode, indices.values.size());
         for (std::size_t f = 0; f < faces; ++f) {
             std::array<std::size_t, 3> at{f * 3, f * 3 + 1, f * 3 + 2};
-            if (mode == 5) at = {f, f + 1 + f % 2, f + 2 - f % 2};
-            if (mode == 6) at = {f + 1, f + 2, 0};
+            if (mode == gltf::triangleStrip) at = {f, f + 1 + f % 2, f + 2 - f % 2};
+            if (mode == gltf::triangleFan) at = {f + 1, f + 2, 0};
             scene_.faces.push_back(
                 {static_cast<std::uint32_t>(scene_.corners.size()), 3, object,
                  material == missing ? noIndex : static_cast<std::uint32_t>(material), 0, false});
@@ -702,7 +705,7 @@ private:
 
 bool looksLikeGltf(std::span<const std::byte> file)
 {
-    if (ByteReader{file}.u32() == glbTag) return true;
+    if (ByteReader{file}.u32() == gltf::fileTag) return true;
     const std::string_view text =
         withoutMark({reinterpret_cast<const char*>(file.data()), file.size()});
     const std::size_t begin = text.find_first_not_of(" \n\r\t");

@@ -1,6 +1,7 @@
 #include "exchange/gltf_writer.h"
 
 #include "exchange/face_split.h"
+#include "exchange/gltf_format.h"
 #include "exchange/look.h"
 #include "exchange/model_points.h"
 #include "exchange/own_model.h"
@@ -22,14 +23,6 @@ namespace facetor {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-constexpr std::uint32_t glbTag = tag("glTF"), jsonChunk = tag("JSON"), binaryChunk = tag("BIN\0");
-constexpr std::uint32_t glbVersion = 2;
-
-// Numbers that glTF names things by.
-constexpr int singles = 5126, shorts = 5123;
-constexpr int vertexData = 34962, indexData = 34963;
-constexpr int nearest = 9728, clampToEdge = 33071;
 
 /// 0 to 31 as glTF's linear 0 to 1.
 double linearOf(int component)
@@ -110,18 +103,18 @@ private:
     {
         std::string text = json_.dump(-1, ' ', false, Json::error_handler_t::replace);
         text.append((4 - text.size() % 4) % 4, ' ');
-        constexpr std::size_t headers = 12 + 8 + 8;
+        constexpr std::size_t headers = gltf::headerSize + 2 * gltf::chunkHeaderSize;
         if (text.size() + binary_.size() > std::numeric_limits<std::uint32_t>::max() - headers)
             return Message::outOfMemory;
         ByteWriter out;
-        out.u32(glbTag);
-        out.u32(glbVersion);
+        out.u32(gltf::fileTag);
+        out.u32(gltf::binaryVersion);
         out.u32(static_cast<std::uint32_t>(headers + text.size() + binary_.size()));
         out.u32(static_cast<std::uint32_t>(text.size()));
-        out.u32(jsonChunk);
+        out.u32(gltf::jsonChunk);
         out.text(text);
         out.u32(static_cast<std::uint32_t>(binary_.size()));
-        out.u32(binaryChunk);
+        out.u32(gltf::binaryChunk);
         out.bytes(binary_);
         file = out.release();
         return Message::none;
@@ -129,7 +122,7 @@ private:
 
     /// Appends bytes to the binary chunk, at a multiple of four as it all is. Returns the view's
     /// index.
-    std::size_t addView(std::span<const std::byte> bytes, std::optional<int> target,
+    std::size_t addView(std::span<const std::byte> bytes, std::optional<unsigned> target,
                         std::optional<std::size_t> stride)
     {
         Json view = {{"buffer", 0}, {"byteOffset", binary_.size()}, {"byteLength", bytes.size()}};
@@ -152,8 +145,8 @@ private:
     {
         ByteWriter out;
         for (const float value : values) out.f32(value);
-        return addAccessor({{"bufferView", addView(out.release(), vertexData, width * 4)},
-                            {"componentType", singles},
+        return addAccessor({{"bufferView", addView(out.release(), gltf::vertexData, width * 4)},
+                            {"componentType", gltf::single},
                             {"count", values.size() / width},
                             {"type", width == 2 ? "VEC2" : "VEC3"}});
     }
@@ -283,8 +276,8 @@ private:
         ByteWriter out;
         for (const std::uint16_t index : primitive.indices) out.u16(index);
         const std::size_t indices =
-            addAccessor({{"bufferView", addView(out.release(), indexData, std::nullopt)},
-                         {"componentType", shorts},
+            addAccessor({{"bufferView", addView(out.release(), gltf::indexData, std::nullopt)},
+                         {"componentType", gltf::unsignedShort},
                          {"count", primitive.indices.size()},
                          {"type", "SCALAR"}});
         const auto next = looks_.size();
@@ -292,7 +285,7 @@ private:
         return {{"attributes", std::move(attributes)},
                 {"indices", indices},
                 {"material", material},
-                {"mode", 4}};
+                {"mode", gltf::triangles}};
     }
 
     void addPolygon(std::map<Look, Primitive>& primitives, const Mesh& mesh, std::uint32_t index)
@@ -413,10 +406,10 @@ private:
         const Bytes png = encodeTexture(*textures_, slot);
         if (png.empty()) return false;
         if (!json_.contains("samplers"))
-            json_["samplers"].push_back({{"magFilter", nearest},
-                                         {"minFilter", nearest},
-                                         {"wrapS", clampToEdge},
-                                         {"wrapT", clampToEdge}});
+            json_["samplers"].push_back({{"magFilter", gltf::nearest},
+                                         {"minFilter", gltf::nearest},
+                                         {"wrapS", gltf::clampToEdge},
+                                         {"wrapT", gltf::clampToEdge}});
         json_["textures"].push_back({{"sampler", 0}, {"source", json_["images"].size()}});
         json_["images"].push_back({{"name", slotNumber(slot)},
                                    {"mimeType", "image/png"},
