@@ -1,143 +1,35 @@
 #include "exchange/gltf_reader.h"
 
-#include "base/text.h"
+#include "exchange/gltf_data.h"
 #include "exchange/gltf_format.h"
 #include "exchange/own_model.h"
 
-#include <nlohmann/json.hpp>
-
 #include <algorithm>
-#include <bit>
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <map>
 
 namespace facetor {
 
+using namespace gltf;
+
 namespace {
 
-using Json = nlohmann::json;
-
-constexpr std::size_t mostFaces = 2'000'000;     ///< of all instances together
-constexpr std::size_t mostElements = 16'000'000; ///< of an accessor
+constexpr std::size_t mostFaces = 2'000'000; ///< of all instances together
 constexpr int deepestNode = 256;
-
-// Members of JSON objects, whatever stands there: a missing or wrong one is as if it were not
-// there, and what needs it says so.
-
-const Json& member(const Json& object, const char* name)
-{
-    static const Json nothing;
-    if (!object.is_object()) return nothing;
-    const auto found = object.find(name);
-    return found == object.end() ? nothing : *found;
-}
-
-const Json& element(const Json& array, std::size_t index)
-{
-    static const Json nothing;
-    return array.is_array() && index < array.size() ? array[index] : nothing;
-}
-
-std::size_t sizeMember(const Json& object, const char* name, std::size_t otherwise)
-{
-    const Json& value = member(object, name);
-    return value.is_number_unsigned() ? value.get<std::size_t>() : otherwise;
-}
-
-double numberMember(const Json& object, const char* name, double otherwise)
-{
-    const Json& value = member(object, name);
-    return value.is_number() ? value.get<double>() : otherwise;
-}
-
-std::string textMember(const Json& object, const char* name)
-{
-    const Json& value = member(object, name);
-    return value.is_string() ? value.get<std::string>() : std::string();
-}
-
-/// As many numbers as asked for, or none of them.
-template <std::size_t Count> std::optional<std::array<double, Count>> numbers(const Json& array)
-{
-    if (!array.is_array() || array.size() != Count) return std::nullopt;
-    std::array<double, Count> values;
-    for (std::size_t i = 0; i < Count; ++i) {
-        if (!array[i].is_number()) return std::nullopt;
-        values[i] = array[i].get<double>();
-        if (!std::isfinite(values[i])) return std::nullopt;
-    }
-    return values;
-}
-
-constexpr std::size_t missing = static_cast<std::size_t>(-1);
-
-/// What stands behind "base64," of a data URI; none when it is damaged.
-std::optional<Bytes> decodeBase64(std::string_view text)
-{
-    Bytes bytes;
-    std::uint32_t bits = 0;
-    int count = 0;
-    while (text.ends_with('=')) text.remove_suffix(1);
-    for (const char c : text) {
-        static constexpr std::string_view digits =
-            "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-        const std::size_t digit = digits.find(c);
-        if (digit == std::string_view::npos) return std::nullopt;
-        bits = bits << 6 | static_cast<std::uint32_t>(digit);
-        if ((count += 6) < 8) continue;
-        count -= 8;
-        bytes.push_back(static_cast<std::byte>(bits >> count & 255));
-    }
-    return bytes;
-}
-
-/// A relative URI as a file's name: %20 is a blank.
-std::string decodedUri(std::string_view uri)
-{
-    std::string name;
-    const auto digit = [](char c) {
-        static constexpr std::string_view digits = "0123456789abcdef";
-        return digits.find(c >= 'A' && c <= 'F' ? static_cast<char>(c + 32) : c);
-    };
-    for (std::size_t i = 0; i < uri.size(); ++i) {
-        if (uri[i] == '%' && i + 2 < uri.size() && digit(uri[i + 1]) < 16 &&
-            digit(uri[i + 2]) < 16) {
-            name += static_cast<char>(digit(uri[i + 1]) * 16 + digit(uri[i + 2]));
-            i += 2;
-        } else {
-            name += uri[i];
-        }
-    }
-    return name;
-}
-
-/// An accessor's numbers: `width` of them an element.
-struct Numbers {
-    std::vector<double> values;
-    std::size_t width = 0;
-
-    std::size_t count() const { return width == 0 ? 0 : values.size() / width; }
-};
 
 class GltfReader {
 public:
     GltfReader(Scene& scene, const AssetReader& assets, Reason& reason,
                const ImportProgress& progress)
-        : scene_(scene), assets_(assets), reason_(reason), progress_(progress)
+        : scene_(scene), data_(assets, reason), reason_(reason), progress_(progress)
     {
         scene_.colourSpace = ColourSpace::linear;
     }
 
     bool read(std::span<const std::byte> file)
     {
-        std::span<const std::byte> text = file;
-        if (ByteReader{file}.u32() == gltf::fileTag && !openBinary(file, text)) return false;
-        json_ =
-            Json::parse(reinterpret_cast<const char*>(text.data()),
-                        reinterpret_cast<const char*>(text.data()) + text.size(), nullptr, false);
-        if (!json_.is_object()) return fail("it is no JSON");
+        if (!data_.open(file)) return false;
         if (!textMember(member(json_, "asset"), "version").starts_with("2."))
             return fail("asset: it is not of version 2");
         for (const Json& extension : member(json_, "extensionsRequired")) {
@@ -157,43 +49,13 @@ public:
     }
 
 private:
-    bool fail(const std::string& what)
-    {
-        if (reason_.text.empty()) reason_.text = what;
-        return false;
-    }
-
-    bool openBinary(std::span<const std::byte> file, std::span<const std::byte>& text)
-    {
-        ByteReader in{file};
-        in.skip(4);
-        const std::uint32_t version = in.u32(), length = in.u32();
-        if (version != gltf::binaryVersion || length > file.size() || length < gltf::headerSize)
-            return fail("the header: another version, or the file is cut");
-        ByteReader chunks{file.first(length)};
-        chunks.skip(gltf::headerSize);
-        bool hasText = false;
-        while (chunks.left() >= gltf::chunkHeaderSize) {
-            const std::uint32_t size = chunks.u32(), kind = chunks.u32();
-            if (size > chunks.left())
-                return fail("a chunk overruns the file at offset " +
-                            std::to_string(chunks.offset() - gltf::chunkHeaderSize));
-            const auto payload = chunks.take(size);
-            if (kind == gltf::jsonChunk && !hasText) {
-                text = payload;
-                hasText = true;
-            } else if (kind == gltf::binaryChunk && binary_.empty()) {
-                binary_ = payload;
-            }
-        }
-        return hasText || fail("it has no JSON chunk");
-    }
+    bool fail(const std::string& what) { return data_.fail(what); }
 
     /// The model as Facetor wrote it into the file, unless another program has changed it since:
     /// then what that program left counts.
     bool readOwn(const Json& json)
     {
-        const auto* bytes = buffer(0);
+        const auto* bytes = data_.buffer(0);
         if (!bytes) return false;
         if (sizeMember(json, "version", 0) != ownModelVersion ||
             sizeMember(json, "checksum", missing) != glbChecksum(json_, *bytes)) {
@@ -201,11 +63,11 @@ private:
                                        "it: its attributes are not taken"});
             return true;
         }
-        const auto model = view(sizeMember(json, "model", missing));
+        const auto model = data_.view(sizeMember(json, "model", missing));
         if (!model) return fail("extras.facetor has no model");
         OwnModel own{Bytes(model->begin(), model->end()), std::nullopt, {}};
         if (const std::size_t list = sizeMember(json, "textures", missing); list != missing) {
-            const auto textures = view(list);
+            const auto textures = data_.view(list);
             if (!textures) return false;
             own.textures.emplace(textures->begin(), textures->end());
         }
@@ -221,163 +83,6 @@ private:
             }
         }
         scene_.own = std::move(own);
-        return true;
-    }
-
-    /// The bytes that a URI stands for; none with the cause in `why`.
-    std::optional<Bytes> fetch(const std::string& uri, std::string& why)
-    {
-        if (!uri.starts_with("data:")) return assets_(decodedUri(uri), why);
-        const std::size_t comma = uri.find(',');
-        if (comma == std::string::npos ||
-            !std::string_view(uri).substr(0, comma).ends_with(";base64")) {
-            why = "a data URI that is not base64";
-            return std::nullopt;
-        }
-        why = "base64 is damaged";
-        return decodeBase64(std::string_view(uri).substr(comma + 1));
-    }
-
-    /// Buffer `index`, whole; null after fail().
-    const std::span<const std::byte>* buffer(std::size_t index)
-    {
-        const auto known = buffers_.find(index);
-        if (known != buffers_.end()) return &known->second;
-        const std::string name = "buffer " + std::to_string(index);
-        const Json& json = element(member(json_, "buffers"), index);
-        const std::size_t length = sizeMember(json, "byteLength", missing);
-        std::span<const std::byte> bytes = binary_;
-        if (member(json, "uri").is_string()) {
-            std::string why;
-            std::optional<Bytes> file = fetch(textMember(json, "uri"), why);
-            if (!file) {
-                fail(name + ": " + why);
-                return nullptr;
-            }
-            files_[index] = std::move(*file);
-            bytes = files_[index];
-        }
-        if (length == missing || length > bytes.size()) {
-            fail(name + " is shorter than it says");
-            return nullptr;
-        }
-        return &(buffers_[index] = bytes.first(length));
-    }
-
-    std::optional<std::span<const std::byte>> view(std::size_t index)
-    {
-        const Json& json = element(member(json_, "bufferViews"), index);
-        const auto* bytes = buffer(sizeMember(json, "buffer", missing));
-        if (!bytes) return std::nullopt;
-        const std::size_t offset = sizeMember(json, "byteOffset", 0);
-        const std::size_t length = sizeMember(json, "byteLength", missing);
-        if (offset > bytes->size() || length > bytes->size() - offset) {
-            fail("bufferView " + std::to_string(index) + " overruns its buffer");
-            return std::nullopt;
-        }
-        return bytes->subspan(offset, length);
-    }
-
-    /// All numbers of an accessor, normalised ones as 0 to 1 or -1 to 1.
-    bool readAccessor(Numbers& numbers, std::size_t index)
-    {
-        const std::string name = "accessor " + std::to_string(index);
-        const Json& json = element(member(json_, "accessors"), index);
-        if (!json.is_object()) return fail(name + " does not exist");
-        static const std::map<std::string, std::size_t> widths{
-            {"SCALAR", 1}, {"VEC2", 2}, {"VEC3", 3}, {"VEC4", 4}};
-        const auto width = widths.find(textMember(json, "type"));
-        const std::size_t count = sizeMember(json, "count", 0);
-        if (width == widths.end()) return fail(name + " is of an unknown type");
-        if (count == 0 || count > mostElements) return fail(name + " has no count that can be");
-        numbers.width = width->second;
-        numbers.values.clear();
-        const Json& sparse = member(json, "sparse");
-        const std::size_t kind = sizeMember(json, "componentType", 0);
-        const bool normalised = member(json, "normalized") == true;
-        if (member(json, "bufferView").is_null() && sparse.is_object())
-            numbers.values.assign(count * numbers.width, 0.0); // all that is not said is zero
-        else if (!readElements(numbers.values, json, kind, numbers.width, count, name))
-            return false;
-        if (sparse.is_object() && !readSparse(numbers, sparse, kind, count, name)) return false;
-        if (normalised)
-            for (double& value : numbers.values) value = std::max(value / largestOf(kind), -1.0);
-        return true;
-    }
-
-    /// What a normalised number of that kind is divided by.
-    static double largestOf(std::size_t kind)
-    {
-        switch (kind) {
-        case gltf::signedByte: return 127;
-        case gltf::unsignedByte: return 255;
-        case gltf::signedShort: return 32767;
-        case gltf::unsignedShort: return 65535;
-        default: return 1;
-        }
-    }
-
-    /// `count` elements of `width` numbers from where `json` says that they lie.
-    bool readElements(std::vector<double>& values, const Json& json, std::size_t kind,
-                      std::size_t width, std::size_t count, const std::string& name)
-    {
-        static const std::map<std::size_t, std::size_t> sizes{
-            {gltf::signedByte, 1},    {gltf::unsignedByte, 1},    {gltf::signedShort, 2},
-            {gltf::unsignedShort, 2}, {gltf::unsignedInteger, 4}, {gltf::single, 4}};
-        const auto size = sizes.find(kind);
-        if (size == sizes.end()) return fail(name + " is of an unknown type");
-        const auto bytes = view(sizeMember(json, "bufferView", missing));
-        if (!bytes) return fail(name + " has no data");
-        const std::size_t elementSize = width * size->second;
-        const std::size_t stride =
-            sizeMember(element(member(json_, "bufferViews"), sizeMember(json, "bufferView", 0)),
-                       "byteStride", elementSize);
-        const std::size_t offset = sizeMember(json, "byteOffset", 0);
-        if (stride < elementSize || stride > 65535 || offset > bytes->size() ||
-            bytes->size() - offset < elementSize ||
-            (bytes->size() - offset - elementSize) / stride < count - 1)
-            return fail(name + " overruns its bufferView");
-        values.reserve(count * width);
-        for (std::size_t i = 0; i < count; ++i) {
-            ByteReader in{bytes->subspan(offset + i * stride, elementSize)};
-            for (std::size_t k = 0; k < width; ++k) {
-                double value = 0;
-                switch (kind) {
-                case gltf::signedByte: value = static_cast<std::int8_t>(in.u8()); break;
-                case gltf::unsignedByte: value = in.u8(); break;
-                case gltf::signedShort: value = static_cast<std::int16_t>(in.u16()); break;
-                case gltf::unsignedShort: value = in.u16(); break;
-                case gltf::unsignedInteger: value = in.u32(); break;
-                default: value = double{in.f32()};
-                }
-                if (!std::isfinite(value)) return fail(name + " holds a number that is not finite");
-                values.push_back(value);
-            }
-        }
-        return true;
-    }
-
-    /// Puts single elements of an accessor into their places.
-    bool readSparse(Numbers& numbers, const Json& sparse, std::size_t kind, std::size_t count,
-                    const std::string& name)
-    {
-        const std::size_t changed = sizeMember(sparse, "count", 0);
-        if (changed == 0 || changed > count) return fail(name + " has no sparse count that can be");
-        std::vector<double> indices, values;
-        const Json& places = member(sparse, "indices");
-        if (!readElements(indices, places, sizeMember(places, "componentType", 0), 1, changed,
-                          name) ||
-            !readElements(values, member(sparse, "values"), kind, numbers.width, changed, name))
-            return false;
-        for (std::size_t i = 0; i < changed; ++i) {
-            if (!(indices[i] >= 0 && indices[i] < static_cast<double>(count)) ||
-                indices[i] != std::floor(indices[i]))
-                return fail(name + " has a sparse index out of range");
-            std::copy_n(
-                values.begin() + static_cast<std::ptrdiff_t>(i * numbers.width), numbers.width,
-                numbers.values.begin() + static_cast<std::ptrdiff_t>(
-                                             static_cast<std::size_t>(indices[i]) * numbers.width));
-        }
         return true;
     }
 
@@ -428,10 +133,10 @@ private:
         const Json& sampler =
             element(member(json_, "samplers"), sizeMember(texture, "sampler", missing));
         const auto wrap = [&](const char* name) {
-            const std::size_t value = sizeMember(sampler, name, gltf::repeat);
-            return value == gltf::clampToEdge      ? Wrap::clamp
-                   : value == gltf::mirroredRepeat ? Wrap::mirror
-                                                   : Wrap::repeat;
+            const std::size_t value = sizeMember(sampler, name, repeat);
+            return value == clampToEdge      ? Wrap::clamp
+                   : value == mirroredRepeat ? Wrap::mirror
+                                             : Wrap::repeat;
         };
         material.wrapU = wrap("wrapS");
         material.wrapV = wrap("wrapT");
@@ -473,8 +178,8 @@ private:
         std::string why = "it has no data";
         std::optional<Bytes> file;
         if (!uri.empty()) {
-            file = fetch(uri, why);
-        } else if (const auto bytes = view(sizeMember(json, "bufferView", missing))) {
+            file = data_.fetch(uri, why);
+        } else if (const auto bytes = data_.view(sizeMember(json, "bufferView", missing))) {
             file.emplace(bytes->begin(), bytes->end());
         }
         if (!file || !decodePicture(read.pixels, *file, why)) {
@@ -581,7 +286,7 @@ private:
         first = noIndex;
         if (!accessor.is_number_unsigned()) return true;
         Numbers numbers;
-        if (!readAccessor(numbers, accessor.get<std::size_t>())) return false;
+        if (!data_.readAccessor(numbers, accessor.get<std::size_t>())) return false;
         constexpr std::size_t width = std::tuple_size_v<Value>;
         if (numbers.width < width || (count != missing && numbers.count() != count))
             return fail(name + " has attributes of different sizes");
@@ -597,7 +302,7 @@ private:
 
     static std::size_t facesOf(std::size_t mode, std::size_t corners)
     {
-        return mode == gltf::triangles ? corners / 3 : corners < 3 ? 0 : corners - 2;
+        return mode == triangles ? corners / 3 : corners < 3 ? 0 : corners - 2;
     }
 
     /// How many faces a primitive says that it has.
@@ -610,14 +315,14 @@ private:
         const Json& accessor = element(member(json_, "accessors"), corners.get<std::size_t>());
         const std::size_t count = sizeMember(accessor, "count", 0);
         // A count that cannot be is named when the accessor is read.
-        return facesOf(sizeMember(json, "mode", gltf::triangles), count > mostElements ? 0 : count);
+        return facesOf(sizeMember(json, "mode", triangles), count > mostElements ? 0 : count);
     }
 
     bool readPrimitive(const Json& json, std::uint32_t object, const std::string& name)
     {
-        const std::size_t mode = sizeMember(json, "mode", gltf::triangles);
-        if (mode < gltf::triangles) return true; // points and lines
-        if (mode > gltf::triangleFan) return fail(name + " is of an unknown mode");
+        const std::size_t mode = sizeMember(json, "mode", triangles);
+        if (mode < triangles) return true; // points and lines
+        if (mode > triangleFan) return fail(name + " is of an unknown mode");
         const std::size_t material = sizeMember(json, "material", missing);
         if (material != missing && material >= scene_.materials.size())
             return fail(name + " names a material that does not exist");
@@ -643,7 +348,7 @@ private:
         Numbers indices;
         const Json& accessor = member(json, "indices");
         if (accessor.is_number_unsigned()) {
-            if (!readAccessor(indices, accessor.get<std::size_t>())) return false;
+            if (!data_.readAccessor(indices, accessor.get<std::size_t>())) return false;
             if (indices.width != 1) return fail(name + " has indices that are no single numbers");
             for (const double i : indices.values)
                 if (!(i >= 0 && i < static_cast<double>(count)) || i != std::floor(i))
@@ -655,8 +360,8 @@ private:
         const std::size_t faces = facesOf(mode, indices.values.size());
         for (std::size_t f = 0; f < faces; ++f) {
             std::array<std::size_t, 3> at{f * 3, f * 3 + 1, f * 3 + 2};
-            if (mode == gltf::triangleStrip) at = {f, f + 1 + f % 2, f + 2 - f % 2};
-            if (mode == gltf::triangleFan) at = {f + 1, f + 2, 0};
+            if (mode == triangleStrip) at = {f, f + 1 + f % 2, f + 2 - f % 2};
+            if (mode == triangleFan) at = {f + 1, f + 2, 0};
             scene_.faces.push_back(
                 {static_cast<std::uint32_t>(scene_.corners.size()), 3, object,
                  material == missing ? noIndex : static_cast<std::uint32_t>(material), 0, false});
@@ -687,13 +392,10 @@ private:
     };
 
     Scene& scene_;
-    const AssetReader& assets_;
+    Data data_;
+    const Json& json_ = data_.json();
     Reason& reason_;
     const ImportProgress& progress_;
-    Json json_;
-    std::span<const std::byte> binary_;
-    std::map<std::size_t, Bytes> files_;
-    std::map<std::size_t, std::span<const std::byte>> buffers_;
     std::map<std::size_t, std::uint32_t> pictures_;
     std::vector<TextureUse> textures_; ///< parallel to the scene's materials
     std::vector<bool> isUsed_;         ///< nodes
@@ -705,7 +407,7 @@ private:
 
 bool looksLikeGltf(std::span<const std::byte> file)
 {
-    if (ByteReader{file}.u32() == gltf::fileTag) return true;
+    if (ByteReader{file}.u32() == fileTag) return true;
     const std::string_view text =
         withoutMark({reinterpret_cast<const char*>(file.data()), file.size()});
     const std::size_t begin = text.find_first_not_of(" \n\r\t");
