@@ -52,12 +52,8 @@ Message makeModelSource(Result& result, InputFile& input, const ConvertOptions& 
 
 Message makeModelImage(Result& result, InputFile& input, const ConvertOptions& options)
 {
-    const float scale = options.scale.value_or(1.0f);
-    result.detail = "16.16";
-    input.reason.text = findBeyondFixed(input.model, scale);
-    if (!input.reason.text.empty()) return Message::dataError;
-    result.bytes = formatModelImage(input.model, scale);
-    return Message::none;
+    result.detail = fixedPointForm;
+    return modelImage(result.bytes, input.model, options.scale.value_or(1.0f), input.reason);
 }
 
 Message makeTextures(Result& result, InputFile& input, const ConvertOptions&)

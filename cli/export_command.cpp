@@ -1,8 +1,9 @@
 #include "export_command.h"
 
 #include "base/beside_file.h"
-#include "base/file.h"
+#include "base/new_folders.h"
 #include "base/text.h"
+#include "exchange/foreign_file.h"
 #include "exchange/gltf_writer.h"
 #include "exchange/look.h"
 #include "exchange/obj_writer.h"
@@ -23,12 +24,6 @@ namespace facetor {
 
 namespace {
 
-#ifdef _WIN32
-constexpr std::string_view separators = "/\\";
-#else
-constexpr std::string_view separators = "/";
-#endif
-
 /// Reads an input of one kind; what failed has been reported.
 int readAs(Run& run, InputFile& file, const std::string& path, FileKind kind)
 {
@@ -44,33 +39,19 @@ int readAs(Run& run, InputFile& file, const std::string& path, FileKind kind)
 /// rest fails, taken away again.
 int writeWithFolder(const Run& run, const std::string& folder, std::span<const Output> outputs)
 {
-    const auto native = toPath(folder);
-    std::error_code error;
-    std::vector<std::filesystem::path> made;
-    for (auto missing = native.value_or(""); !missing.empty(); missing = missing.parent_path()) {
-        if (std::filesystem::exists(missing, error)) break;
-        if (missing.has_filename()) made.push_back(missing); // a slash at the end is none
-    }
-    if (native) std::filesystem::create_directories(*native, error);
-    const bool isThere = native && std::filesystem::is_directory(*native, error);
-    const int status = isThere ? writeOutputs(run, outputs)
-                               : reportFailure(run, folder, Message::cannotCreateFile,
-                                               {"the folder cannot be made", {}});
-    if (status != exitDone)
-        for (const auto& path : made) std::filesystem::remove(path, error); // an empty one only
+    NewFolders folders;
+    if (!folders.make(folder))
+        return reportFailure(run, folder, Message::cannotCreateFile,
+                             {"the folder cannot be made", {}});
+    const int status = writeOutputs(run, outputs);
+    if (status == exitDone) folders.keep();
     return status;
-}
-
-std::size_t folderEnd(const std::string& path)
-{
-    const std::size_t end = path.find_last_of(separators);
-    return end == std::string::npos ? 0 : end + 1;
 }
 
 /// The number that ends a file's name, before its extension.
 std::optional<std::uint32_t> endingNumber(const std::string& path)
 {
-    const std::string name(cutExtension(path.substr(folderEnd(path))));
+    const std::string name = titleOf(path);
     std::size_t begin = name.size();
     while (begin > 0 && name[begin - 1] >= '0' && name[begin - 1] <= '9') --begin;
     std::uint32_t number = 0;
@@ -80,11 +61,17 @@ std::optional<std::uint32_t> endingNumber(const std::string& path)
     return number;
 }
 
+/// Whether a path ends in a slash or what else does for one.
+bool endsAsFolder(const std::string& path)
+{
+    return !path.empty() && folderOf(path) == path;
+}
+
 } // namespace
 
 bool isFolder(const std::string& path)
 {
-    if (!path.empty() && separators.find(path.back()) != std::string_view::npos) return true;
+    if (endsAsFolder(path)) return true;
     const auto native = toPath(path);
     std::error_code error;
     return native && std::filesystem::is_directory(*native, error);
@@ -109,10 +96,8 @@ int runExport(Run& run, const ConvertOptions& options)
         if (message != Message::none) return reportFailure(run, options.paths[0], message);
         return writeOutput(run, {output, std::move(file), {}});
     }
-    const std::size_t begin = output == standardStream ? 0 : folderEnd(output);
-    const std::string folder = output.substr(0, begin);
-    const std::string title(
-        output == standardStream ? "stdout" : std::string(cutExtension(output.substr(begin))));
+    const std::string folder = output == standardStream ? "" : folderOf(output);
+    const std::string title = output == standardStream ? "stdout" : titleOf(output);
     std::vector<ExportedFile> files;
     if (const Message message = writeObj(files, model.model, list, title); message != Message::none)
         return reportFailure(run, options.paths[0], message);
@@ -122,6 +107,14 @@ int runExport(Run& run, const ConvertOptions& options)
         outputs.push_back({folder + files[i].name, std::move(files[i].bytes), {}});
     if (files.size() == 2) return writeOutputs(run, outputs); // without pictures
     return writeWithFolder(run, folder + title + ".textures", outputs);
+}
+
+Message modelImage(Bytes& image, const Model& model, float scale, Reason& reason)
+{
+    reason.text = findBeyondFixed(model, scale);
+    if (!reason.text.empty()) return Message::dataError;
+    image = formatModelImage(model, scale);
+    return Message::none;
 }
 
 int runBothImages(Run& run, const ConvertOptions& options)
@@ -135,10 +128,10 @@ int runBothImages(Run& run, const ConvertOptions& options)
         return status;
     const float scale = options.scale.value_or(1.0f);
     Reason reason;
-    reason.text = findBeyondFixed(model.model, scale);
-    if (!reason.text.empty())
-        return reportFailure(run, options.paths[0], Message::dataError, reason, "16.16");
-    Bytes image = formatModelImage(model.model, scale), list;
+    Bytes image, list;
+    if (const Message message = modelImage(image, model.model, scale, reason);
+        message != Message::none)
+        return reportFailure(run, options.paths[0], message, reason, fixedPointForm);
     if (const Message message = formatTextureImage(list, textures.textures, &reason.text);
         message != Message::none)
         return reportFailure(run, options.paths[1], message, reason);
@@ -155,7 +148,7 @@ int runUnpack(Run& run, const ConvertOptions& options)
     const std::uint32_t used = file.textures.usedCount();
     if (used == 0) return reportFailure(run, options.paths[0], Message::texturesEmpty);
     std::string folder = options.paths[1];
-    if (separators.find(folder.back()) == std::string_view::npos) folder += '/';
+    if (!endsAsFolder(folder)) folder += '/';
     std::vector<Output> outputs;
     for (std::uint32_t slot = 0; slot < used; ++slot) {
         if (file.textures.isEmpty(slot)) continue;

@@ -12,6 +12,11 @@ namespace facetor {
 /// or into a glb.
 int runExport(Run& run, const ConvertOptions& options);
 
+/// A model's target image. dataError, with the object and the value in `reason`, when a fixed-point
+/// field cannot hold one; fixedPointForm fills the message's placeholder.
+Message modelImage(Bytes& image, const Model& model, float scale, Reason& reason);
+inline constexpr char fixedPointForm[] = "16.16";
+
 /// A model and a texture list into one target image, the model's blocks first.
 int runBothImages(Run& run, const ConvertOptions& options);
 

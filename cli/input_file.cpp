@@ -2,6 +2,7 @@
 
 #include "base/file.h"
 #include "base/text.h"
+#include "exchange/foreign_file.h"
 #include "exchange/gltf_reader.h"
 #include "exchange/obj_reader.h"
 #include "image/picture.h"
@@ -71,9 +72,8 @@ FileKind kindOf(const std::string& path)
     if (equalIgnoringCase(extension, "mx3")) return FileKind::model;
     if (equalIgnoringCase(extension, "mxt")) return FileKind::textures;
     if (equalIgnoringCase(extension, "sal")) return FileKind::image;
-    if (equalIgnoringCase(extension, "obj")) return FileKind::obj;
-    if (equalIgnoringCase(extension, "gltf") || equalIgnoringCase(extension, "glb"))
-        return FileKind::gltf;
+    if (const auto foreign = foreignKindOf(path))
+        return *foreign == ForeignKind::obj ? FileKind::obj : FileKind::gltf;
     for (const std::string_view picture : {"png", "bmp", "tga", "jpg", "jpeg", "gif"})
         if (equalIgnoringCase(extension, picture)) return FileKind::picture;
     return FileKind::unknown;

@@ -2,38 +2,12 @@
 
 #include "base/beside_file.h"
 #include "base/file.h"
+#include "base/new_folders.h"
 
 #include <filesystem>
 #include <system_error>
 
 namespace facetor {
-
-namespace {
-
-namespace fs = std::filesystem;
-
-/// Folders that are gone again unless they are kept.
-class NewFolders {
-public:
-    ~NewFolders()
-    {
-        std::error_code error;
-        for (auto i = made_.rbegin(); i != made_.rend(); ++i) fs::remove(*i, error); // empty ones
-    }
-
-    bool make(const fs::path& folder)
-    {
-        std::error_code error;
-        if (fs::create_directory(folder, error)) made_.push_back(folder);
-        return fs::is_directory(folder, error);
-    }
-    void keep() { made_.clear(); }
-
-private:
-    std::vector<fs::path> made_;
-};
-
-} // namespace
 
 std::vector<std::string> standingFiles(const std::string& folder,
                                        std::span<const ExportedFile> files)
@@ -42,7 +16,7 @@ std::vector<std::string> standingFiles(const std::string& folder,
     for (std::size_t i = 1; i < files.size(); ++i) {
         const auto path = toPath(folder + files[i].name);
         std::error_code error;
-        if (path && fs::exists(*path, error)) standing.push_back(files[i].name);
+        if (path && std::filesystem::exists(*path, error)) standing.push_back(files[i].name);
     }
     return standing;
 }
@@ -53,8 +27,7 @@ Message writeExport(const std::string& folder, std::span<const ExportedFile> fil
     std::vector<FileToWrite> outputs;
     for (const ExportedFile& file : files) {
         if (const std::size_t end = file.name.rfind('/'); end != std::string::npos) {
-            const auto below = toPath(folder + file.name.substr(0, end));
-            if (!below || !folders.make(*below)) {
+            if (!folders.make(folder + file.name.substr(0, end))) {
                 reason.text = file.name.substr(0, end) + ": the folder cannot be made";
                 return Message::cannotCreateFile;
             }
