@@ -58,6 +58,17 @@ EditOutcome pasteBitmap(TextureList& list, UndoSlot& undo, std::uint32_t slot,
                           static_cast<std::uint16_t>(height), std::move(texels));
 }
 
+void replaceTextures(TextureList& list, const TextureList& other)
+{
+    for (std::uint32_t slot = 0; slot < textureSlotCount; ++slot) {
+        const TextureSlot& texture = other.slot(slot);
+        if (!other.isEmpty(slot))
+            list.set(slot, texture.width, texture.height, other.texels(slot));
+        else if (!list.isEmpty(slot))
+            list.clear(slot);
+    }
+}
+
 EditOutcome deleteTexture(TextureList& list, UndoSlot& undo, std::uint32_t slot)
 {
     const Message message = rememberTexture(list, undo, textureReplaced, slot);

@@ -32,6 +32,9 @@ EditOutcome replaceTexture(TextureList& list, UndoSlot& undo, std::uint32_t slot
 EditOutcome pasteBitmap(TextureList& list, UndoSlot& undo, std::uint32_t slot,
                         std::span<const std::byte> bitmap, Rgb555 transparentColour);
 
+/// Gives every slot what the other list has in it. The current slot stays.
+void replaceTextures(TextureList& list, const TextureList& other);
+
 /// Makes a slot empty.
 EditOutcome deleteTexture(TextureList& list, UndoSlot& undo, std::uint32_t slot);
 

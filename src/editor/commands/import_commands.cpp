@@ -50,18 +50,6 @@ bool readForeign(Editor& editor, ImportedModel& imported, const std::string& pat
     return message == Message::none;
 }
 
-/// The slots in which `list` differs become those of the document.
-void takeTextures(Document& document, const TextureList& list)
-{
-    for (std::uint32_t slot = 0; slot < textureSlotCount; ++slot) {
-        const TextureSlot& texture = list.slot(slot);
-        if (!list.isEmpty(slot))
-            document.textures.set(slot, texture.width, texture.height, list.texels(slot));
-        else if (!document.textures.isEmpty(slot))
-            document.textures.clear(slot);
-    }
-}
-
 /// Shows what an import has made, and keeps it to be read again.
 void finishImport(Editor& editor, const ImportReport& report, const std::string& path,
                   const ImportOptions& options)
@@ -91,7 +79,7 @@ CommandOutcome importNew(Editor& editor, const std::string& path, const ImportOp
         copyModel(document.model, imported.model);
         leaveModelFile(document, path);
         if (hasTextures) {
-            takeTextures(document, imported.textures);
+            replaceTextures(document.textures, imported.textures);
             leaveTextureFile(document);
         }
         return EditOutcome{};
@@ -121,7 +109,7 @@ CommandOutcome importOntoOpen(Editor& editor, const std::string& path, const Imp
     if (message != Message::none) return fail(editor, message, path, reason);
     const auto take = [&] {
         copyModel(document.model, result);
-        takeTextures(document, textures);
+        replaceTextures(document.textures, textures);
         document.importedFrom = path;
         return EditOutcome{};
     };
