@@ -49,7 +49,10 @@ TEST(ImportText, WhatReadersSayIsKnownToTheCatalogueByItsForm)
           {"5000 faces; at most 4096 polygons fit", "<5000 faces; at most 4096 polygons fit>"},
           {"200 objects where 128 fit, 5000 polygons where 4096 fit",
            "<200 objects where 128 fit>, <5000 polygons where 4096 fit>"},
-          {"accessor 3 has no data", "accessor 3 has no data"},
+          {"5000 textures where 4096 fit", "<5000 textures where 4096 fit>"},
+          {"picture \"image 0\": it has no data", "<picture \"image 0\": <it has no data>>"},
+          {"buffer 0: missing", "<buffer 0: <missing>>"},
+          {"what nobody says", "what nobody says"},
           {"", ""}})
         EXPECT_EQ(importNoteText(english, marked), expected);
     const TemporaryFolder folder;

@@ -2,6 +2,7 @@
 
 #include "exchange/model_import.h"
 #include "exchange/model_points.h"
+#include "session/import_text.h"
 
 #include <gtest/gtest.h>
 
@@ -131,6 +132,8 @@ TEST(GltfReader, NamesWhatIsBroken)
         EXPECT_EQ(readGltf(scene, std::as_bytes(std::span(text)), nullptr, reason),
                   Message::formatNotSupported);
         EXPECT_EQ(reason.text, why);
+        const TextOf numbers = [](Word word) { return std::to_string(static_cast<int>(word)); };
+        EXPECT_NE(importNoteText(why, numbers), why) << "it has a Japanese form";
     }
 }
 

@@ -12,7 +12,7 @@ constexpr const char* lineEnd = "\r\n";
 
 /// The texts of readers stand together in the catalogue.
 constexpr int firstNote = static_cast<int>(Word::noteAtLine);
-constexpr int lastNote = static_cast<int>(Word::noteNoJson);
+constexpr int lastNote = static_cast<int>(Word::noteOwnUp);
 
 /// What stands for "^1" and "^2" in a text of that form.
 using Parts = std::array<std::string_view, 2>;
