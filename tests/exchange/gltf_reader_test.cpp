@@ -46,6 +46,11 @@ TEST(GltfReader, MakesNodesWithTheirTreeAndLooks)
     EXPECT_EQ(model.attributes[0].color, 0x8000 | rgb555(31, 15, 0)); // 0.2140411 is half in sRGB
     EXPECT_EQ(model.attributes[0].plane, dualPlaneBit);
     EXPECT_NE(model.attributes[0].flags & translucentMode, 0u);
+    EXPECT_EQ(scene.materials[0].alphaCutoff, 0.5);
+    const std::string dense = square("0.5]", "0.8]");
+    Scene other;
+    ASSERT_EQ(readGltf(other, std::as_bytes(std::span(dense)), nullptr, reason), Message::none);
+    EXPECT_EQ(other.materials[0].alphaCutoff, 0.625); // times 0.8 is one half
 }
 
 TEST(GltfReader, RotationsLeadWhereTheirQuaternionsDo)

@@ -106,6 +106,9 @@ private:
             const std::string mode = textMember(json, "alphaMode");
             if (mode == "BLEND") {
                 material.opacity = alpha;
+                // It multiplies the texels' alpha. Where it alone is too little for any of them,
+                // that the polygon is translucent says it.
+                if (alpha > 0.5) material.alphaCutoff = 0.5 / alpha;
             } else if (mode == "MASK") {
                 const double cutoff = numberMember(json, "alphaCutoff", 0.5);
                 material.alphaCutoff = cutoff <= 0 ? 0 : alpha > 0 ? cutoff / alpha : 2;
