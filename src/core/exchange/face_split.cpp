@@ -86,27 +86,30 @@ std::vector<std::array<std::uint32_t, 3>> clipEars(std::vector<std::uint32_t> ri
     return triangles;
 }
 
-/// Whether an outline only goes to places and the same way back again.
-bool foldsBack(std::span<const Real3> corners)
+/// The corners of an outline but for those of detours: to a place and the same way back again.
+/// Fewer than three when it has nothing else.
+std::vector<std::uint32_t> withoutDetours(std::span<const Real3> corners)
 {
-    std::vector<Real3> way; // without its detours
-    for (const Real3& corner : corners) {
-        if (!way.empty() && way.back() == corner) continue;
-        if (way.size() > 1 && way[way.size() - 2] == corner)
+    std::vector<std::uint32_t> way;
+    const auto isAt = [&](std::size_t a, std::size_t b) { return corners[way[a]] == corners[b]; };
+    for (std::uint32_t i = 0; i < corners.size(); ++i) {
+        if (!way.empty() && isAt(way.size() - 1, i)) continue;
+        if (way.size() > 1 && isAt(way.size() - 2, i))
             way.pop_back();
         else
-            way.push_back(corner);
+            way.push_back(i);
     }
     std::size_t begin = 0; // detours may also lie across the ends
     while (way.size() - begin > 1) {
-        if (way[begin] == way.back() || way[begin] == way[way.size() - 2])
+        if (isAt(begin, way.back()) || isAt(begin, way[way.size() - 2]))
             way.pop_back();
-        else if (way[begin + 1] == way.back())
+        else if (isAt(begin + 1, way.back()))
             ++begin;
         else
             break;
     }
-    return way.size() - begin < 3;
+    way.erase(way.begin(), way.begin() + static_cast<std::ptrdiff_t>(begin));
+    return way;
 }
 
 } // namespace
@@ -124,7 +127,7 @@ bool hasNoArea(std::span<const Real3> corners)
         if (const Real3 way = minus(corner, corners[0]); dot(way, way) > dot(longest, longest))
             longest = way;
     const double length = lengthOf(longest);
-    if (foldsBack(corners)) return true;
+    if (withoutDetours(corners).size() < 3) return true;
     return std::all_of(corners.begin(), corners.end(), [&](const Real3& corner) {
         return lengthOf(cross(longest, minus(corner, corners[0]))) <= 1e-6 * length * length;
     });
@@ -154,10 +157,7 @@ bool isConvexQuad(const std::array<Real3, 4>& corners, const Real3& normal)
 
 std::vector<FacePiece> splitFace(std::span<const Real3> corners)
 {
-    std::vector<std::uint32_t> ring;
-    for (std::uint32_t i = 0; i < corners.size(); ++i)
-        if (ring.empty() || corners[ring.back()] != corners[i]) ring.push_back(i);
-    while (ring.size() > 1 && corners[ring.front()] == corners[ring.back()]) ring.pop_back();
+    const std::vector<std::uint32_t> ring = withoutDetours(corners);
     if (ring.size() < 3) return {};
     const Real3 normal = areaVector(corners);
     const auto triangles = clipEars(ring, flattened(corners, normal));
