@@ -39,6 +39,22 @@ TEST(ForeignFile, IsReadWithWhatLiesBelowItAndCanBeStopped)
               Message::cannotOpenFile);
 }
 
+TEST(ForeignFile, NotesOfAnImportOntoAModelAreOfItsNewPolygons)
+{
+    ImportedModel imported;
+    Model result, old;
+    TextureList textures;
+    Reason reason;
+    for (Model* model : {&imported.model, &result, &old})
+        ASSERT_EQ(createModelStore(*model), Message::none);
+    old.meshes[0].polygonCount = 5; // of six
+    const std::vector<std::uint32_t> kept{0, 1}, some{1, 5};
+    imported.report.notes = {{0, "2 polygons a", kept}, {0, "2 polygons b", some}, {0, "c"}};
+    ASSERT_EQ(importOnto(result, textures, old, imported, reason), Message::none);
+    ASSERT_EQ(imported.report.notes.size(), 2u);
+    EXPECT_EQ(imported.report.notes[0].text, "1 polygons b");
+}
+
 TEST(ImportText, WhatReadersSayIsKnownToTheCatalogueByItsForm)
 {
     const TextOf marked = [](Word word) { return '<' + std::string(catalogueText(word)) + '>'; };

@@ -57,7 +57,7 @@ TEST(ModelImport, MakesPolygonsOfFaces)
         {"f 1 1 2 3 4 4\n", 1, 0, 0, 1, 0}, // repeated corners
         {"f 1 2 5\nf 1 2\nf 1 2 3\n", 0, 1, 0, 0, 2},
         {"f 1 2 3 2\nf 2 3 2 1\nf 3 2 1 2 3 4\nf 1 2 3 4\n", 1, 0, 0, 0, 3}, // there and back
-        {"f 1 2 3 4 1 7\nf 5 1 2 3 4 1\nf 1 2 5 2 3 4\n", 3, 0, 0, 3, 0}, // detours
+        {"f 1 2 3 4 1 7\nf 5 1 2 3 4 1\nf 1 2 5 2 3 4\n", 3, 0, 0, 3, 0},    // detours
         {"f -7 -6 -5 -4\n", 1, 0, 0, 0, 0},
     };
     for (const auto& row : rows) {

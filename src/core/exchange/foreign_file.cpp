@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <map>
 #include <new>
+#include <set>
 #include <utility>
 
 namespace facetor {
@@ -37,6 +38,19 @@ std::uint32_t firstFreeSlot(const TextureList& textures, const Model& model)
             next = std::max(next, attribute.texture + 1u);
     }
     return next;
+}
+
+/// Takes the polygons that are as they were out of what notes say of polygons.
+void leaveToFresh(std::vector<ImportNote>& notes, const KeptPolygons& polygons)
+{
+    std::set<std::uint32_t> fresh;
+    for (const KeptPolygons::Fresh& polygon : polygons.fresh) fresh.insert(polygon.imported);
+    std::erase_if(notes, [&](ImportNote& note) {
+        if (note.polygons.empty()) return false;
+        std::erase_if(note.polygons, [&](std::uint32_t p) { return !fresh.contains(p); });
+        note.text.replace(0, note.text.find(' '), std::to_string(note.polygons.size()));
+        return note.polygons.empty();
+    });
 }
 
 /// Whether a path, with its ".." and links, leads to something in a folder or below.
@@ -152,8 +166,8 @@ Message importOnto(Model& result, TextureList& textures, const Model& old, Impor
         report.textures = 0;
         std::uint32_t next = firstFreeSlot(textures, old);
         std::map<std::uint32_t, std::uint32_t> slots;
-        for (const std::uint32_t p : polygons.fresh) {
-            PolygonAttribute& attribute = result.attributes[p];
+        for (const KeptPolygons::Fresh& fresh : polygons.fresh) {
+            PolygonAttribute& attribute = result.attributes[fresh.index];
             if ((attribute.flags & textureMap) == 0) continue;
             // A model that was Facetor's may name slots that its list does not fill.
             if (attribute.texture >= textureSlotCount ||
@@ -177,6 +191,7 @@ Message importOnto(Model& result, TextureList& textures, const Model& old, Impor
         report.kept = polygons.kept;
         report.fresh = static_cast<std::uint32_t>(polygons.fresh.size());
         report.gone = polygons.gone;
+        leaveToFresh(report.notes, polygons);
         return Message::none;
     } catch (const std::bad_alloc&) {
         return Message::outOfMemory;

@@ -335,7 +335,7 @@ private:
                     imported_.model
                         .gouraud[imported_.model.attributes[from.attributeTable + p].gouraud];
                 if (isTurned) turnFresh(to);
-                polygons_.fresh.push_back(to);
+                polygons_.fresh.push_back({to, from.polygonTable + p});
             } else {
                 const Mesh& was = old_.meshOf(source.old);
                 const PolygonAttribute& attribute = old_.model.attributes[was.attributeTable + old];

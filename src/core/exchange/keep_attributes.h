@@ -10,7 +10,10 @@ namespace facetor {
 /// What an import onto an older model found.
 struct KeptPolygons {
     std::uint32_t kept = 0, gone = 0;
-    std::vector<std::uint32_t> fresh; ///< pool indices of the new polygons in the result
+    struct Fresh {
+        std::uint32_t index, imported; ///< in the pools of the result and of the imported model
+    };
+    std::vector<Fresh> fresh; ///< the new polygons
 };
 
 /// Makes `result` of a model that was imported anew and of the older one that it comes after. The

@@ -192,7 +192,7 @@ private:
         static const SceneMaterial plain;
         const SceneMaterial& material =
             materialIndex == noIndex ? plain : scene_.materials[materialIndex];
-        const auto texture = placeTexture(materialIndex, material, corner, piece.isTriangle);
+        const auto texture = placeTexture(materialIndex, material, corner, piece.isTriangle, index);
         if (texture)
             std::rotate(corner.begin(),
                         corner.begin() + static_cast<std::ptrdiff_t>(texture->first), corner.end());
@@ -232,20 +232,20 @@ private:
 
     std::optional<ShownCut> placeTexture(std::uint32_t index, const SceneMaterial& material,
                                          const std::array<std::uint32_t, 4>& corner,
-                                         bool isTriangle)
+                                         bool isTriangle, std::uint32_t polygon)
     {
         if (material.picture == noIndex) return std::nullopt;
         std::array<Real2, 4> uvs;
         for (std::size_t i = 0; i < 4; ++i) {
             const std::uint32_t uv = scene_.corners[corner[i]].uv;
             if (uv == noIndex) {
-                ++bareCount_;
+                bare_.push_back(polygon);
                 return std::nullopt;
             }
             uvs[i] = scene_.uvs[uv];
         }
         if (!textures_) {
-            ++plainCount_;
+            plain_.push_back(polygon);
             return std::nullopt;
         }
         return cuts_.place(index, uvs, isTriangle);
@@ -253,12 +253,13 @@ private:
 
     void noteTextures()
     {
-        const auto note = [&](std::uint32_t count, const char* what) {
-            if (count > 0)
-                report_.notes.push_back({0, std::to_string(count) + " polygons " + what});
+        const auto note = [&](const std::vector<std::uint32_t>& polygons, const char* what) {
+            if (!polygons.empty())
+                report_.notes.push_back(
+                    {0, std::to_string(polygons.size()) + " polygons " + what, polygons});
         };
-        note(plainCount_, "with a picture are plain: no texture list was asked for");
-        note(bareCount_, "with a picture are plain: they have no texture coordinates");
+        note(plain_, "with a picture are plain: no texture list was asked for");
+        note(bare_, "with a picture are plain: they have no texture coordinates");
         report_.textures = cuts_.count();
         report_.shared = cuts_.sharedCount();
     }
@@ -316,8 +317,8 @@ private:
     ImportReport& report_;
     const ImportProgress& progress_;
     TextureCuts cuts_;
-    std::uint32_t plainCount_ = 0; ///< polygons with a picture that there is no list for
-    std::uint32_t bareCount_ = 0;  ///< with a picture, but without texture coordinates
+    std::vector<std::uint32_t> plain_; ///< polygons with a picture that there is no list for
+    std::vector<std::uint32_t> bare_;  ///< with a picture, but without texture coordinates
     ImportPieces pieces_;
 };
 

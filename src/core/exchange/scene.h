@@ -74,6 +74,9 @@ struct SceneObject {
 struct ImportNote {
     std::uint32_t line = 0; ///< 0: of no line
     std::string text;
+    /// Those that it is about, by their indices in the model that is made; their number is what its
+    /// text begins with.
+    std::vector<std::uint32_t> polygons{};
 };
 
 /// What a glb that Facetor has written holds of the model beside what other programs see.
