@@ -83,6 +83,7 @@ TEST(KeepAttributes, FacesOfAMirroredObjectStayTurnedOutwards)
 {
     Model before, imported, after;
     import(before, "o a\nv 0 0 0\nv -2 0 0\nv -2 2 0\nv 0 2 0\nf 1 4 3 2\n");
+    before.names[0] = " a#" + std::string(200, 'b'); // comes back as "a_bb..."
     before.objects[0].scaling = {-1, 1, 1};
     std::vector<ExportedFile> files;
     ASSERT_EQ(writeObj(files, before, nullptr, "a"), Message::none);

@@ -1,6 +1,9 @@
 #include "exchange/keep_attributes.h"
 
+#include "base/text.h"
+#include "exchange/model_import.h"
 #include "exchange/model_points.h"
+#include "exchange/obj_writer.h"
 
 #include <algorithm>
 #include <cmath>
@@ -211,15 +214,29 @@ public:
     }
 
 private:
+    /// The imported object of an old one's name, as it is or as another program's file gives it
+    /// back, that is nobody else's yet; or noIndex.
+    std::uint32_t importedOf(std::uint32_t old, const std::map<std::string, std::uint32_t>& byName,
+                             const std::vector<bool>& isUsed) const
+    {
+        const std::string& own = old_.model.names[old];
+        const std::string& written = objNames_[old].empty() ? own : objNames_[old];
+        for (const std::string_view name :
+             {std::string_view(own), cutText(own, longestImportedName),
+              cutText(written, longestImportedName)}) {
+            const auto found = byName.find(std::string(name));
+            if (found != byName.end() && !isUsed[found->second]) return found->second;
+        }
+        return noIndex;
+    }
+
     /// Adds an old object and its siblings with all below them; true when one of them stays.
     bool addOld(std::uint32_t first, std::uint32_t parent,
                 const std::map<std::string, std::uint32_t>& byName, std::vector<bool>& isUsed)
     {
         bool stays = false;
         for (std::uint32_t i = first; i != noObject; i = old_.model.objects[i].next) {
-            const auto found = byName.find(old_.model.names[i]);
-            std::uint32_t imported = found == byName.end() ? noIndex : found->second;
-            if (imported != noIndex && isUsed[imported]) imported = noIndex;
+            const std::uint32_t imported = importedOf(i, byName, isUsed);
             if (imported != noIndex) isUsed[imported] = true;
             const auto index = static_cast<std::uint32_t>(sources_.size());
             sources_.push_back({i, imported});
@@ -364,6 +381,7 @@ private:
 
     Model& result_;
     const Drawn old_, imported_;
+    const std::vector<std::string> objNames_ = objNames(old_.model); ///< of the old objects
     KeptPolygons& polygons_;
     double tolerance_;
     std::vector<Source> sources_;

@@ -16,9 +16,8 @@ namespace facetor {
 
 namespace {
 
-constexpr std::size_t longestImportedName = 127; ///< bytes
-constexpr double translucentBelow = 0.75;        ///< opacity
-constexpr std::uint32_t polygonsPerReport = 16;  ///< of progress; one may cut a large texture
+constexpr double translucentBelow = 0.75;       ///< opacity
+constexpr std::uint32_t polygonsPerReport = 16; ///< of progress; one may cut a large texture
 
 /// 0-1 to 8 bits by rounding, then to 5 by dropping the low three.
 int toFiveBits(double component)

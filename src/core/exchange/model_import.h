@@ -36,6 +36,9 @@ struct ImportReport {
     std::vector<ImportNote> notes;
 };
 
+/// What objects keep of their names, in bytes.
+inline constexpr std::size_t longestImportedName = 127;
+
 /// Makes a model of a scene, in place of what `model` holds. (x, y, z) becomes (x, -y, -z), with z
 /// up (x, -z, y); the first corner stays the first and the others follow backwards, so that what
 /// is in front is what the view Forward shows. Pictures go into the slots of `textures` from 0 on;

@@ -1,5 +1,6 @@
 #include "exchange/obj_writer.h"
 
+#include "base/text.h"
 #include "base/text_writer.h"
 #include "exchange/look.h"
 #include "exchange/model_points.h"
@@ -37,12 +38,14 @@ std::string onOneLine(std::string name, std::uint32_t index)
 {
     for (char& c : name)
         if (static_cast<unsigned char>(c) < ' ' || c == '#' || c == '\\') c = '_';
-    return name.empty() ? defaultObjectName(index) : name;
+    const std::string_view rest = trimmed(name); // blanks around it are not read
+    return rest.empty() ? defaultObjectName(index) : std::string(rest);
 }
 
 class ObjWriter {
 public:
-    ObjWriter(const Model& model, const TextureList* textures) : model_(model), textures_(textures)
+    ObjWriter(const Model& model, const TextureList* textures)
+        : model_(model), textures_(textures), names_(objNames(model))
     {
     }
 
@@ -50,7 +53,7 @@ public:
     {
         const Mesh& mesh = model_.meshes[model_.objects[index].mesh];
         if (mesh.polygonCount == 0) return;
-        out.append("o " + ownName(index) + "\n");
+        out.append("o " + names_[index] + "\n");
         for (std::uint32_t v = 0; v < mesh.vertexCount; ++v) {
             const Real3 at = drawnAt(model_.vertices[mesh.vertexTable + v], placement);
             out.append('v');
@@ -104,16 +107,6 @@ public:
     }
 
 private:
-    /// Different from those before: a name that comes again would continue its object.
-    std::string ownName(std::uint32_t index)
-    {
-        const std::string stem = onOneLine(model_.names[index], index);
-        std::string name = stem;
-        for (int number = 2; !names_.insert(name).second; ++number)
-            name = stem + '.' + std::to_string(number);
-        return name;
-    }
-
     /// The first corner stays the first, the others follow backwards. Of a mirrored object they run
     /// backwards already, as it is drawn.
     void writeFace(TextWriter& out, const Polygon& polygon, const PolygonAttribute& attribute,
@@ -144,12 +137,25 @@ private:
     const Model& model_;
     const TextureList* textures_;
     std::map<Look, std::size_t> looks_;
-    std::set<std::string> names_;
+    std::vector<std::string> names_; ///< of the objects
     std::size_t look_ = static_cast<std::size_t>(-1);
     std::uint64_t firstVertex_ = 1, uvCount_ = 0;
 };
 
 } // namespace
+
+std::vector<std::string> objNames(const Model& model)
+{
+    std::vector<std::string> names(model.objectCount);
+    std::set<std::string> taken; // a name that came again would continue its object
+    for (std::uint32_t i = 0; i < model.objectCount; ++i) {
+        if (model.meshes[model.objects[i].mesh].polygonCount == 0) continue;
+        const std::string stem = names[i] = onOneLine(model.names[i], i);
+        for (int number = 2; !taken.insert(names[i]).second; ++number)
+            names[i] = stem + '.' + std::to_string(number);
+    }
+    return names;
+}
 
 Message writeObj(std::vector<ExportedFile>& files, const Model& model, const TextureList* textures,
                  const std::string& title)

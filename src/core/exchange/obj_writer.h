@@ -23,4 +23,8 @@ struct ExportedFile {
 Message writeObj(std::vector<ExportedFile>& files, const Model& model, const TextureList* textures,
                  const std::string& title);
 
+/// The names that an OBJ has for a model's objects, each another: control characters, "#" and "\"
+/// become "_", blanks around a name go. Empty for objects without polygons, which it has not.
+std::vector<std::string> objNames(const Model& model);
+
 } // namespace facetor
