@@ -294,7 +294,7 @@ TEST(AttributeWindow, ATextThatIsNoTextureNumberIsRefused)
     EXPECT_EQ(attributes.idText(), "31") << "the last number";
     attributes.apply();
     EXPECT_EQ(attributeOf(editor, 0).texture, 31);
-    const Picture emptySlot = editor.picture();
+    const WindowPicture emptySlot = editor.picture();
     attributes.type("-2");
     attributes.apply();
     EXPECT_EQ(attributeOf(editor, 0).texture, 65534);

@@ -46,7 +46,7 @@ TEST(ScreenDialog, ShowsAndChangesProjectionAndViewAngle)
         EXPECT_TRUE(isModelChanged(e.document)) << "also when it was cancelled";
     });
 
-    const Picture before = editor.picture();
+    const WindowPicture before = editor.picture();
     dialog = editor.openDialog(IDM_OPTIONS_SCREEN);
     moveSlider(dialog, 4);
     CheckRadioButton(dialog.window, IDC_SCREEN_PARALLEL, IDC_SCREEN_PERSPECTIVE,

@@ -44,7 +44,7 @@ TEST(Edit, EveryPolygonEditShowsMarksTheModelAndIsUndoneAndRedone)
         SCOPED_TRACE(command);
         editor.setChanged(false);
         const Bytes before = stateOf(editor);
-        const Picture shown = editor.picture();
+        const WindowPicture shown = editor.picture();
         editor.sendCommand(command);
         const Bytes edited = stateOf(editor);
         EXPECT_NE(edited, before);

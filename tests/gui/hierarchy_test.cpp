@@ -73,7 +73,7 @@ struct Hierarchy : testing::Test {
 TEST_F(Hierarchy, ShowsAndHidesACollapsedBranchAsAWhole)
 {
     EXPECT_EQ(windowText(window), "Facetor for NT - Hierarchy");
-    const Picture whole = editor.picture();
+    const WindowPicture whole = editor.picture();
     SendDlgItemMessageA(window, IDC_HIERARCHY_TREE, TVM_SELECTITEM, TVGN_CARET, 0);
     for (const int command : {IDC_HIERARCHY_HIDE, IDM_HIERARCHY_RENAME, IDM_HIERARCHY_INFORMATION})
         send(command); // without a selection nothing happens
@@ -158,7 +158,7 @@ TEST_F(Hierarchy, InformationIsABoxOrWithShiftAndCtrlTheObjectEditor)
         keys[VK_SHIFT] = keys[VK_CONTROL] = state;
         editor.call([&](Editor&) { SetKeyboardState(keys.data()); });
     };
-    const Picture picture = editor.picture();
+    const WindowPicture picture = editor.picture();
     const std::string before = bits();
     for (const int button : {IDCANCEL, IDOK}) {
         setKeys(0x80);

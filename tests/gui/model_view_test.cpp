@@ -35,7 +35,7 @@ int toolBarHeight(const RunningEditor& editor)
     return bar.bottom - bar.top;
 }
 
-std::uint32_t centreOf(const Picture& picture)
+std::uint32_t centreOf(const WindowPicture& picture)
 {
     return picture.at(picture.width / 2, picture.height / 2);
 }
@@ -51,7 +51,7 @@ TEST(ModelView, ShowsTheFrameSurfacePixelByPixel)
         }
     });
     editor.send(messageRedraw);
-    const Picture shown = editor.picture();
+    const WindowPicture shown = editor.picture();
     ASSERT_EQ(shown.width, 400);
     ASSERT_EQ(shown.height, 320);
     const int top = toolBarHeight(editor);
@@ -81,7 +81,7 @@ TEST(ModelView, ReachesTheEdgeOfAWidthThatIsNoMultipleOfFour)
     for (const int width : {501, 502, 503, 639}) {
         SCOPED_TRACE(width);
         editor.resizeClient(width, 300);
-        const Picture picture = editor.picture();
+        const WindowPicture picture = editor.picture();
         ASSERT_EQ(picture.width, width);
         for (const int y : {40, 150, 260})
             EXPECT_EQ(picture.at(width - 1, y), picture.at(width / 4 * 4 - 1, y)) << y;
@@ -93,7 +93,7 @@ TEST(ModelView, LeavesAWindowBeyondTheSurfaceGrey)
 {
     const RunningEditor editor;
     editor.resizeClient(720, 600);
-    const Picture picture = editor.picture();
+    const WindowPicture picture = editor.picture();
     ASSERT_EQ(picture.width, 720);
     ASSERT_EQ(picture.height, 600);
     savePicture(picture, "large-window");
@@ -147,7 +147,7 @@ TEST(ModelView, SurvivesTinyAndMinimisedWindows)
         ShowWindow(e.mainWindow, SW_RESTORE);
     });
     editor.resizeClient(400, 320);
-    const Picture picture = editor.picture();
+    const WindowPicture picture = editor.picture();
     EXPECT_NE(centreOf(picture), picture.at(1, 40));
     EXPECT_EQ(editor.statusText(1), "Polygons = 6");
 }

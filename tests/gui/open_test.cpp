@@ -85,7 +85,7 @@ TEST(Open, AFileThatIsNoModelLeavesEverythingAsItWas)
     writeTextFile(folder.file("empty.mx3"), "");
     const RunningEditor editor({folder.file("good.mx3")});
     ASSERT_TRUE(editor.waitForTitle(folder.file("good.mx3")));
-    const Picture before = editor.picture();
+    const WindowPicture before = editor.picture();
     for (const std::string& path :
          {folder.file("text.mx3"), folder.file("empty.mx3"), folder.file("missing.mx3"),
           folder.path().string(), std::string()}) {
@@ -178,7 +178,7 @@ TEST(Open, ATextureListGoesIntoTheListBesideTheModel)
     writeTexturesFile(folder.file("other.mxt"), rgb555(0, 31, 0));
     const RunningEditor editor({folder.file("ship.mx3"), folder.file("ship.mxt")});
     const auto centre = [&] {
-        const Picture picture = editor.picture();
+        const WindowPicture picture = editor.picture();
         return picture.at(std::min(picture.width, 640) / 2, std::min(picture.height, 489) / 2) &
                0xF8F8F8;
     };

@@ -73,7 +73,7 @@ struct OpenDialog {
         EXPECT_TRUE(editor.press(picker, button));
         EXPECT_TRUE(waitUntil([&] { return IsWindowEnabled(shown.window) != FALSE; }));
         editor.call([](Editor&) {});
-        const Picture picture = editor.pictureOf(control(swatch));
+        const WindowPicture picture = editor.pictureOf(control(swatch));
         const auto [red, green, blue] = toScreenColour(colour);
         EXPECT_EQ(picture.at(picture.height / 2, picture.height / 2),
                   static_cast<std::uint32_t>(red << 16 | green << 8 | blue));
@@ -167,7 +167,7 @@ TEST(PropertyDialog, TakesSixteenBitsOfAStrangersAnswerAndSixOfTheSystemsBlue)
     dialog.close(colours, IDOK, IDC_COLOUR_PICKED, 0x003E);
     editor.closeDialog(dialog.shown, IDOK);
     EXPECT_EQ(coloursOf(editor), (Colours{0x7FEF, 0x003E, 0x7FFF}));
-    const Picture view = editor.picture();
+    const WindowPicture view = editor.picture();
     EXPECT_EQ(view.at(4, view.height / 2), 0xFFFF7Bu) << "the view is drawn anew";
 }
 

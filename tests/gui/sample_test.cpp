@@ -23,7 +23,7 @@ struct Shown {
     std::size_t colours;
 };
 
-Shown whatIsShown(const Picture& picture)
+Shown whatIsShown(const WindowPicture& picture)
 {
     constexpr int statusBar = 24; // and a little more than any theme makes it
     const int width = std::min(picture.width, surfaceMaxWidth);
@@ -58,7 +58,7 @@ TEST(Samples, FitWindowsOfEverySizeWithTheirTextures)
             editor.resizeClient(width, height);
             const std::string path = samplePath(name, ".mx3");
             editor.open(path);
-            const Picture picture = editor.picture();
+            const WindowPicture picture = editor.picture();
             savePicture(picture, std::string("sample-") + name + "-" + std::to_string(width));
             const Shown shown = whatIsShown(picture);
             EXPECT_GT(shown.left, 0);

@@ -93,7 +93,7 @@ TEST(Selection, TheRubberBandIsSeenOnEveryBackgroundMarksWhatItHoldsAndLeavesNot
         editor.send(messageRedraw);
         mouse(editor, WM_LBUTTONDOWN, 20, 50);
         mouse(editor, WM_MOUSEMOVE, 390, 280);
-        const Picture drawn = editor.picture();
+        const WindowPicture drawn = editor.picture();
         savePicture(drawn, "rubber-band-" + std::to_string(background));
         int blackDashes = 0, whiteDashes = 0;
         for (int x = 20; x <= 390; ++x) {
@@ -106,7 +106,7 @@ TEST(Selection, TheRubberBandIsSeenOnEveryBackgroundMarksWhatItHoldsAndLeavesNot
         mouse(editor, WM_LBUTTONUP, 390, 280);
         EXPECT_EQ(pickedCount(editor), 1) << "the one side of the cube that is listed";
         editor.sendCommand(IDM_SELECT_CLEAR);
-        const Picture after = editor.picture();
+        const WindowPicture after = editor.picture();
         for (int x = 20; x <= 390; ++x) EXPECT_EQ(after.at(x, 50), after.at(10, 45)) << x;
     }
 }
@@ -116,12 +116,12 @@ TEST(Selection, ABandThatReachesBeyondTheSurfaceLeavesNothingBehindThere)
     const RunningEditor editor;
     editor.resizeClient(700, 540);
     editor.sendCommand(IDM_TOOL_SELECT);
-    const Picture before = editor.picture();
+    const WindowPicture before = editor.picture();
     mouse(editor, WM_LBUTTONDOWN, 20, 50);
     mouse(editor, WM_MOUSEMOVE, 690, 505);
     (void)editor.picture(); // painted in between
     mouse(editor, WM_MOUSEMOVE, 680, 500);
-    const Picture drawn = editor.picture();
+    const WindowPicture drawn = editor.picture();
     int changed = 0;
     for (int x = 20; x < 640; ++x) changed += drawn.at(x, 50) != before.at(x, 50);
     EXPECT_GT(changed, 300) << "the band itself is seen";
@@ -156,7 +156,7 @@ TEST(Selection, StoredCamerasComeBackAndTheirItemsAreEnabled)
     for (const int command : {IDM_CAMERA_FORWARD, IDM_CAMERA_BACK, IDM_CAMERA_LEFT,
                               IDM_CAMERA_RIGHT, IDM_CAMERA_BOTTOM, IDM_CAMERA_TOP}) {
         editor.sendCommand(command);
-        const Picture picture = editor.picture();
+        const WindowPicture picture = editor.picture();
         sides.insert(picture.at(picture.width / 2, picture.height / 2));
     }
     EXPECT_EQ(sides.size(), 6u);

@@ -55,7 +55,7 @@ TEST(SliceView, ThePictureLiesBehindTheModelAndIsMovedAndSizedWithItsTool)
     });
     editor.send(messageRedraw); // the ship has it as well
     EXPECT_FALSE(isToolEnabled(editor));
-    const Picture without = editor.picture();
+    const WindowPicture without = editor.picture();
     editor.call([](Editor& e) {
         e.document.textures.current = 1;
         toggleShowSliced(e);
@@ -64,7 +64,7 @@ TEST(SliceView, ThePictureLiesBehindTheModelAndIsMovedAndSizedWithItsTool)
     editor.call([](Editor& e) { e.document.textures.current = 0; });
     editor.send(messageRedraw);
     EXPECT_EQ(placeOf(editor), (std::array{160, 130, 480, 290}));
-    Picture shown = editor.picture();
+    WindowPicture shown = editor.picture();
     savePicture(shown, "slice-shown");
     EXPECT_EQ(shown.at(165, 135), left);
     EXPECT_EQ(shown.at(475, 285), right);

@@ -215,7 +215,7 @@ TEST(TextureDialog, SlicingMakesATextureForEachPickedPolygonInEveryOffsetMode)
             attribute.flags &= picked | polygonFace;
         toggleShowSliced(e);
     });
-    const auto strays = [&](const Picture& shown) { // pixels that are not the photograph's
+    const auto strays = [&](const WindowPicture& shown) { // pixels that are not the photograph's
         return editor.ask([&](Editor& e) {
             const TextureSlot& photo = e.document.textures.slot(50);
             int count = 0;
@@ -234,7 +234,7 @@ TEST(TextureDialog, SlicingMakesATextureForEachPickedPolygonInEveryOffsetMode)
             return count;
         });
     };
-    const Picture before = editor.picture();
+    const WindowPicture before = editor.picture();
     savePicture(before, "slicing");
     EXPECT_GT(strays(before), 10000);
     const std::pair<int, const char*> modes[] = {{IDC_SLICE_TRANSPARENT, "transparent"},
@@ -262,7 +262,7 @@ TEST(TextureDialog, SlicingMakesATextureForEachPickedPolygonInEveryOffsetMode)
                 EXPECT_TRUE(areTexturesChanged(e.document));
             });
             editor.sendCommand(IDM_SELECT_CLEAR);
-            const Picture after = editor.picture();
+            const WindowPicture after = editor.picture();
             EXPECT_LT(strays(after), 600) << "the ship is where it was, and not to be seen";
             savePicture(after, std::string("sliced-") + name + (smooth ? "-smooth" : ""));
             editor.sendCommand(IDM_SELECT_ALL);

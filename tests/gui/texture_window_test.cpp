@@ -410,7 +410,7 @@ TEST(TextureWindow, ShowsASampleExportsItAndOutlivesARestart)
         if (&place == places) SetWindowPos(window, nullptr, 40, 60, 480, 400, SWP_NOZORDER);
         GetWindowRect(window, &place);
         EXPECT_NE(menuOutline(GetMenu(window)).find("ship.mxt\""), std::string::npos);
-        const Picture shown = editor.pictureOf(window);
+        const WindowPicture shown = editor.pictureOf(window);
         savePicture(shown, "textures");
         EXPECT_TRUE(waitUntil([&] { return captureWindow(window) != shown; }))
             << "the frame around the current texture runs on";

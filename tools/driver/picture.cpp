@@ -11,9 +11,9 @@ namespace facetor {
 
 namespace {
 
-Picture capture(HDC source, int width, int height)
+WindowPicture capture(HDC source, int width, int height)
 {
-    Picture picture{width, height, {}};
+    WindowPicture picture{width, height, {}};
     if (width <= 0 || height <= 0) return {};
     const UniqueHandle<HDC, DeleteDC> memory(CreateCompatibleDC(source));
     const UniqueHandle<HBITMAP, DeleteObject> bitmap(CreateCompatibleBitmap(source, width, height));
@@ -40,27 +40,27 @@ Picture capture(HDC source, int width, int height)
 
 } // namespace
 
-Picture captureClient(HWND window)
+WindowPicture captureClient(HWND window)
 {
     RECT area{};
     GetClientRect(window, &area);
     const HDC dc = GetDC(window);
-    Picture picture = capture(dc, area.right, area.bottom);
+    WindowPicture picture = capture(dc, area.right, area.bottom);
     ReleaseDC(window, dc);
     return picture;
 }
 
-Picture captureWindow(HWND window)
+WindowPicture captureWindow(HWND window)
 {
     RECT area{};
     GetWindowRect(window, &area);
     const HDC dc = GetWindowDC(window);
-    Picture picture = capture(dc, area.right - area.left, area.bottom - area.top);
+    WindowPicture picture = capture(dc, area.right - area.left, area.bottom - area.top);
     ReleaseDC(window, dc);
     return picture;
 }
 
-void savePicture(const Picture& picture, const std::string& name)
+void savePicture(const WindowPicture& picture, const std::string& name)
 {
     const char* folder = std::getenv("FACETOR_SCREENSHOTS");
     if (!folder || picture.rgb.empty()) return;

@@ -10,7 +10,7 @@
 namespace facetor {
 
 /// A picture of a window, 8 bits a channel, top row first.
-struct Picture {
+struct WindowPicture {
     int width = 0;
     int height = 0;
     std::vector<std::uint8_t> rgb;
@@ -22,16 +22,16 @@ struct Picture {
                                    static_cast<std::size_t>(x));
         return static_cast<std::uint32_t>(rgb[i] << 16 | rgb[i + 1] << 8 | rgb[i + 2]);
     }
-    friend bool operator==(const Picture&, const Picture&) = default;
+    friend bool operator==(const WindowPicture&, const WindowPicture&) = default;
 };
 
 /// The pixels of a window's client area, from its device context.
-Picture captureClient(HWND window);
+WindowPicture captureClient(HWND window);
 /// The pixels of the whole window with its frame.
-Picture captureWindow(HWND window);
+WindowPicture captureWindow(HWND window);
 
 /// Writes the picture as name.png into the folder that the environment variable
 /// FACETOR_SCREENSHOTS names; does nothing without it.
-void savePicture(const Picture& picture, const std::string& name);
+void savePicture(const WindowPicture& picture, const std::string& name);
 
 } // namespace facetor

@@ -114,7 +114,7 @@ LRESULT CALLBACK callingProcedure(HWND window, UINT message, WPARAM wParam, LPAR
     return CallWindowProcA(subclassed, window, message, wParam, lParam);
 }
 
-void saveTestPicture(const Picture& picture, const std::string& suffix)
+void saveTestPicture(const WindowPicture& picture, const std::string& suffix)
 {
     const auto* test = testing::UnitTest::GetInstance()->current_test_info();
     if (!test) return; // a program that is no test
@@ -319,7 +319,7 @@ void RunningEditor::resizeClient(int width, int height) const
                  SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-Picture RunningEditor::picture() const
+WindowPicture RunningEditor::picture() const
 {
     return ask([](Editor& editor) {
         UpdateWindow(editor.mainWindow);
@@ -327,7 +327,7 @@ Picture RunningEditor::picture() const
     });
 }
 
-Picture RunningEditor::pictureOf(HWND window) const
+WindowPicture RunningEditor::pictureOf(HWND window) const
 {
     return ask([&](Editor&) {
         RedrawWindow(window, nullptr, nullptr,

@@ -102,10 +102,10 @@ public:
     /// Gives the main window a client area of this size, in pixels.
     void resizeClient(int width, int height) const;
     /// The main window's client area, repainted first if it needs it.
-    Picture picture() const;
+    WindowPicture picture() const;
 
     /// A whole window of the editor's with its frame and children, repainted first.
-    Picture pictureOf(HWND window) const;
+    WindowPicture pictureOf(HWND window) const;
 
     /// The alert that is on the screen now; its window is nullptr when there is none.
     ShownAlert findAlert() const;

@@ -59,7 +59,7 @@ void install()
 }
 
 /// Draws `top` over `picture`, its upper left corner at (left, y), cut at the edges.
-void drawOver(Picture& picture, const Picture& top, int left, int y)
+void drawOver(WindowPicture& picture, const WindowPicture& top, int left, int y)
 {
     for (int row = std::max(0, -y); row < top.height && row + y < picture.height; ++row)
         for (int column = std::max(0, -left); column < top.width && column + left < picture.width;
@@ -72,10 +72,10 @@ void drawOver(Picture& picture, const Picture& top, int left, int y)
         }
 }
 
-Picture cutOut(const Picture& picture, int left, int top, int width, int height)
+WindowPicture cutOut(const WindowPicture& picture, int left, int top, int width, int height)
 {
-    Picture part{width, height,
-                 std::vector<std::uint8_t>(static_cast<std::size_t>(3 * width * height))};
+    WindowPicture part{width, height,
+                       std::vector<std::uint8_t>(static_cast<std::size_t>(3 * width * height))};
     drawOver(part, picture, -left, -top);
     return part;
 }
@@ -161,7 +161,7 @@ protected:
     }
 
     /// The main window with owned windows over it, as it is on the screen.
-    Picture scene(const std::vector<HWND>& owned) const
+    WindowPicture scene(const std::vector<HWND>& owned) const
     {
         RECT main{};
         GetWindowRect(editor.window(), &main);
@@ -172,7 +172,7 @@ protected:
             UnionRect(&all, &all, &place);
         }
         const int width = all.right - all.left, height = all.bottom - all.top;
-        Picture picture{
+        WindowPicture picture{
             width, height,
             std::vector<std::uint8_t>(static_cast<std::size_t>(3 * width * height), 255)};
         drawOver(picture, editor.pictureOf(editor.window()), main.left - all.left,
@@ -275,7 +275,7 @@ TEST_F(ManualPictures, MainWindow)
 {
     const HWND box = toolBox();
     savePicture(scene({box}), "main-window");
-    const Picture whole = editor.pictureOf(editor.window());
+    const WindowPicture whole = editor.pictureOf(editor.window());
     RECT outer{}, bar{}, status{};
     GetWindowRect(editor.window(), &outer);
     GetWindowRect(editor.ask([](Editor& e) { return e.toolBar; }), &bar);
