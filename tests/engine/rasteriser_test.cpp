@@ -84,6 +84,7 @@ Light randomLight(std::minstd_rand& random)
 /// Counts the pixels whose coordinates lie outside the limits that the filler keeps to.
 struct CountingSource {
     static constexpr std::size_t coordinates = 2;
+    static constexpr FillPath path = FillPath::plain;
     std::array<float, 2> limit;
     int* beyond;
 
@@ -96,7 +97,12 @@ struct CountingSource {
 
 /// The pictures of thousands of random polygons, as a hash for each filler and mode. They were
 /// taken while a plain version of the fillers, pixel by pixel in double precision, drew the same.
-TEST(Rasteriser, EveryFillerDrawsItsFrozenPicturesInEveryMode)
+class FrozenPictures : public testing::TestWithParam<FillPath> {};
+
+INSTANTIATE_TEST_SUITE_P(Rasteriser, FrozenPictures,
+                         testing::Values(FillPath::plain, FillPath::vector));
+
+TEST_P(FrozenPictures, AreDrawnByEveryFillerInEveryMode)
 {
     struct Row {
         const char* filler;
@@ -126,6 +132,7 @@ TEST(Rasteriser, EveryFillerDrawsItsFrozenPicturesInEveryMode)
             static_cast<Rgb555>((i * 67 + 5) % 32768 | (i % 7 == 0 ? 0 : opaqueBit));
     for (const Row& row : rows) {
         const auto engine = makeEngine();
+        engine->settings.fillPath = GetParam();
         std::minstd_rand random(11);
         std::array<std::uint64_t, std::size(modeFlags)> pictures;
         pictures.fill(14695981039346656037u);
@@ -153,6 +160,59 @@ TEST(Rasteriser, EveryFillerDrawsItsFrozenPicturesInEveryMode)
             addPixels(pictures[mode], engine->surface);
         }
         EXPECT_EQ(pictures, row.pictures) << row.filler;
+    }
+}
+
+/// The paths on scenes of all kinds of polygons, drawn over each other: textures of many shapes,
+/// whole and with holes, surfaces that cut the polygons, and small cells met again.
+TEST(Rasteriser, EveryPathDrawsTheSameScenes)
+{
+    const auto plain = makeEngine(), vector = makeEngine();
+    std::minstd_rand random(5);
+    const auto one = [&](auto... of) {
+        const std::array<int, sizeof...(of)> choices{of...};
+        return choices[random() % choices.size()];
+    };
+    for (int scene = 0; scene < 300; ++scene) {
+        std::vector<Texture> textures;
+        for (int i = 0; i < 4; ++i) {
+            textures.emplace_back(static_cast<std::uint16_t>(one(1, 8, 13, 64, 64, 256, 300)),
+                                  static_cast<std::uint16_t>(one(1, 8, 20, 64, 64, 256, 300)));
+            const bool holes = random() % 2 == 0;
+            for (Rgb555& texel : textures.back().texels)
+                texel = static_cast<Rgb555>((random() & 0x7FFF) |
+                                            (holes && random() % 4 == 0 ? 0 : opaqueBit));
+        }
+        const Light light = randomLight(random);
+        const std::int32_t columns = one(8, 32, width, 640), rows = one(9, height, 480);
+        for (Engine* engine : {plain.get(), vector.get()}) {
+            engine->settings.light = light;
+            setSurfaceSize(engine->surface, columns, rows);
+            clearSurface(engine->surface, background);
+            resetFrame(*engine);
+        }
+        plain->settings.fillPath = FillPath::plain;
+        vector->settings.fillPath = FillPath::vector;
+        for (int i = 0; i < 40; ++i) {
+            const ScreenQuad quad = randomQuad(random);
+            std::uint32_t flags = modeFlags[random() % std::size(modeFlags)];
+            flags |= random() & (flipHorizontal | flipVertical | useLight | meshMode);
+            const int level = (flags & useLight) != 0 ? static_cast<int>(random() % 33) - 16 : 16;
+            const auto colour = static_cast<Rgb555>(random() & 0x7FFF);
+            std::array<Rgb555, 4> gouraud;
+            for (Rgb555& g : gouraud) g = static_cast<Rgb555>(random() & 0x7FFF);
+            const TextureSlot& texture = textures[random() % textures.size()].slot;
+            const int filler = one(0, 1, 2, 2, 3, 3);
+            for (Engine* engine : {plain.get(), vector.get()}) switch (filler) {
+                case 0: fillFlat(*engine, quad, colour, level, flags); break;
+                case 1: fillGouraud(*engine, quad, colour, gouraud, flags); break;
+                case 2: fillTextured(*engine, quad, texture, level, flags); break;
+                case 3: fillTexturedGouraud(*engine, quad, texture, gouraud, flags); break;
+                }
+        }
+        for (std::size_t i = 0; i < plain->surface.pixelCount(); ++i)
+            ASSERT_EQ(plain->surface.pixels()[i] & 0x7FFF, vector->surface.pixels()[i] & 0x7FFF)
+                << "scene " << scene << ", pixel " << i;
     }
 }
 
@@ -207,8 +267,8 @@ TEST(Rasteriser, LargeTexturesSqueezedIntoAFewPixelsAreNeverReadBeyondTheirEnd)
         int beyond = 0;
         const CountingSource source{c.size, &beyond};
         const SpanEnds ends = spanEndsOf(*engine);
-        fillTriangle<PixelMode::replace, false>(engine->surface, ends, c.corner, source);
-        fillTriangle<PixelMode::replace, true>(engine->surface, ends, c.corner, source);
+        fillTriangle<PixelMode::replace, false>(engine->surface.rows(), ends, c.corner, source);
+        fillTriangle<PixelMode::replace, true>(engine->surface.rows(), ends, c.corner, source);
         EXPECT_EQ(beyond, 0) << c.size[0] << " x " << c.size[1];
     }
 }

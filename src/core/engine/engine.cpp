@@ -15,7 +15,8 @@ Message startEngine(Engine& engine)
         !engine.entries.allocate(polygonCapacity) || !engine.sortList.allocate(polygonCapacity) ||
         !engine.sortScratch.allocate(2 * std::size_t{polygonCapacity}) ||
         !engine.spanEnds.allocate(2 * spanEndsCapacity) ||
-        !engine.gouraudTexture.allocate(gouraudTextureSize * gouraudTextureSize)) {
+        !engine.gouraudTexture.allocate(gouraudTextureSize * gouraudTextureSize) ||
+        !engine.litTexels.allocate(litTexelCapacity + 8) || !engine.cellShapes.allocate()) {
         stopEngine(engine);
         return Message::outOfMemory;
     }
@@ -45,6 +46,7 @@ void resetFrame(Engine& engine)
     engine.entryCount = 0;
     engine.vertexCount = 0;
     engine.polygonCount = 0;
+    engine.opacity.forget();
 }
 
 } // namespace facetor

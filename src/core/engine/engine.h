@@ -4,9 +4,12 @@
 #include "base/geometry.h"
 #include "base/message.h"
 #include "base/pages.h"
+#include "engine/cell_shapes.h"
+#include "engine/fill_path.h"
 #include "engine/frame_surface.h"
 #include "engine/light.h"
 #include "engine/matrix_stack.h"
+#include "engine/opacity.h"
 #include "engine/texture_slot.h"
 #include "model/model.h"
 
@@ -48,6 +51,7 @@ struct EngineSettings {
     Light light;
     Rgb555 pickedColour = 0x83E0;
     std::uint32_t drawFlags = 0;
+    FillPath fillPath = fastestFillPath;
     /// The texture table. A polygon whose number lies beyond it shows the blank texture; without a
     /// table none is textured.
     std::span<const TextureSlot> textures;
@@ -55,15 +59,19 @@ struct EngineSettings {
 
 /// A polygon that passed the frame's tests, ready to be drawn.
 struct PolygonEntry {
-    float depth;                         ///< z of the sort point less the focal length
-    std::array<ScreenPoint, 4> point;    ///< the corners on the screen
-    Vector3 normal;                      ///< face normal in view space
-    std::array<Vector3, 4> vertexNormal; ///< in view space; only set with gouraudShading
-    std::uint32_t firstVertex;           ///< of its object, in Engine::viewVertices
-    std::uint32_t attribute;             ///< pool index of its attribute, hence of its polygon
-    std::uint32_t mesh;                  ///< whose polygon it is
-    std::uint32_t polygon;               ///< index within the mesh
+    float depth;                      ///< z of the sort point less the focal length
+    std::array<ScreenPoint, 4> point; ///< the corners on the screen
+    Vector3 normal;                   ///< face normal in view space
+    std::array<Vector3, 4>
+        vertexNormal;          ///< in view space; only set with gouraudShading and useLight
+    std::uint32_t firstVertex; ///< of its object, in Engine::viewVertices
+    std::uint32_t attribute;   ///< pool index of its attribute, hence of its polygon
+    std::uint32_t mesh;        ///< whose polygon it is
+    std::uint32_t polygon;     ///< index within the mesh
 };
+
+/// Texels of the largest texture that is lit as a whole before it is drawn.
+inline constexpr std::size_t litTexelCapacity = 65536;
 
 /// Columns and rows of the work texture of Gouraud fills.
 inline constexpr std::size_t gouraudTextureSize = 32;
@@ -80,7 +88,10 @@ struct Engine {
     PageArray<std::uint64_t> sortScratch; ///< two halves of one key and index an entry
     PageArray<std::int16_t> spanEnds;     ///< left, then right ends of the rows being filled
     PageArray<Rgb555> gouraudTexture;     ///< the 32 x 32 work texture of Gouraud fills
+    PageArray<Rgb555> litTexels;          ///< the work texture of large lit polygons
     TexelLightCache texelLights;
+    CellShapes cellShapes;
+    OpacityCache opacity;           ///< of the frame's textures
     std::uint32_t entryCount = 0;   ///< polygons in the list
     std::uint32_t vertexCount = 0;  ///< transformed vertices in use
     std::uint32_t polygonCount = 0; ///< polygons seen, dropped ones too
@@ -107,7 +118,8 @@ void setViewAngle(Engine& engine, Angle angle);
 /// Sets or clears draw flags.
 void setDrawFlags(Engine& engine, std::uint32_t flags, bool on);
 
-/// Empties the frame: entries, transformed vertices, polygons seen.
+/// Empties the frame: entries, transformed vertices, polygons seen. From here until the frame is
+/// drawn the texels of the textures must stay as they are.
 void resetFrame(Engine& engine);
 
 /// Puts the polygons of one mesh into the frame, seen through the current matrix: transforms its

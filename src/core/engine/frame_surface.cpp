@@ -29,7 +29,8 @@ Rgb555 FrameSurface::at(std::int32_t x, std::int32_t y) const
 bool createFrameSurface(FrameSurface& surface)
 {
     constexpr std::size_t size =
-        sizeof(BitmapHeader) + sizeof(Rgb555) * surfaceMaxWidth * surfaceMaxHeight;
+        sizeof(BitmapHeader) +
+        sizeof(Rgb555) * (std::size_t{surfaceMaxWidth} * surfaceMaxHeight + surfacePadding);
     if (!surface.block.allocate(size)) return false;
     setSurfaceSize(surface, surfaceMaxWidth, surfaceMaxHeight);
     return true;

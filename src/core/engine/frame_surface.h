@@ -14,6 +14,21 @@ namespace facetor {
 inline constexpr std::int32_t surfaceMaxWidth = 640;
 inline constexpr std::int32_t surfaceMaxHeight = 489;
 
+/// Rows of pixels as the fills see them: `width` apart, row 0 first.
+struct PixelRows {
+    Rgb555* pixels;
+    std::int32_t width, height;
+
+    Rgb555* row(std::int32_t number) const
+    {
+        return pixels + static_cast<std::ptrdiff_t>(number) * width;
+    }
+};
+
+/// Pixels behind the last one of the largest surface that may be read, and written back as they
+/// are: the fills' vectors end where they end.
+inline constexpr std::size_t surfacePadding = 32;
+
 /// What the engine draws into: a 16-bit bitmap of at most 640 x 489 RGB555 pixels, bottom-up, its
 /// header and pixels in one block that is allocated once. Screen row y is surface row
 /// height - 1 - y; a row has exactly `width` pixels.
@@ -27,6 +42,7 @@ struct FrameSurface {
     /// Surface row 0, which is the bottom one on the screen.
     Rgb555* pixels();
     const Rgb555* pixels() const;
+    PixelRows rows() { return {pixels(), width, height}; }
     std::size_t pixelCount() const
     {
         return static_cast<std::size_t>(width) * static_cast<std::size_t>(height);

@@ -141,7 +141,8 @@ void putMesh(Engine& engine, const Model& model, std::uint32_t meshIndex)
         entry.depth = depth;
         entry.point = point;
         entry.normal = normal;
-        if ((attribute.flags & gouraudShading) != 0)
+        constexpr std::uint32_t litGouraud = gouraudShading | useLight;
+        if ((attribute.flags & litGouraud) == litGouraud)
             for (std::size_t c = 0; c < 4; ++c)
                 entry.vertexNormal[c] =
                     rotateVector(model.vertexNormals[mesh.vertexNormalTable + corner[c]], matrix);

@@ -50,6 +50,15 @@ template <typename Fill> void dispatchPixelMode(PixelMode mode, bool mesh, Fill&
     }
 }
 
+/// Calls `fill.template operator()<path>()` for a path known only at run time.
+template <typename Fill> void dispatchFillPath(FillPath path, Fill&& fill)
+{
+    if (path == FillPath::vector)
+        fill.template operator()<fastestFillPath>();
+    else
+        fill.template operator()<FillPath::plain>();
+}
+
 /// The quadrilateral with surface rows in y, as the fills work.
 inline ScreenQuad toSurfaceRows(const ScreenQuad& quad, std::int32_t height)
 {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#if defined(__SSE2__) && !defined(FACETOR_PLAIN_FILLS)
+#if FACETOR_VECTOR_FILLS
 #include <emmintrin.h>
 #endif
 
@@ -25,7 +25,7 @@ struct Edge {
 /// more than filling a small polygon.
 constexpr std::int32_t tableHeight = 16;
 
-#if defined(__SSE2__) && !defined(FACETOR_PLAIN_FILLS)
+#if FACETOR_VECTOR_FILLS
 
 /// Eight quotients (row - ya) / height, from `row` on.
 struct EightQuotients {
@@ -105,8 +105,8 @@ void findEndsWith(Quotients quotients, const SpanEnds& ends, const std::array<Ed
 }
 
 template <std::size_t Edges>
-void findEnds(const SpanEnds& ends, const std::array<Edge, Edges>& edges, RowRange rows,
-              bool tableServes, std::int16_t left, std::int16_t right)
+void findEndsVector(const SpanEnds& ends, const std::array<Edge, Edges>& edges, RowRange rows,
+                    bool tableServes, std::int16_t left, std::int16_t right)
 {
     if (tableServes)
         findEndsWith(tableQuotients, ends, edges, rows, left, right);
@@ -114,11 +114,11 @@ void findEnds(const SpanEnds& ends, const std::array<Edge, Edges>& edges, RowRan
         findEndsWith(dividedQuotients, ends, edges, rows, left, right);
 }
 
-#else
+#endif
 
 template <std::size_t Edges>
-void findEnds(const SpanEnds& ends, const std::array<Edge, Edges>& edges, RowRange rows, bool,
-              std::int16_t left, std::int16_t right)
+void findEndsPlain(const SpanEnds& ends, const std::array<Edge, Edges>& edges, RowRange rows,
+                   std::int16_t left, std::int16_t right)
 {
     for (std::int32_t row = rows.first; row <= rows.last; ++row) {
         std::int32_t least = left, most = right;
@@ -134,9 +134,7 @@ void findEnds(const SpanEnds& ends, const std::array<Edge, Edges>& edges, RowRan
     }
 }
 
-#endif
-
-template <std::size_t Corners, std::size_t Edges>
+template <FillPath path, std::size_t Corners, std::size_t Edges>
 RowRange findSpans(const SpanEnds& ends, const std::array<ScreenPoint, Corners>& point,
                    const std::array<std::array<std::size_t, 2>, Edges>& edgeCorners,
                    std::int32_t height)
@@ -155,26 +153,45 @@ RowRange findSpans(const SpanEnds& ends, const std::array<ScreenPoint, Corners>&
         const ScreenPoint &a = point[edgeCorners[i][0]], &b = point[edgeCorners[i][1]];
         edges[i] = {static_cast<float>(b.x - a.x), b.y - a.y, a.x, a.y};
     }
-    findEnds(ends, edges, rows, bottom - top <= tableHeight,
-             static_cast<std::int16_t>(std::clamp(largest, leastEnd, mostEnd)),
-             static_cast<std::int16_t>(std::clamp(smallest, leastEnd, mostEnd)));
+    const auto left = static_cast<std::int16_t>(std::clamp(largest, leastEnd, mostEnd));
+    const auto right = static_cast<std::int16_t>(std::clamp(smallest, leastEnd, mostEnd));
+#if FACETOR_VECTOR_FILLS
+    if constexpr (path == FillPath::vector) {
+        findEndsVector(ends, edges, rows, bottom - top <= tableHeight, left, right);
+        return rows;
+    }
+#endif
+    findEndsPlain(ends, edges, rows, left, right);
     return rows;
 }
 
 } // namespace
 
+template <FillPath path>
 RowRange findQuadSpans(const SpanEnds& ends, const std::array<ScreenPoint, 4>& point,
                        std::int32_t height)
 {
     constexpr std::array<std::array<std::size_t, 2>, 4> edges{{{0, 1}, {1, 2}, {3, 2}, {0, 3}}};
-    return findSpans(ends, point, edges, height);
+    return findSpans<path>(ends, point, edges, height);
 }
 
+template <FillPath path>
 RowRange findTriangleSpans(const SpanEnds& ends, const std::array<ScreenPoint, 3>& point,
                            std::int32_t height)
 {
     constexpr std::array<std::array<std::size_t, 2>, 3> edges{{{0, 1}, {1, 2}, {0, 2}}};
-    return findSpans(ends, point, edges, height);
+    return findSpans<path>(ends, point, edges, height);
 }
+
+template RowRange findQuadSpans<FillPath::plain>(const SpanEnds&, const std::array<ScreenPoint, 4>&,
+                                                 std::int32_t);
+template RowRange findQuadSpans<FillPath::vector>(const SpanEnds&,
+                                                  const std::array<ScreenPoint, 4>&, std::int32_t);
+template RowRange findTriangleSpans<FillPath::plain>(const SpanEnds&,
+                                                     const std::array<ScreenPoint, 3>&,
+                                                     std::int32_t);
+template RowRange findTriangleSpans<FillPath::vector>(const SpanEnds&,
+                                                      const std::array<ScreenPoint, 3>&,
+                                                      std::int32_t);
 
 } // namespace facetor

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/engine.h"
+#include "engine/fill_path.h"
 
 #include <array>
 #include <cstdint>
@@ -34,10 +35,12 @@ inline SpanEnds spanEndsOf(Engine& engine)
 /// 0 to height - 1. The ends are the smallest and largest x of the edges 0-1, 1-2, 3-2 and 0-3 at
 /// each row: trunc((xb - xa) t) + xa with t = (r - ya) / (yb - ya) in single precision, an edge
 /// counting at both of its ends. Ends beyond 16 bits saturate.
+template <FillPath path>
 RowRange findQuadSpans(const SpanEnds& ends, const std::array<ScreenPoint, 4>& point,
                        std::int32_t height);
 
 /// The same of a triangle with the edges 0-1, 1-2 and 0-2.
+template <FillPath path>
 RowRange findTriangleSpans(const SpanEnds& ends, const std::array<ScreenPoint, 3>& point,
                            std::int32_t height);
 
