@@ -16,18 +16,24 @@ struct Scene {
     Model model;
     Engine engine;
     View view;
-    std::vector<Rgb555> texels;
-    TextureSlot texture{};
+    std::vector<Rgb555> texels; ///< of all textures, one after the other
+    std::vector<TextureSlot> textures;
     ClientSize client{640, 480};
 };
 
-/// 3905 polygons of about 8 x 8 pixels: a sheet that faces the camera, turned by some degrees and
-/// jittered so that neither edges nor depths repeat. All have the attribute `flags` (and texture
-/// 0).
+// The polygons face the camera with jittered corners, so that neither edges nor depths repeat, and
+// show one of 32 textures of 64 x 64 texels, every second of them with holes in a fifth of it.
+
+/// 4096 polygons of about 60 pixels on a lattice of 64 x 64 vertices, a few of them over two cells.
+/// All have the attribute `flags`, and colours and Gouraud colours of their own.
 std::unique_ptr<Scene> makeSmallScene(std::uint32_t flags);
 
-/// 64 polygons of about 141 x 141 pixels, 20,000 each, in the same manner.
+/// 64 polygons of about 20,000 pixels each, turned every way.
 std::unique_ptr<Scene> makeLargeScene(std::uint32_t flags);
+
+/// 1024 polygons with sides from 6 to 90 pixels: flat, Gouraud, textured, textured and lit, half of
+/// each kind translucent.
+std::unique_ptr<Scene> makeMixedScene();
 
 /// A sample model with its texture list, fitted to 640 x 480; null when it cannot be read.
 std::unique_ptr<Scene> makeSampleScene(const char* modelPath, const char* texturePath);
@@ -39,6 +45,7 @@ void drawFrame(Scene& scene);
 struct Span {
     std::uint32_t offset; ///< of the first pixel, from the surface's first
     std::int32_t count;
+    std::uint32_t attribute; ///< of its polygon
 };
 std::vector<Span> collectSpans(Scene& scene);
 
