@@ -62,6 +62,10 @@ void setRevisions(Document& document, const Step& step, Direction direction)
 /// The document's files and those on the step's other side change places.
 void exchangeFile(Document& document, Step& step)
 {
+    if (step.opensModel || step.breaksOffModel)
+        std::swap(document.partlyReadModel, step.otherModelFile.partlyRead);
+    if (step.opensTextures || step.breaksOffTextures)
+        std::swap(document.partlyReadTextures, step.otherTextureFile.partlyRead);
     if (step.opensModel) {
         std::swap(document.modelFile, step.otherModelFile.path);
         std::swap(document.savedModelRevision, step.otherModelFile.saved);
@@ -109,8 +113,10 @@ EditOutcome record(Document& document, Word name, const std::function<EditOutcom
 {
     if (document.changing) return edit();
     const bool opens = kind != ChangeKind::edit;
-    FileState model{document.modelFile, document.savedModelRevision, document.importedFrom};
-    FileState textures{document.textureFile, document.savedTextureRevision, {}};
+    FileState model{document.modelFile, document.savedModelRevision, document.importedFrom,
+                    document.partlyReadModel};
+    FileState textures{
+        document.textureFile, document.savedTextureRevision, {}, document.partlyReadTextures};
     Message message = takeSnapshot(document.before, document.model, document.textures);
     EditOutcome outcome;
     {
@@ -118,6 +124,7 @@ EditOutcome record(Document& document, Word name, const std::function<EditOutcom
         outcome = edit();
     }
     const bool opened = opens && outcome.edit == Message::none;
+    if (opened && kind == ChangeKind::openModel) document.partlyReadModel.clear();
     Step step;
     if (message == Message::none)
         message = findChanges(step, document.before, document.model, document.textures);
@@ -126,9 +133,11 @@ EditOutcome record(Document& document, Word name, const std::function<EditOutcom
         forgetSteps(document.history);
         if (!opens || opened) document.modelRevision = ++document.lastRevision;
         if (!opens || opened) document.textureRevision = ++document.lastRevision;
+        outcome.brokenOff = opens && !opened;
         return outcome;
     }
     if (step.isEmpty()) return outcome;
+    outcome.brokenOff = opens && !opened;
     History& history = document.history;
     if (recording == Recording::mayBeAStep) {
         const std::size_t at = history.position;
@@ -198,13 +207,25 @@ void leaveModelFile(Document& document, const std::string& importedFrom)
 {
     document.modelFile.clear();
     document.importedFrom = importedFrom;
+    document.partlyReadModel.clear();
     document.savedModelRevision = ++document.lastRevision; // which no state ever has
 }
 
 void leaveTextureFile(Document& document)
 {
     document.textureFile.clear();
+    document.partlyReadTextures.clear();
     document.savedTextureRevision = ++document.lastRevision;
+}
+
+void notePartlyRead(Document& document, ChangeKind kind, const std::string& path)
+{
+    const bool isModel = kind == ChangeKind::openModel;
+    (isModel ? document.partlyReadModel : document.partlyReadTextures) = path;
+    History& history = document.history;
+    if (history.position == 0) return; // memory was short: there is no step back over it
+    Step& step = history.steps[history.position - 1];
+    (isModel ? step.breaksOffModel : step.breaksOffTextures) = true;
 }
 
 void markModelSaved(Document& document)

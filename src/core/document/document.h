@@ -29,6 +29,9 @@ struct Document {
     std::string modelFile;    ///< empty for a model that has no file yet
     std::string importedFrom; ///< another program's file that the model was made of; else empty
     std::string textureFile;  ///< where the list was opened or saved last; empty until then
+    /// The file whose reading broke off and left a part in the model, or in the list, that no save
+    /// has taken since: what is saved now is not what the document's own file holds. Else empty.
+    std::string partlyReadModel, partlyReadTextures;
     Revision modelRevision = 0, savedModelRevision = 0;
     Revision textureRevision = 0, savedTextureRevision = 0;
     Revision lastRevision = 0; ///< the newest one that was given out
@@ -57,6 +60,7 @@ void markTexturesSaved(Document& document);
 
 /// What a change is for the files: an edit, or the contents of other files, whose paths the change
 /// sets. With the former the changed flags are set, with the latter they are left to the caller.
+/// An opening that fails half-way leaves revisions and paths as they are; its outcome says so.
 enum class ChangeKind { edit, openModel, openTextures, openBoth };
 
 /// For a change that brings a model or a texture list which is in no file: nothing is saved of it.
@@ -76,6 +80,10 @@ EditOutcome change(Document& document, Word name, const std::function<EditOutcom
 /// memory is short for that; the edit goes ahead.
 EditOutcome changeModel(Document& document, Word name, ModelEdit edit,
                         const std::function<void(Model&)>& action);
+
+/// Notes that what a file's reading left behind is in the document, after a change() whose outcome
+/// is brokenOff; a step back over it takes the note away. Until then it stays to the next save.
+void notePartlyRead(Document& document, ChangeKind kind, const std::string& path);
 
 /// Undo, which toggles between the states before and after the last edit of the model, or brings
 /// textures back once (document/undo_kinds.h). A step itself, unless it leads to where the step

@@ -53,6 +53,7 @@ struct FileState {
     std::string path;
     Revision saved = 0;
     std::string importedFrom; ///< of a model: Document::importedFrom
+    std::string partlyRead;   ///< Document::partlyReadModel or partlyReadTextures
 };
 
 /// What one change did, so that it can be taken back and done again.
@@ -66,7 +67,8 @@ struct Step {
     Revision modelBefore = 0, modelAfter = 0;
     Revision texturesBefore = 0, texturesAfter = 0;
     bool opensModel = false, opensTextures = false;
-    bool changesSource = false; ///< Document::importedFrom
+    bool changesSource = false;                             ///< Document::importedFrom
+    bool breaksOffModel = false, breaksOffTextures = false; ///< a reading that failed half-way
     /// With the flags: of the side of the step where the document is not.
     FileState otherModelFile, otherTextureFile;
 

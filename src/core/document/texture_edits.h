@@ -16,6 +16,7 @@ namespace facetor {
 struct EditOutcome {
     Message undo = Message::none; ///< outOfUndoMemory: the undo slot is empty
     Message edit = Message::none;
+    bool brokenOff = false; ///< an opening that failed, and has changed something
 };
 
 /// Whether polygons follow the textures that an insertion or a removal moves.

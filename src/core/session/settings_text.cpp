@@ -1,6 +1,7 @@
 #include "session/settings_text.h"
 
 #include "base/file.h"
+#include "base/folder.h"
 #include "base/text.h"
 #include "texture/texture_rules.h"
 
@@ -240,17 +241,6 @@ bool parseFiles(SettingsRecord& settings, const FilesSection& section, std::stri
     return true;
 }
 
-std::string inFolder(const std::string& folder, std::string_view name)
-{
-    const bool closed = folder.ends_with('/') || folder.ends_with('\\');
-#ifdef _WIN32
-    constexpr char separator = '\\';
-#else
-    constexpr char separator = '/';
-#endif
-    return folder + (closed ? "" : std::string(1, separator)) + std::string(name);
-}
-
 /// Whether the settings file can be written in a folder: tried, since access rights alone do not
 /// tell. A file that stands there is left as it is.
 bool canWriteSettings(const std::string& path)
@@ -307,11 +297,18 @@ std::optional<SettingsRecord> parseSettings(std::string_view text)
 std::string chooseSettingsPath(const std::string& programFolder, const std::string& windowsFolder,
                                const std::string& userFolder)
 {
-    const std::string portable = inFolder(programFolder, settingsFileName);
+    const std::string portable = pathIn(programFolder, settingsFileName);
     if (readFileStart(portable, 0)) return portable;
-    const std::string shared = inFolder(windowsFolder, settingsFileName);
+    const std::string shared = pathIn(windowsFolder, settingsFileName);
     if (canWriteSettings(shared)) return shared;
-    return inFolder(userFolder, settingsFileName);
+    return pathIn(userFolder, settingsFileName);
+}
+
+std::string chooseKeepFolder(const std::string& settingsPath, const std::string& programFolder,
+                             const std::string& userFolder)
+{
+    const bool isPortable = settingsPath == pathIn(programFolder, settingsFileName);
+    return isPortable ? pathIn(programFolder, "Kept") : userFolder;
 }
 
 } // namespace facetor

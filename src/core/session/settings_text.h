@@ -52,4 +52,9 @@ std::optional<SettingsRecord> parseSettings(std::string_view text);
 std::string chooseSettingsPath(const std::string& programFolder, const std::string& windowsFolder,
                                const std::string& userFolder);
 
+/// The folder for earlier versions and recovery files: beside the program in a portable copy, which
+/// is one whose settings are there, else the user's own folder.
+std::string chooseKeepFolder(const std::string& settingsPath, const std::string& programFolder,
+                             const std::string& userFolder);
+
 } // namespace facetor

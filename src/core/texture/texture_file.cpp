@@ -81,6 +81,7 @@ Message TextureReader::readTexture(Progress& progress)
     Texels pixels;
     if (!pixels.allocate(static_cast<std::size_t>(texelCount))) {
         progress = Progress::outOfMemory;
+        (void)fail("memory is short for its " + size);
         return Message::none;
     }
     for (std::size_t row = 0; row < height; ++row) {

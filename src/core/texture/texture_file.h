@@ -22,7 +22,7 @@ bool isTextureFile(const std::string& path);
 /// created list. formatNotSupported when a chunk is not a texture, is cut, has no texels, or names
 /// a slot that does not exist; `reason`, when given, says where. The textures before it stay, and
 /// the slot that it names keeps what it held. When memory runs out the slot in question is left
-/// empty and the rest unread, without a message.
+/// empty and the rest unread, without a message but with a reason.
 Message readTextures(TextureList& list, std::span<const std::byte> bytes, Reason* reason = nullptr);
 
 /// The same from a reader, which may be one of a file.
