@@ -1,0 +1,37 @@
+#pragma once
+
+#include "session/import_memory.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace facetor {
+
+/// What the program remembers beyond the settings file, whose format has no room for it. The format
+/// is docs/formats/session.md.
+struct SessionRecord {
+    std::vector<std::string> modelFiles, textureFiles; ///< recent ones by their whole paths
+    std::string lastTextureList;                       ///< opened or saved last; empty: none
+    bool attributesShown = false, hierarchyShown = false, texturesShown = false;
+    bool keepsVersions = true, keepsRecovery = true;
+    ImportMemory imports; ///< the last ones, at most rememberedImports of each kind
+};
+
+inline constexpr std::size_t rememberedImports = 32;
+
+/// The file of the session beside a settings file.
+std::string sessionPath(const std::string& settingsPath);
+
+/// The whole file. Lines end with CR LF.
+std::string formatSession(const SessionRecord& session);
+
+/// Reads a session file. Lines that it does not know, or whose value is wrong, are passed over:
+/// what they say stays as every user begins with it.
+SessionRecord parseSession(std::string_view text);
+
+/// Gives recent files from the settings file, where a path ends at its first blank or with its
+/// line, the whole paths that the session holds; which files there are is the settings file's word.
+void completePaths(std::vector<std::string>& files, const std::vector<std::string>& whole);
+
+} // namespace facetor
