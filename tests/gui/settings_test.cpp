@@ -172,6 +172,27 @@ TEST(Settings, AFileBesideTheProgramMakesAPortableCopy)
     std::filesystem::remove(beside);
 }
 
+TEST(Settings, TheNextRunHasTheWindowsAndTheWholePathsOfTheLast)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.file("Facetor.ini"), model = folder.file("a model.mx3");
+    writeCubeFile(model, 5);
+    {
+        RunningEditor editor({model}, Platform::nt, {}, path);
+        ASSERT_TRUE(editor.waitForTitle(model));
+        editor.sendCommand(IDM_VIEW_HIERARCHY);
+        editor.sendCommand(IDM_VIEW_TEXTURES);
+        editor.post(WM_CLOSE);
+        EXPECT_EQ(editor.waitForEnd(), 0);
+    }
+    const RunningEditor editor({}, Platform::nt, {}, path);
+    EXPECT_TRUE(editor.isItemChecked(IDM_VIEW_HIERARCHY) &&
+                editor.isItemChecked(IDM_VIEW_TEXTURES));
+    EXPECT_FALSE(editor.isItemChecked(IDM_VIEW_ATTRIBUTES));
+    editor.sendCommand(IDM_RECENT_MODEL_1);
+    EXPECT_TRUE(editor.waitForTitle(model));
+}
+
 TEST(Settings, BrokenOnesAreIgnoredAsAWhole)
 {
     const TemporaryFolder folder;

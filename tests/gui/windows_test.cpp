@@ -38,8 +38,8 @@ TEST(Windows, AreAsTheirTextSays)
     editor.call([&](Editor& e) { found += keyOutline(e.accelerators); });
     show(editor.window(), "main");
     show(editor.ask([](Editor& e) { return e.toolBox.window; }), "tool box");
-    for (const int command :
-         {IDM_OPTIONS_LIGHT, IDM_OPTIONS_SCREEN, IDM_EDIT_PROPERTY, IDM_HELP_ABOUT})
+    for (const int command : {IDM_OPTIONS_LIGHT, IDM_OPTIONS_SCREEN, IDM_EDIT_PROPERTY,
+                              IDM_HELP_ABOUT, IDM_FILE_VERSIONS, IDM_FILE_RECOVER})
         showDialog(editor.window(), command);
     const ShownAlert light = editor.openDialog(IDM_OPTIONS_LIGHT);
     PostMessageA(light.window, WM_COMMAND, IDC_LIGHT_COLOUR, 0);

@@ -162,14 +162,19 @@ bool waitUntil(const std::function<bool()>& condition)
 }
 
 RunningEditor::RunningEditor(std::vector<std::string> arguments, Platform platform,
-                             std::function<void()> prepare, std::string settingsPath)
+                             std::function<void()> prepare, std::string settingsPath,
+                             std::string keepFolder)
 {
     {
         const std::lock_guard lock(commandsMutex);
         commands.clear();
     }
-    Start start{GetModuleHandleA(nullptr), platform, SW_SHOWNORMAL, std::move(arguments),
-                std::move(settingsPath)};
+    Start start{GetModuleHandleA(nullptr),
+                platform,
+                SW_SHOWNORMAL,
+                std::move(arguments),
+                std::move(settingsPath),
+                std::move(keepFolder)};
     thread_ = std::thread([this, start = std::move(start), prepare = std::move(prepare)] {
         threadId_ = GetCurrentThreadId();
         if (prepare) prepare();

@@ -58,10 +58,10 @@ class RunningEditor {
 public:
     /// Returns once the main window is on the screen and has its title. Arguments that bring an
     /// alert up leave the editor waiting there. `prepare` runs on the editor's thread first. No
-    /// settings are read or written without a path for them.
+    /// settings are read or written without a path for them, and nothing is kept without a folder.
     explicit RunningEditor(std::vector<std::string> arguments = {},
                            Platform platform = Platform::nt, std::function<void()> prepare = {},
-                           std::string settingsPath = {});
+                           std::string settingsPath = {}, std::string keepFolder = {});
     ~RunningEditor();
     RunningEditor(const RunningEditor&) = delete;
     RunningEditor& operator=(const RunningEditor&) = delete;

@@ -5,6 +5,7 @@
 #include "commands/help.h"
 #include "commands/hierarchy_commands.h"
 #include "commands/import_commands.h"
+#include "commands/keep_commands.h"
 #include "commands/model_commands.h"
 #include "commands/plug_in_commands.h"
 #include "commands/send_target.h"
@@ -228,6 +229,8 @@ constexpr Command commands[] = {
     {inMain, IDM_FILE_IMPORT_AGAIN, IDM_FILE_IMPORT_AGAIN, perform<importAgain>},
     {inMain, IDM_FILE_IMPORT_REPORT, IDM_FILE_IMPORT_REPORT, perform<showImportReport>},
     {inMain, IDM_FILE_EXPORT, IDM_FILE_EXPORT, perform<exportModel>},
+    {inMain, IDM_FILE_VERSIONS, IDM_FILE_VERSIONS, perform<openEarlierVersion>},
+    {inMain, IDM_FILE_RECOVER, IDM_FILE_RECOVER, perform<recoverDocument>},
     {inTextures, IDM_FILE_OPEN_PATH, IDM_FILE_OPEN_PATH, openPath<openTexturePath>, Flag::keep,
      Flag::clearOnSuccess},
     // What the question about unsaved textures sends; here it means this window's own Save as.

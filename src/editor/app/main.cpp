@@ -6,6 +6,7 @@
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int showCommand)
 {
     using namespace facetor;
-    return runProgram(
-        {instance, readPlatform(), showCommand, commandLineArguments(), findSettingsPath()});
+    const std::string settingsPath = findSettingsPath();
+    return runProgram({instance, readPlatform(), showCommand, commandLineArguments(), settingsPath,
+                       findKeepFolder(settingsPath)});
 }

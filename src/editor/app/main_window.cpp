@@ -2,6 +2,7 @@
 
 #include "app/commands.h"
 #include "app/settings.h"
+#include "commands/keep_commands.h"
 #include "commands/model_commands.h"
 #include "commands/plug_in_commands.h"
 #include "engine/frame_surface.h"
@@ -29,6 +30,8 @@
 namespace facetor {
 
 namespace {
+
+constexpr UINT_PTR keeperTimer = 1;
 
 constexpr int statusPartEdges[] = {100, 200, 300}; // right edges in pixels
 
@@ -77,6 +80,8 @@ bool createContents(Editor& editor)
         return false;
     rebuildRecentModelMenu(editor);
     refreshMenuState(editor);
+    if (!editor.keeper.folder.empty())
+        SetTimer(editor.mainWindow, keeperTimer, keeperPace, nullptr);
     return scanPlugIns(editor);
 }
 
@@ -116,9 +121,32 @@ void onClose(Editor& editor)
     if (!IsWindowEnabled(editor.mainWindow)) return;
     showToolBox(editor, false);
     writeSettings(editor);
+    keepBeforeRisk(editor);
     if (askSaveModel(editor, Word::ending) == Decision::stay) return;
     if (askSaveTextures(editor, Word::ending) == Decision::stay) return;
+    endKeeper(editor.keeper, editor.document, editor.view,
+              editor.keeper.unsavedOnPurpose ? KeeperEnd::undecided : KeeperEnd::decided);
     DestroyWindow(editor.mainWindow);
+}
+
+/// The user's session ends, perhaps with this process: nobody is there to be asked.
+void onEndSession(Editor& editor)
+{
+    writeSettings(editor);
+    endKeeper(editor.keeper, editor.document, editor.view, KeeperEnd::undecided);
+}
+
+void onTimer(Editor& editor, UINT_PTR timer)
+{
+    if (timer != keeperTimer || !isRunning(editor)) return;
+    Keeper& keeper = editor.keeper;
+    const std::string fault = keeper.fault;
+    tickKeeper(keeper, editor.document, editor.view, GetTickCount64());
+    if (keeper.fault.empty() || keeper.fault == fault) return;
+    editor.statusLine = expandPlaceholders(
+        loadCatalogueText(editor.mainWindow, Word::recoveryStopped),
+        loadCatalogueText(editor.mainWindow, Message::recoveryNotWritten), keeper.fault);
+    refreshStatus(editor);
 }
 
 /// Tells in the status bar which step of the history the highlighted menu item stands for.
@@ -170,6 +198,10 @@ LRESULT CALLBACK mainWindowProcedure(HWND window, UINT message, WPARAM wParam, L
     case WM_ERASEBKGND: eraseAroundModelView(editor, reinterpret_cast<HDC>(wParam)); return 1;
     case WM_PAINT: paintModelView(editor); return 0;
     case WM_CLOSE: onClose(editor); return 0;
+    case WM_ENDSESSION:
+        if (wParam != FALSE) onEndSession(editor);
+        return 0;
+    case WM_TIMER: onTimer(editor, wParam); return 0;
     case WM_MOUSEMOVE:
         onMouseMove(editor, latestPosition(window, wParam, lParam), wParam);
         return 0;

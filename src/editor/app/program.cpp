@@ -1,8 +1,10 @@
 #include "app/program.h"
 
 #include "app/commands.h"
+#include "app/crash.h"
 #include "app/main_window.h"
 #include "app/settings.h"
+#include "base/folder.h"
 #include "commands/model_commands.h"
 #include "resources/resource_ids.h"
 #include "texture/texture_file.h"
@@ -19,6 +21,7 @@
 #include <cfloat>
 #include <cstddef>
 #include <memory>
+#include <optional>
 
 namespace facetor {
 
@@ -133,6 +136,10 @@ int runProgram(const Start& start)
     editor->accelerators = LoadAcceleratorsA(start.instance, "IDR_ACCEL");
     editor->settingsPath = start.settingsPath;
     editor->targetFolders = sharedFolders();
+    if (!start.keepFolder.empty()) {
+        editor->versions.folder = pathIn(start.keepFolder, "Versions");
+        startKeeper(editor->keeper, pathIn(start.keepFolder, "Recovery"));
+    }
     if (!registerMainWindow(*editor)) return 0;
     const EditorScope scope(*editor);
     if (!registerToolBox(*editor) || !registerTextureWindow(*editor)) return 0;
@@ -140,11 +147,16 @@ int runProgram(const Start& start)
     showTitle(*editor);
     ShowWindow(editor->mainWindow, start.showCommand);
     showToolBox(*editor, true); // not earlier: it would stand behind its owner
+    reopenWindows(*editor);
     UpdateWindow(editor->mainWindow);
+    std::optional<CrashGuard> guard;
+    if (!start.keepFolder.empty()) guard.emplace();
+    if (!editor->keeper.recoverable.empty())
+        SendMessageA(editor->mainWindow, WM_COMMAND, IDM_FILE_RECOVER, 0);
     const std::size_t opened = std::min<std::size_t>(start.arguments.size(), 2);
     for (std::size_t i = 0; i < opened; ++i) openAnyPath(*editor, start.arguments[i]);
     // The view shows nothing of a texture list that was opened alone.
-    if (opened == 1 && isTextureFile(start.arguments[0]))
+    if (opened == 1 && isTextureFile(start.arguments[0]) && !editor->textureWindow.window)
         SendMessageA(editor->mainWindow, WM_COMMAND, IDM_VIEW_TEXTURES, 0);
     return runMainLoop(*editor);
 }

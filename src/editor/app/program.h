@@ -16,6 +16,7 @@ struct Start {
     int showCommand;                    ///< how the main window is to appear first
     std::vector<std::string> arguments; ///< without the program's name
     std::string settingsPath;           ///< empty: no settings are read or written
+    std::string keepFolder;             ///< of earlier versions; empty: none are kept
 };
 
 /// The platform identifier that the operating system reports.

@@ -1,6 +1,7 @@
 #include "app/settings.h"
 
 #include "base/file.h"
+#include "session/command_numbers.h"
 #include "session/window_place.h"
 #include "state/editor.h"
 #include "ui/window_data.h"
@@ -11,6 +12,7 @@
 #include <optional>
 #include <span>
 #include <string_view>
+#include <utility>
 
 namespace facetor {
 
@@ -62,6 +64,40 @@ std::optional<SettingsRecord> readSettings(const std::string& path)
     return parseSettings({reinterpret_cast<const char*>(bytes->data()), bytes->size()});
 }
 
+/// The session says more about the recent files that the settings name. What is kept at all it says
+/// by itself.
+void applySession(Editor& editor, bool hasSettings)
+{
+    const auto bytes = readFile(sessionPath(editor.settingsPath));
+    if (!bytes) return;
+    SessionRecord session =
+        parseSession({reinterpret_cast<const char*>(bytes->data()), bytes->size()});
+    editor.keepsVersions = session.keepsVersions;
+    editor.keeper.enabled = session.keepsRecovery;
+    if (!hasSettings) return; // deleted, to begin anew
+    completePaths(editor.recentModels, session.modelFiles);
+    completePaths(editor.recentTextures, session.textureFiles);
+    editor.imports = std::move(session.imports);
+    editor.session = std::move(session);
+}
+
+void writeSession(const Editor& editor)
+{
+    SessionRecord session;
+    session.modelFiles = editor.recentModels;
+    session.textureFiles = editor.recentTextures;
+    const std::string& list = editor.document.textureFile;
+    session.lastTextureList = list.empty() ? editor.session.lastTextureList : list;
+    session.attributesShown = editor.attributeWindow != nullptr;
+    session.hierarchyShown = editor.hierarchyWindow != nullptr;
+    session.texturesShown = editor.textureWindow.window != nullptr;
+    session.keepsVersions = editor.keepsVersions;
+    session.keepsRecovery = editor.keeper.enabled;
+    session.imports = editor.imports;
+    const std::string text = formatSession(session), path = sessionPath(editor.settingsPath);
+    if (writeFile(path, std::as_bytes(std::span(text))) != Message::none) DeleteFileA(path.c_str());
+}
+
 } // namespace
 
 std::array<std::string, 2> sharedFolders()
@@ -75,10 +111,18 @@ std::string findSettingsPath()
     return chooseSettingsPath(programFolder(nullptr), windows, user);
 }
 
+std::string findKeepFolder(const std::string& settingsPath)
+{
+    return chooseKeepFolder(settingsPath, programFolder(nullptr), sharedFolders().back());
+}
+
 bool applySettings(Editor& editor)
 {
     const auto settings = readSettings(editor.settingsPath);
-    if (!settings) return false;
+    if (!settings) {
+        applySession(editor, false);
+        return false;
+    }
     editor.settings = *settings;
     const WindowRectangle place =
         restoredPlace(settings->mainWindow, virtualScreen(), windowPlace(editor.mainWindow));
@@ -90,7 +134,18 @@ bool applySettings(Editor& editor)
     editor.view.dragDrawMode = static_cast<DragDrawMode>(settings->dragMethod);
     editor.recentModels = settings->modelFiles;
     editor.recentTextures = settings->textureFiles;
+    applySession(editor, true);
     return true;
+}
+
+void reopenWindows(Editor& editor)
+{
+    const SessionRecord& session = editor.session;
+    for (const auto& [shown, command] : {std::pair{session.attributesShown, IDM_VIEW_ATTRIBUTES},
+                                         {session.hierarchyShown, IDM_VIEW_HIERARCHY},
+                                         {session.texturesShown, IDM_VIEW_TEXTURES}})
+        if (shown) SendMessageA(editor.mainWindow, WM_COMMAND, static_cast<WPARAM>(command), 0);
+    SetActiveWindow(editor.mainWindow);
 }
 
 void writeSettings(Editor& editor)
@@ -113,6 +168,7 @@ void writeSettings(Editor& editor)
     const std::string text = formatSettings(settings);
     if (writeFile(editor.settingsPath, std::as_bytes(std::span(text))) != Message::none)
         DeleteFileA(editor.settingsPath.c_str());
+    writeSession(editor);
 }
 
 } // namespace facetor

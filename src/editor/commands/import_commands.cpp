@@ -1,6 +1,7 @@
 #include "commands/import_commands.h"
 
 #include "base/text.h"
+#include "commands/keep_commands.h"
 #include "commands/model_commands.h"
 #include "dialogs/import_dialog.h"
 #include "dialogs/report_dialog.h"
@@ -74,6 +75,7 @@ CommandOutcome importNew(Editor& editor, const std::string& path, const ImportOp
     if (hasTextures && askSaveTextures(editor, Word::openingNewFile) == Decision::stay)
         return CommandOutcome::abandoned;
     if (!isRunning(editor)) return CommandOutcome::abandoned;
+    keepUnsaved(editor);
     Document& document = editor.document;
     const auto take = [&] {
         copyModel(document.model, imported.model);

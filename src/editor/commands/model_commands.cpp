@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "commands/import_commands.h"
+#include "commands/keep_commands.h"
 #include "commands/sample_folder.h"
 #include "model/model_file.h"
 #include "output/model_source.h"
@@ -20,11 +21,15 @@ namespace facetor {
 
 namespace {
 
-Decision askSave(Editor& editor, Message question, Word reason, void (*save)(Editor&))
+Decision askSave(Editor& editor, Message question, Word reason, void (*save)(Editor&),
+                 bool (*isUnsaved)(const Document&))
 {
     setAlertTexts(editor.alerts, loadCatalogueText(editor.mainWindow, reason), {});
     switch (alert(editor.alerts, editor.mainWindow, question, AlertStyle::question)) {
-    case AlertButton::yes: save(editor); return Decision::goOn;
+    case AlertButton::yes:
+        save(editor);
+        if (isRunning(editor) && isUnsaved(editor.document)) editor.keeper.unsavedOnPurpose = true;
+        return Decision::goOn;
     case AlertButton::no: return Decision::goOn;
     default: return Decision::stay;
     }
@@ -35,6 +40,8 @@ CommandOutcome loadModel(Editor& editor, const std::string& path)
     if (!isRunning(editor)) return CommandOutcome::abandoned;
     Document& document = editor.document;
     const std::string full = fullPath(path);
+    keepUnsaved(editor);
+    auto before = copyForLater(editor.keeper, document, editor.view);
     const auto read = [&] {
         const WaitCursor waiting;
         const Message message = readModelFile(document.model, path);
@@ -44,8 +51,10 @@ CommandOutcome loadModel(Editor& editor, const std::string& path)
         }
         return EditOutcome{Message::none, message};
     };
-    const Message message = change(document, Word::stepOpenModel, read, ChangeKind::openModel).edit;
+    const auto [undo, message, brokenOff] =
+        change(document, Word::stepOpenModel, read, ChangeKind::openModel);
     if (message != Message::none) {
+        if (brokenOff) noteBrokenOff(editor, ChangeKind::openModel, full, std::move(before));
         alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation);
         // The reader may have replaced a part of the model.
         refreshHierarchyTree(editor);
@@ -69,8 +78,10 @@ CommandOutcome writeModelAs(Editor& editor, const std::string& path, DWORD filte
 {
     if (!isRunning(editor)) return CommandOutcome::abandoned;
     Message message;
+    KeptBefore kept;
     {
         const WaitCursor waiting;
+        if (filter != saveAsSource) kept = keepBeforeSave(editor, path, KeptKind::model);
         message = filter == saveAsSource ? writeModelSource(editor.document.model, path)
                                          : writeModelFile(editor.document.model, path);
     }
@@ -78,7 +89,11 @@ CommandOutcome writeModelAs(Editor& editor, const std::string& path, DWORD filte
         alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation);
         return CommandOutcome::abandoned;
     }
-    if (filter != saveAsSource) addRecentModel(editor, path);
+    if (filter != saveAsSource) {
+        addRecentModel(editor, path);
+        editor.document.partlyReadModel.clear();
+    }
+    tellVersionNotKept(editor, kept);
     return CommandOutcome::done;
 }
 
@@ -99,18 +114,24 @@ bool nameAsSource(Editor& editor, std::string& path)
 
 Decision askSaveModel(Editor& editor, Word reason)
 {
+    editor.keeper.unsavedOnPurpose = false;
     if (!isModelChanged(editor.document)) return Decision::goOn;
-    return askSave(editor, Message::saveModelFirst, reason,
-                   [](Editor& e) { SendMessageA(e.mainWindow, WM_COMMAND, IDM_FILE_SAVE_AS, 0); });
+    keepBeforeRisk(editor);
+    return askSave(
+        editor, Message::saveModelFirst, reason,
+        [](Editor& e) { SendMessageA(e.mainWindow, WM_COMMAND, IDM_FILE_SAVE_AS, 0); },
+        isModelChanged);
 }
 
 Decision askSaveTextures(Editor& editor, Word reason)
 {
     if (!areTexturesChanged(editor.document)) return Decision::goOn;
+    keepBeforeRisk(editor);
     // Not by way of the window, which may be closed.
-    return askSave(editor, Message::saveTexturesFirst, reason, [](Editor& e) {
-        (void)e.runCommand(e, CommandWindow::textures, IDM_FILE_SAVE_AS, 0);
-    });
+    return askSave(
+        editor, Message::saveTexturesFirst, reason,
+        [](Editor& e) { (void)e.runCommand(e, CommandWindow::textures, IDM_FILE_SAVE_AS, 0); },
+        areTexturesChanged);
 }
 
 CommandOutcome openModelPath(Editor& editor, const std::string& path)
@@ -141,6 +162,12 @@ CommandOutcome saveModel(Editor& editor)
 {
     const std::string& file = editor.document.modelFile;
     if (file.empty()) return saveModelAs(editor);
+    if (const std::string source = editor.document.partlyReadModel; !source.empty())
+        switch (askPartlyRead(editor, source, modelSavePath(file))) {
+        case PartlyRead::saveAs: return saveModelAs(editor);
+        case PartlyRead::giveUp: return CommandOutcome::abandoned;
+        case PartlyRead::replace: break;
+        }
     return writeModelAs(editor, modelSavePath(file), saveAsModel);
 }
 

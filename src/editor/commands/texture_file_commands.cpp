@@ -1,6 +1,7 @@
 #include "commands/texture_file_commands.h"
 
 #include "base/text.h"
+#include "commands/keep_commands.h"
 #include "commands/model_commands.h"
 #include "commands/plug_in_commands.h"
 #include "commands/sample_folder.h"
@@ -15,6 +16,8 @@
 #include "windows/recent_menu.h"
 #include "windows/texture_window.h"
 
+#include <utility>
+
 namespace facetor {
 
 namespace {
@@ -27,14 +30,22 @@ CommandOutcome loadTextures(Editor& editor, const std::string& path)
     if (!isRunning(editor)) return CommandOutcome::abandoned;
     Document& document = editor.document;
     const std::string full = fullPath(path);
+    keepUnsaved(editor);
+    auto before = copyForLater(editor.keeper, document, editor.view);
+    bool isPart = false; // memory was short: that is no failure, and yet not the whole file
     const auto read = [&] {
         const WaitCursor waiting;
-        const Message message = readTextureFile(document.textures, path);
+        Reason reason;
+        const Message message = readTextureFile(document.textures, path, &reason);
         if (message == Message::none) document.textureFile = full;
+        isPart = message == Message::none && !reason.text.empty();
+        if (isPart) document.partlyReadTextures = full;
         return EditOutcome{Message::none, message};
     };
-    const Message message =
-        change(document, Word::stepOpenTextures, read, ChangeKind::openTextures).edit;
+    const auto [undo, message, brokenOff] =
+        change(document, Word::stepOpenTextures, read, ChangeKind::openTextures);
+    if (brokenOff || isPart)
+        noteBrokenOff(editor, ChangeKind::openTextures, full, std::move(before));
     addRecentTextures(editor, full);
     undoClear(document.undo); // what it holds may be of textures that are gone
     redrawTextures(editor);
@@ -49,8 +60,10 @@ CommandOutcome writeTexturesAs(Editor& editor, const std::string& path, DWORD fi
 {
     const TextureList& list = editor.document.textures;
     Message message;
+    KeptBefore kept;
     {
         const WaitCursor waiting;
+        if (filter != textureSourceFile) kept = keepBeforeSave(editor, path, KeptKind::textures);
         message = filter == textureSourceFile ? writeTextureSource(list, path)
                                               : writeTextureFile(list, path);
     }
@@ -58,7 +71,11 @@ CommandOutcome writeTexturesAs(Editor& editor, const std::string& path, DWORD fi
         alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation);
         return CommandOutcome::abandoned;
     }
-    if (filter != textureSourceFile) addRecentTextures(editor, path);
+    if (filter != textureSourceFile) {
+        addRecentTextures(editor, path);
+        editor.document.partlyReadTextures.clear();
+    }
+    tellVersionNotKept(editor, kept);
     return CommandOutcome::done;
 }
 
@@ -68,7 +85,12 @@ CommandOutcome openTexturesWithDialog(Editor& editor)
 {
     if (askSaveTextures(editor, Word::openingNewFile) == Decision::stay)
         return CommandOutcome::abandoned;
-    offerSamples(editor, editor.fileDialogs.openTextures);
+    FileDialog& dialog = editor.fileDialogs.openTextures;
+    offerSamples(editor, dialog);
+    // Until there is a list, where that of the last run is.
+    if (const std::string& last = editor.session.lastTextureList;
+        !last.empty() && editor.document.textureFile.empty())
+        dialog.folder = folderOf(last);
     const auto chosen = askOpenFile(editor.mainWindow, editor.fileDialogs.openTextures);
     if (!chosen || chosen->filter != textureListFile) return CommandOutcome::abandoned;
     return loadTextures(editor, chosen->path);
@@ -89,6 +111,12 @@ CommandOutcome saveTextures(Editor& editor)
 {
     const std::string& file = editor.document.textureFile;
     if (file.empty()) return saveTexturesAs(editor);
+    if (const std::string source = editor.document.partlyReadTextures; !source.empty())
+        switch (askPartlyRead(editor, source, textureSavePath(file))) {
+        case PartlyRead::saveAs: return saveTexturesAs(editor);
+        case PartlyRead::giveUp: return CommandOutcome::abandoned;
+        case PartlyRead::replace: break;
+        }
     return writeTexturesAs(editor, textureSavePath(file), textureListFile);
 }
 

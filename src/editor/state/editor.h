@@ -3,10 +3,13 @@
 #include "attr/working_attribute.h"
 #include "document/document.h"
 #include "engine/engine.h"
+#include "keep/keeper.h"
+#include "keep/versions.h"
 #include "plug_ins/plug_ins.h"
 #include "session/import_memory.h"
 #include "session/plug_in_list.h"
 #include "session/recent_files.h"
+#include "session/session_text.h"
 #include "session/settings_text.h"
 #include "state/command.h"
 #include "state/window_state.h"
@@ -102,7 +105,12 @@ struct Editor {
 
     std::array<std::string, 2> targetFolders; ///< for target images: the first that takes them
     std::string settingsPath;                 ///< empty when no settings are kept
+    SessionRecord session;                    ///< as read; beside the settings
     SettingsRecord settings; ///< as read; what belongs to no window of this run is written again
+    VersionStore versions;   ///< without a folder nothing is kept
+    bool keepsVersions = true;
+    bool toldVersionNotKept = false; ///< in this run
+    Keeper keeper;                   ///< of recovery files
     RecentFiles recentModels;
     RecentFiles recentTextures;
 
