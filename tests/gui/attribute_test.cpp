@@ -327,6 +327,8 @@ TEST(AttributeWindow, KeepsTabValuesAndPlaceWhileItIsClosedAndItsPlaceFromRunToR
         EXPECT_EQ(editor.waitForEnd(), 0);
     }
     const RunningEditor editor({}, Platform::nt, {}, path);
+    EXPECT_TRUE(editor.isItemChecked(IDM_VIEW_ATTRIBUTES)) << "it is open again";
+    editor.sendCommand(IDM_VIEW_ATTRIBUTES);
     EXPECT_EQ(AttributeWindow(editor).corner(), std::pair(400, 300));
 }
 

@@ -197,7 +197,8 @@ TEST(HierarchyPlace, IsKeptToTheNextRunAndTheKeyboardReachesTheControls)
     constexpr RECT wanted{300, 120, 560, 520};
     for (const bool firstRun : {true, false}) {
         RunningEditor editor({}, Platform::nt, {}, folder.file("Facetor.ini"));
-        HWND window = toggle(editor);
+        HWND window = firstRun ? toggle(editor) // which the next run has open
+                               : editor.ask([](Editor& e) { return e.hierarchyWindow; });
         if (firstRun) {
             const auto focus = [&] { return editor.ask([](Editor&) { return GetFocus(); }); };
             for (const int id : {IDC_HIERARCHY_SHOW, IDC_HIERARCHY_HIDE, IDC_HIERARCHY_TREE}) {
