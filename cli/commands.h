@@ -25,8 +25,16 @@ enum class InfoFormat { text, json };
 /// Describes a file on the standard output.
 int runInfo(Run& run, const std::string& path, InfoFormat format);
 
-/// Reads every file and says of each "PATH: ok" or what is wrong with it.
-int runCheck(Run& run, const std::vector<std::string>& paths);
+struct CheckOptions {
+    std::vector<std::string> paths;
+    bool target = false;        ///< also what the target cannot show
+    bool strict = false;        ///< a warning is a failure
+    std::optional<float> scale; ///< of positions in the model's image; none: 1
+};
+
+/// Reads every file and says of each "PATH: ok" or what is wrong with it. With `target` warnings
+/// follow, or all is said as one JSON array; a texture list behind a model is judged with it.
+int runCheck(Run& run, const CheckOptions& options);
 
 struct ConvertOptions {
     std::vector<std::string> paths; ///< the inputs, then the output

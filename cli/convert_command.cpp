@@ -9,7 +9,6 @@
 #include "output/model_source.h"
 #include "output/source_header.h"
 #include "output/source_text.h"
-#include "output/target_image.h"
 #include "output/target_reader.h"
 #include "output/texture_source.h"
 #include "outputs.h"
@@ -52,7 +51,7 @@ Message makeModelSource(Result& result, InputFile& input, const ConvertOptions& 
 
 Message makeModelImage(Result& result, InputFile& input, const ConvertOptions& options)
 {
-    result.detail = fixedPointForm;
+    result.detail = targetForm;
     return modelImage(result.bytes, input.model, options.scale.value_or(1.0f), input.reason);
 }
 
@@ -72,7 +71,8 @@ Message makeTextureSource(Result& result, InputFile& input, const ConvertOptions
 
 Message makeTextureImage(Result& result, InputFile& input, const ConvertOptions&)
 {
-    return formatTextureImage(result.bytes, input.textures, &input.reason.text);
+    result.detail = targetForm;
+    return textureImage(result.bytes, input.textures, input.reason);
 }
 
 Message makeModelAgain(Result& result, InputFile& input, const ConvertOptions&)

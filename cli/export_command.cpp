@@ -10,6 +10,7 @@
 #include "exchange/picture_import.h"
 #include "image/image_codec.h"
 #include "image/picture.h"
+#include "output/target_check.h"
 #include "output/target_image.h"
 #include "outputs.h"
 #include "report.h"
@@ -111,10 +112,26 @@ int runExport(Run& run, const ConvertOptions& options)
 
 Message modelImage(Bytes& image, const Model& model, float scale, Reason& reason)
 {
-    reason.text = findBeyondFixed(model, scale);
-    if (!reason.text.empty()) return Message::dataError;
+    if (const auto overrun = findOverrun(model)) {
+        reason.text = describe(*overrun);
+        return Message::dataError;
+    }
+    if (const auto faults = findBeyondFixed(model, scale); !faults.empty()) {
+        reason.text = describe(model, faults.front());
+        return Message::dataError;
+    }
     image = formatModelImage(model, scale);
     return Message::none;
+}
+
+Message textureImage(Bytes& image, const TextureList& list, Reason& reason)
+{
+    const Message message = formatTextureImage(image, list, &reason.text);
+    if (message != Message::none) return message;
+    const auto refusal = findRefusal(list);
+    if (!refusal) return Message::none;
+    reason.text = describe(*refusal);
+    return Message::dataError;
 }
 
 int runBothImages(Run& run, const ConvertOptions& options)
@@ -131,10 +148,10 @@ int runBothImages(Run& run, const ConvertOptions& options)
     Bytes image, list;
     if (const Message message = modelImage(image, model.model, scale, reason);
         message != Message::none)
-        return reportFailure(run, options.paths[0], message, reason, fixedPointForm);
-    if (const Message message = formatTextureImage(list, textures.textures, &reason.text);
+        return reportFailure(run, options.paths[0], message, reason, targetForm);
+    if (const Message message = textureImage(list, textures.textures, reason);
         message != Message::none)
-        return reportFailure(run, options.paths[1], message, reason);
+        return reportFailure(run, options.paths[1], message, reason, targetForm);
     image.insert(image.end(), list.begin(), list.end());
     return writeOutput(run, {options.paths[2], std::move(image), {}});
 }

@@ -12,10 +12,14 @@ namespace facetor {
 /// or into a glb.
 int runExport(Run& run, const ConvertOptions& options);
 
-/// A model's target image. dataError, with the object and the value in `reason`, when a fixed-point
-/// field cannot hold one; fixedPointForm fills the message's placeholder.
+/// A model's target image. dataError, with the cause in `reason`, when a fixed-point field cannot
+/// hold a value or the model's Gouraud tables would overwrite what lies behind them; targetForm
+/// fills the message's placeholder.
 Message modelImage(Bytes& image, const Model& model, float scale, Reason& reason);
-inline constexpr char fixedPointForm[] = "16.16";
+/// A texture list's target image: what formatTextureImage() returns, and dataError for sizes that
+/// overwrite memory of the target or that it would read wrongly.
+Message textureImage(Bytes& image, const TextureList& list, Reason& reason);
+inline constexpr char targetForm[] = "target";
 
 /// A model and a texture list into one target image, the model's blocks first.
 int runBothImages(Run& run, const ConvertOptions& options);

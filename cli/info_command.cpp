@@ -1,19 +1,13 @@
 #include "commands.h"
 
-#include "base/text.h"
 #include "input_file.h"
+#include "json.h"
 
-#include <nlohmann/json.hpp>
-
-#include <charconv>
-#include <cmath>
 #include <cstdio>
 
 namespace facetor {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 std::string hexadecimal(std::uint32_t value)
 {
@@ -22,18 +16,7 @@ std::string hexadecimal(std::uint32_t value)
     return text;
 }
 
-/// An integer where the value is one, else the number whose digits are the fewest that tell the
-/// single from its neighbours.
-Json toJson(float value)
-{
-    constexpr float integersEnd = 9007199254740992.0f; // what a reader holds exactly in a double
-    if (std::fabs(value) < integersEnd && value == std::trunc(value))
-        return static_cast<std::int64_t>(value);
-    const std::string digits = formatShortest(value);
-    double parsed = 0;
-    std::from_chars(digits.data(), digits.data() + digits.size(), parsed);
-    return std::isfinite(value) ? Json(parsed) : Json();
-}
+using facetor::toJson;
 
 Json toJson(const Vector3& v)
 {
@@ -147,8 +130,7 @@ int runInfo(Run& run, const std::string& path, InfoFormat format)
         const Json json = file.kind == FileKind::model ? describe(file.model, file.modelVersion)
                           : file.kind == FileKind::textures ? describe(file.textures)
                                                             : describe(file.blocks);
-        // Names are bytes; what is no UTF-8 in them is shown by the replacement character.
-        print(json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
+        print(toText(json) + "\n");
         return finishReport(run, stdout, exitDone);
     }
     if (file.kind == FileKind::model) printModel(file.model, file.modelVersion);

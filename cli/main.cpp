@@ -144,15 +144,29 @@ void addCheck(CLI::App& app, Run& run, Action& action)
 {
     CLI::App* command = app.add_subcommand("check", "Read files with all checks on");
     addCommon(*command, run);
-    const auto paths = std::make_shared<std::vector<std::string>>();
-    command->add_option("FILE", *paths, "The files to read")->required();
+    const auto options = std::make_shared<CheckOptions>();
+    command->add_option("FILE", options->paths, "The files to read")->required();
+    CLI::Option* target = command->add_flag(
+        "--target", options->target,
+        "Also warn of what the target cannot show; a list behind a model is judged with it");
+    command->add_flag("--strict", options->strict, "Exit status 1 also for warnings")
+        ->needs(target);
+    addValue(*command, "--scale", options->scale, parsePositive, "S", "a number above 0",
+             "Scale of positions in the model's target image; default 1.0")
+        ->needs(target);
+    command->get_option("--json")->description(
+        "Report a failure in JSON; with --target everything");
     addExamples(*command,
                 {{"facetor-cli check models/*.mx3 models/*.mxt",
                   "says \"ok\" or what is wrong, a line a file; exit status 1 if one is wrong"},
                  {"facetor-cli check models/*.mx3 > good.txt",
-                  "keeps the lines of sound files in a file; the others go to the terminal"}});
+                  "keeps the lines of sound files in a file; the others go to the terminal"},
+                 {"facetor-cli check --target --strict ship.mx3 ship.mxt",
+                  "also fails where the target could not show the ship as it is"},
+                 {"facetor-cli check --target --json ship.mx3 | jq '.[0].budget.polygons.used'",
+                  "tells another program how full the target gets"}});
     command->callback(
-        [&action, &run, paths] { action = [&run, paths] { return runCheck(run, *paths); }; });
+        [&action, &run, options] { action = [&run, options] { return runCheck(run, *options); }; });
 }
 
 void addConvert(CLI::App& app, Run& run, Action& action)

@@ -1,8 +1,7 @@
 #include "report.h"
 
 #include "base/file.h"
-
-#include <nlohmann/json.hpp>
+#include "json.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -21,13 +20,9 @@ namespace {
 constexpr auto firstPause = std::chrono::milliseconds(500); // shorter work needs no line
 constexpr auto nextPause = std::chrono::milliseconds(100);  // more often nobody can read it
 
-using Json = nlohmann::ordered_json;
-
 void writeError(const Json& error)
 {
-    // Paths are bytes; what is no UTF-8 in them is shown by the replacement character.
-    const Json whole = {{"error", error}};
-    std::fputs((whole.dump(-1, ' ', false, Json::error_handler_t::replace) + '\n').c_str(), stderr);
+    std::fputs((toText({{"error", error}}) + '\n').c_str(), stderr);
 }
 
 bool errorsGoToTerminal()
@@ -44,16 +39,12 @@ bool errorsGoToTerminal()
 int reportFailure(const Run& run, const std::string& path, Message message, const Reason& reason,
                   const std::string& detail)
 {
-    const std::string name = path == standardStream ? "stdin" : path;
-    const std::string text = expandPlaceholders(catalogueText(message), detail, {});
     if (run.errors == ErrorFormat::json) {
-        Json error = {{"path", name}, {"message", static_cast<int>(message)}, {"text", text}};
-        if (!reason.text.empty()) error["reason"] = reason.text;
-        if (reason.offset) error["offset"] = *reason.offset;
-        writeError(error);
+        writeError(failureToJson(path, message, reason, detail));
         return exitFailed;
     }
-    std::string line = "facetor-cli: " + name + ": " + text;
+    const std::string text = expandPlaceholders(catalogueText(message), detail, {});
+    std::string line = "facetor-cli: " + displayName(path) + ": " + text;
     if (!reason.text.empty()) line += " (" + reason.text + ")";
     std::fputs((line + '\n').c_str(), stderr);
     return exitFailed;

@@ -18,6 +18,12 @@ enum class ErrorFormat { text, json };
 /// The path that stands for the standard input or output.
 inline constexpr std::string_view standardStream = "-";
 
+/// How reports name an input.
+inline std::string displayName(const std::string& path)
+{
+    return path == standardStream ? "stdin" : path;
+}
+
 /// One run of the program: what every command takes beside its own options, and what it has read.
 struct Run {
     Progress progress = Progress::shown;

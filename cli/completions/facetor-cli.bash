@@ -77,6 +77,7 @@ _facetor_cli() {
 
     if [[ $word == -* ]]; then
         case $command in
+        check) common+=" --target --strict --scale" ;;
         convert) common+=" --scale --up --keep-triangles --textures --max-texture --dither --onto --fit --first --numbered --transparent --into --assets --c-names --header $output" ;;
         render)
             common+=" --textures --size --no-fit --camera --rotate --view --view-scale --parallel"

@@ -82,6 +82,8 @@ TEST_F(Cli, AWrongCommandLineIsExitTwoAndOneLine)
         {"info"},
         {"info", cube, "--xml"},
         {"check"},
+        {"check", cube, "--strict"},
+        {"check", cube, "--scale", "2"},
         {"convert", cube},
         {"convert", cube, out},
         {"convert", cube, folder.file("a.sal"), "--scale", "-1"},
@@ -313,6 +315,51 @@ TEST_F(Cli, ConvertAndSceneWriteTargetImages)
     EXPECT_NE(runProgram({"convert", wide, none}).errors.find("texture 0 is 264 texels wide"),
               std::string::npos);
     EXPECT_FALSE(readFile(none));
+}
+
+TEST_F(Cli, CheckWarnsOfWhatTheTargetCannotShow)
+{
+    TextureList list;
+    ASSERT_EQ(list.create(), Message::none);
+    Texels pixels;
+    ASSERT_TRUE(pixels.allocate(8 * 256));
+    list.set(1, 8, 256, std::move(pixels));
+    model.names[0] = "a b";
+    model.attributes[4].flags = textureMap;
+    const std::string named = put("a b.mx3", writeModel(model));
+    const std::string high = put("high.mxt", writeTextures(list)), bad = folder.file("bad.mx3");
+    const ProgramRun plain = runProgram({"check", "--target", named, high, cube});
+    EXPECT_EQ(plain.status, 0);
+    EXPECT_EQ(
+        plain.output,
+        named + ": ok\n" + named +
+            ": warning name-c: object 0 \"a b\": its name is no identifier of C\n" + named +
+            ": warning slot-empty: object 0 \"a b\", polygon 4: it shows slot 0, which is "
+            "empty\n" +
+            high + ": ok\n" + high +
+            ": warning texture-height: slot 1: 256 rows, of which the size word holds the low "
+            "byte only\n" +
+            high + ": warning texture-unused: slot 1: no polygon shows it\n" + cube + ": ok\n");
+    EXPECT_EQ(runProgram({"check", "--target", "--strict", named}).status, 1);
+    EXPECT_EQ(runProgram({"check", "--target", "--strict", cube}).status, 0);
+    EXPECT_EQ(runProgram({"check", "--target", "--scale", "1000", "--strict", cube}).status, 1);
+    const ProgramRun run = runProgram({"check", "--target", "--json", high, bad, cube});
+    EXPECT_EQ(run.status, 1);
+    const Json array = Json::parse(run.output);
+    EXPECT_EQ(array[0].dump(),
+              R"({"path":")" + high +
+                  R"(","ok":true,"warnings":[{"code":"texture-height","slot":1,"text":"slot 1: )"
+                  R"(256 rows, of which the size word holds the low byte only"}],"budget":)"
+                  R"({"textures":{"used":2,"limit":2048},)"
+                  R"("textureBytes":{"used":4224,"limit":458752}}})");
+    EXPECT_EQ(array[1].dump(), R"({"path":")" + bad + R"(","ok":false,"error":{"path":")" + bad +
+                                   R"(","message":22,"text":"Cannot open File.",)"
+                                   R"("reason":"missing"}})");
+    EXPECT_EQ(array[2]["budget"]["gouraud"].dump(), R"({"used":0,"limit":968})");
+    EXPECT_EQ(array[2]["budget"]["imageBytes"], formatModelImage(model, 1).size());
+    const ProgramRun refused = runProgram({"convert", high, folder.file("high.sal")});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_NE(refused.errors.find("slot 1: 256 rows"), std::string::npos) << refused.errors;
 }
 
 TEST_F(Cli, AFailureLeavesNoOutputAndAnOldOneAsItWas)

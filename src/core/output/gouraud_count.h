@@ -15,8 +15,4 @@ struct GouraudCounts {
 /// Counts over all polygons of all objects.
 GouraudCounts countGouraud(const Model& model);
 
-/// Where the Gouraud tables begin in video memory, in units of their 8 bytes: those of light
-/// Gouraud polygons first, from here on, then those of table Gouraud polygons.
-inline constexpr std::uint16_t firstGouraudTable = 0x1C38;
-
 } // namespace facetor

@@ -5,6 +5,7 @@
 #include "output/attribute_text.h"
 #include "output/gouraud_count.h"
 #include "output/source_text.h"
+#include "output/target_layout.h"
 
 #include <algorithm>
 #include <span>

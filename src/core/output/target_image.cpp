@@ -15,10 +15,7 @@ namespace facetor {
 
 namespace {
 
-constexpr std::uint32_t spriteMemoryAddress = 0x25C00000;
-constexpr std::uint32_t firstTexelOffset = texelsAddress - spriteMemoryAddress;
-
-constexpr std::uint32_t longestRow = 256; ///< in texels
+constexpr std::uint64_t blockHeadSize = 8; ///< address and size
 
 /// In bytes; far above the console's memory, and what a 32-bit process may have in one piece.
 constexpr std::uint64_t largestImage = 0x7FFFFFFF;
@@ -241,38 +238,71 @@ Bytes formatModelImage(const Model& model, float scale)
     return out.release();
 }
 
-std::string findBeyondFixed(const Model& model, float scale)
+std::vector<BeyondFixed> findBeyondFixed(const Model& model, float scale)
 {
-    if (!fitsFixed(scale) || toFixed(scale) == 0) return "the scale " + formatShortest(scale);
+    std::vector<BeyondFixed> found;
+    if (!fitsFixed(scale) || toFixed(scale) == 0) {
+        found.push_back({std::nullopt, "scale", scale});
+        return found;
+    }
     for (std::uint32_t k = 0; k < model.objectCount; ++k) {
         const Object& object = model.objects[k];
         const Mesh& mesh = meshOf(model, k);
-        const auto fault = [&](const char* what, float value, float factor) {
-            return "object " + std::to_string(k) + " \"" + model.names[k] + "\": " + what + ' ' +
-                   formatShortest(value * factor) + " is beyond what fixed point holds";
+        const std::size_t before = found.size();
+        const auto check = [&](const char* what, float value, float factor) {
+            if (found.size() == before && !fitsFixed(value * factor))
+                found.push_back({k, what, value * factor});
+        };
+        const auto checkVector = [&](const char* what, const Vector3& v, float factor) {
+            for (const float value : {v.x, v.y, v.z}) check(what, value, factor);
         };
         const auto& m = object.matrix.element;
         for (std::size_t i = 0; i < m.size(); ++i)
-            if (const float factor = i < 12 ? 1 : scale; i % 4 != 3 && !fitsFixed(m[i] * factor))
-                return fault("matrix element", m[i], factor);
-        const auto& t = object.translation;
-        for (const float value : {t.x, t.y, t.z})
-            if (!fitsFixed(value * scale)) return fault("translation", value, scale);
-        for (const float value : {object.scaling.x, object.scaling.y, object.scaling.z})
-            if (!fitsFixed(value)) return fault("scaling", value, 1);
-        for (std::uint32_t i = 0; i < mesh.vertexCount; ++i) {
-            const Vector3& v = model.vertices[mesh.vertexTable + i];
-            for (const float value : {v.x, v.y, v.z})
-                if (!fitsFixed(value * scale))
-                    return fault(("vertex " + std::to_string(i) + " at").c_str(), value, scale);
+            if (i % 4 != 3) check("matrix element", m[i], i < 12 ? 1 : scale);
+        checkVector("translation", object.translation, scale);
+        checkVector("scaling", object.scaling, 1);
+        for (std::uint32_t i = 0; i < mesh.vertexCount && found.size() == before; ++i) {
+            checkVector("vertex", model.vertices[mesh.vertexTable + i], scale);
+            if (found.size() > before) found.back().vertex = i;
             // A vertex of no polygon has a normal that is no number, written as 0.
             const Vector3& n = model.vertexNormals[mesh.vertexNormalTable + i];
             for (const float value : {n.x, n.y, n.z})
-                if (!std::isnan(value) && !fitsFixed(value))
-                    return fault("vertex normal", value, 1);
+                if (!std::isnan(value)) check("vertex normal", value, 1);
         }
     }
-    return {};
+    return found;
+}
+
+std::string describe(const Model& model, const BeyondFixed& fault)
+{
+    const std::string value = formatShortest(fault.value);
+    if (!fault.object) return "the scale " + value;
+    std::string what = fault.what;
+    if (fault.vertex) what += ' ' + std::to_string(*fault.vertex) + " at";
+    return "object " + std::to_string(*fault.object) + " \"" + model.names[*fault.object] +
+           "\": " + what + ' ' + value + " is beyond what fixed point holds";
+}
+
+std::uint64_t modelImageSize(const Model& model)
+{
+    const auto addresses = layOut(model);
+    const std::uint64_t objects = addresses.empty() ? 0 : addresses.back().end - objectsAddress;
+    return 4 * blockHeadSize + matrixSize * model.objectCount + 4 + objects +
+           gouraudSize * countGouraud(model).table;
+}
+
+std::uint64_t texelBytes(const TextureList& list)
+{
+    std::uint64_t size = 0;
+    for (const TextureSlot& slot : list.slots().first(list.usedCount()))
+        size += std::uint64_t{slot.width} * slot.height * sizeof(Rgb555);
+    return size;
+}
+
+std::uint64_t textureImageSize(const TextureList& list)
+{
+    const std::uint32_t used = list.usedCount();
+    return used == 0 ? 0 : 2 * blockHeadSize + textureEntrySize * used + texelBytes(list);
 }
 
 Message formatTextureImage(Bytes& image, const TextureList& list, std::string* reason)
@@ -280,16 +310,14 @@ Message formatTextureImage(Bytes& image, const TextureList& list, std::string* r
     const auto slots = list.slots().first(list.usedCount());
     if (slots.empty()) return Message::texturesEmpty;
     for (std::size_t i = 0; i < slots.size(); ++i)
-        if (slots[i].width > longestRow) {
+        if (slots[i].width > targetTextureWidth) {
             if (reason)
                 *reason = "texture " + std::to_string(i) + " is " + std::to_string(slots[i].width) +
-                          " texels wide, a row has at most " + std::to_string(longestRow);
+                          " texels wide, a row has at most " + std::to_string(targetTextureWidth);
             return Message::outOfMemory;
         }
 
-    std::uint64_t size = 16 + 8 * slots.size(); // of both blocks' heads and the table
-    for (const TextureSlot& slot : slots)
-        size += std::uint64_t{slot.width} * slot.height * sizeof(Rgb555);
+    const std::uint64_t size = textureImageSize(list);
     ImageWriter out;
     if (size > largestImage || !out.reserve(static_cast<std::size_t>(size)))
         return Message::outOfMemory;
@@ -298,7 +326,7 @@ Message formatTextureImage(Bytes& image, const TextureList& list, std::string* r
     for (const TextureSlot& slot : slots) {
         out.u16(slot.width);
         out.u16(slot.height);
-        out.u16(offset / 8);
+        out.u16(offset / spriteUnit);
         out.u16((slot.width / 8u & 0xFF) << 8 | (slot.height & 0xFFu));
         offset += std::uint32_t{slot.width} * slot.height * std::uint32_t{sizeof(Rgb555)};
     }

@@ -9,7 +9,10 @@
 #include "model/model.h"
 #include "texture/texture_list.h"
 
+#include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace facetor {
 
@@ -21,11 +24,30 @@ namespace facetor {
 /// tables. Positions are multiplied by `scale`. Needs a model that isSafeToDraw().
 Bytes formatModelImage(const Model& model, float scale);
 
-/// What of the model its image cannot hold as 16.16 fixed point, at `scale`: a scale that is 0
-/// there, or the first position, placement, matrix element or vertex normal beyond -32768 to 32768,
-/// with its object and value. Empty when all fit. formatModelImage() writes the nearest value that
-/// does.
-std::string findBeyondFixed(const Model& model, float scale);
+/// A value that the image cannot hold as 16.16 fixed point.
+struct BeyondFixed {
+    std::optional<std::uint32_t> object;                ///< none: the scale
+    const char* what;                                   ///< which value, in words
+    float value;                                        ///< as it would be written
+    std::optional<std::uint32_t> vertex = std::nullopt; ///< whose position it is
+};
+
+/// What of the model its image cannot hold at `scale`: a scale that is 0 there, or of each object
+/// the first position, placement, matrix element or vertex normal beyond -32768 to 32768. Empty
+/// when all fit. formatModelImage() writes the nearest value that does.
+std::vector<BeyondFixed> findBeyondFixed(const Model& model, float scale);
+
+/// One of them in words, with its object and value.
+std::string describe(const Model& model, const BeyondFixed& fault);
+
+/// The bytes of formatModelImage().
+std::uint64_t modelImageSize(const Model& model);
+
+/// The bytes of the texels that formatTextureImage() writes.
+std::uint64_t texelBytes(const TextureList& list);
+
+/// The bytes of formatTextureImage(), 0 for an empty list.
+std::uint64_t textureImageSize(const TextureList& list);
 
 /// The texture list up to its last used slot, empty slots as the blank texture: the table of sizes
 /// and addresses, and all texels. texturesEmpty for an empty list; outOfMemory when memory is short

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "base/message.h"
+#include "model/model.h"
+#include "texture/texture_list.h"
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace facetor {
+
+/// One of the things that the editor or the target has only so many of.
+struct BudgetPart {
+    std::string_view name; ///< for other programs
+    Word title;            ///< for users
+    std::uint64_t used, limit;
+};
+
+/// What of them a file takes.
+struct TargetBudget {
+    std::vector<BudgetPart> parts;
+    std::optional<std::uint64_t> imageBytes; ///< of its target image; none where it is refused
+};
+
+/// Objects, vertices, polygons and Gouraud tables of a model, and the size of its image at `scale`.
+TargetBudget budgetOf(const Model& model, float scale);
+
+/// Textures and their bytes as the target image counts them: up to the last slot that is filled,
+/// empty ones below it as 8 x 8.
+TargetBudget budgetOf(const TextureList& list);
+
+} // namespace facetor
