@@ -83,10 +83,17 @@ struct RenderOptions {
     Rgb555 backgroundColour = rgb555(0, 0, 16);
     Rgb555 pickedColour = rgb555(0, 31, 0);
     bool selectAll = false;
-    std::uint32_t repeat = 0; ///< 0: once, without saying how long it took
+    std::uint32_t repeat = 0;           ///< 0: once, without saying how long it took
+    std::string order;                  ///< where the sorted list goes as JSON; empty: nowhere
+    std::optional<std::uint32_t> first; ///< of the sorted list are drawn; none: all
+    std::uint32_t zoom = 1;             ///< 1 to 8
+    bool transparent = false;           ///< alpha is 0 where nothing was drawn
+    std::uint32_t turn = 0;             ///< pictures of a turn; 0: one without a number
+    std::string compare;                ///< the picture to compare with; empty: one is written
+    bool overdraw = false;              ///< shows how often pixels were written
 };
 
-/// Draws one frame of a model into a PNG file.
+/// Draws one frame of a model, or a turn of them, into PNG files, or compares it with one.
 int runRender(Run& run, const RenderOptions& options);
 
 } // namespace facetor

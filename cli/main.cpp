@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <functional>
+#include <limits>
 #include <map>
 #include <new>
 #include <span>
@@ -285,7 +286,7 @@ void addRender(CLI::App& app, Run& run, Action& action)
     addOutput(*command, run);
     const auto options = std::make_shared<RenderOptions>();
     command->add_option("MODEL", options->model, "The model (.mx3)")->required();
-    command->add_option("OUT", options->output, "The picture (.png)")->required();
+    command->add_option("OUT", options->output, "The picture (.png); not with --compare");
     command->add_option("--textures", options->textures,
                         "The texture list (.mxt) that the polygons refer to");
     addValue(*command, "--size", options->size, parseSize, "WxH",
@@ -329,6 +330,36 @@ void addRender(CLI::App& app, Run& run, Action& action)
         [](const std::string& text) { return parseInteger(text, 1, 1000000); }, "N",
         "a whole number of 1 to 1000000",
         "Draw the whole frame N times, 1 to 1000000, and print how long it took");
+    command
+        ->add_option("--order", options->order,
+                     "Also write the sorted list, far to near: object, polygon, depth, Z-sort rule")
+        ->type_name("FILE.json");
+    const auto addCount = [&](const std::string& name, auto& value, std::int32_t least,
+                              std::int32_t most, const std::string& help) {
+        addValue(
+            *command, name, value,
+            [least, most](const std::string& text) -> std::optional<std::uint32_t> {
+                const auto number = parseInteger(text, least, most);
+                if (!number) return std::nullopt;
+                return static_cast<std::uint32_t>(*number);
+            },
+            "N", "a whole number of " + std::to_string(least) + " to " + std::to_string(most),
+            help);
+    };
+    addCount("--first", options->first, 0, std::numeric_limits<std::int32_t>::max(),
+             "Draw only the first N polygons of that list");
+    addCount("--zoom", options->zoom, 1, 8, "Enlarge the picture, 1 to 8 times");
+    command->add_flag("--transparent", options->transparent,
+                      "An alpha channel, 0 where nothing was drawn");
+    addCount("--turn", options->turn, 1, 1000,
+             "Draw N pictures of a turn about the y axis, OUT-000.png and so on");
+    command
+        ->add_option("--compare", options->compare,
+                     "Write nothing, say how many pixels differ from a picture; exit status 1 "
+                     "unless none does")
+        ->type_name("OLD.png");
+    command->add_flag("--overdraw", options->overdraw,
+                      "Show how often each pixel was written: 32 of grey for each time");
     addExamples(*command,
                 {{"facetor-cli render ship.mx3 ship.png --textures ship.mxt",
                   "draws the model as the editor shows it after opening both"},
@@ -337,7 +368,15 @@ void addRender(CLI::App& app, Run& run, Action& action)
                  {"facetor-cli render ship.mx3 turned.png --rotate 0,8192,0 --size 320x240",
                   "turns it by an eighth of a turn about the y axis, in a small picture"},
                  {"facetor-cli render ship.mx3 a.png --background 31,31,31 --select all",
-                  "marks every polygon, on white"}});
+                  "marks every polygon, on white"},
+                 {"facetor-cli render ship.mx3 turn.png --turn 16 --transparent",
+                  "makes turn-000.png to turn-015.png, to be laid over something"},
+                 {"facetor-cli render ship.mx3 --compare ship.png || echo changed",
+                  "tells whether the model still looks as it did"},
+                 {"facetor-cli render ship.mx3 a.png --first 20 --order ship.json",
+                  "draws the twenty farthest polygons and lists all of them"},
+                 {"facetor-cli render ship.mx3 hot.png --overdraw",
+                  "shows where the console draws one over the other"}});
     command->callback([&action, &run, options] {
         action = [&run, options] { return runRender(run, *options); };
     });

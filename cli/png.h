@@ -2,11 +2,20 @@
 
 #include "base/bytes.h"
 #include "engine/frame_surface.h"
+#include "image/picture.h"
 
 namespace facetor {
 
-/// The surface as an 8-bit RGB PNG file, top row first, each component its 5-bit value times 8.
-/// Empty when memory is short.
-Bytes encodePng(const FrameSurface& surface);
+enum class Alpha { left, kept };
+
+/// The surface as a picture without transparency, top row first, each component its 5-bit value
+/// times 8.
+Picture pictureOf(const FrameSurface& surface);
+
+/// Makes every pixel a square of `times` x `times`.
+Picture enlarged(Picture picture, std::uint32_t times);
+
+/// An 8-bit PNG file, with or without alpha. Empty when memory is short.
+Bytes encodePng(const Picture& picture, Alpha alpha);
 
 } // namespace facetor

@@ -29,6 +29,14 @@ _facetor_cli() {
         COMPREPLY=($(compgen -W "mx3 mxt mdl txr sal obj glb png" -- "$word"))
         return
         ;;
+    --order)
+        _facetor_cli_files "$word" json
+        return
+        ;;
+    --compare)
+        _facetor_cli_files "$word" png
+        return
+        ;;
     --depfile)
         _facetor_cli_files "$word" d
         return
@@ -69,8 +77,8 @@ _facetor_cli() {
         COMPREPLY=($(compgen -W "all none" -- "$word"))
         return
         ;;
-    --scale | --max-texture | --first | --transparent | --size | --camera | --rotate | --view-scale | --angle | --light | --light-color | \
-        --ambient | --background | --picked | --repeat)
+    --scale | --max-texture | --first | --size | --camera | --rotate | --view-scale | --angle | --light | --light-color | \
+        --ambient | --background | --picked | --repeat | --zoom | --turn)
         return # a number
         ;;
     esac
@@ -81,7 +89,7 @@ _facetor_cli() {
         convert) common+=" --scale --up --keep-triangles --textures --max-texture --dither --onto --fit --first --numbered --transparent --into --assets --c-names --header $output" ;;
         render)
             common+=" --textures --size --no-fit --camera --rotate --view --view-scale --parallel"
-            common+=" --draw --picked --select --repeat $light $output"
+            common+=" --draw --picked --select --repeat --order --first --zoom --transparent --turn --compare --overdraw $light $output"
             ;;
         scene) common+=" $light $output" ;;
         esac

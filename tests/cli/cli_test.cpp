@@ -2,6 +2,7 @@
 
 #include "base/file.h"
 #include "base/temporary_folder.h"
+#include "image/picture.h"
 #include "model/model_file.h"
 #include "output/target_image.h"
 #include "texture/texture_file.h"
@@ -106,6 +107,10 @@ TEST_F(Cli, AWrongCommandLineIsExitTwoAndOneLine)
         {"render", cube, out, "--light-color", "0,0,32"},
         {"render", cube, out, "--background", "0x10,0,0"},
         {"render", cube, out, "--repeat", "0"},
+        {"render", cube, out, "--zoom", "9"},
+        {"render", cube, out, "--compare", out},
+        {"render", cube, "-", "--turn", "2"},
+        {"render", cube, out, "--order", cube},
     };
     for (const auto& words : rows) {
         SCOPED_TRACE(testing::PrintToString(words));
@@ -434,9 +439,80 @@ TEST_F(Cli, EveryOptionOfRenderChangesThePicture)
         {"--no-fit", "--angle", "120"},
         {"--no-fit", "--view-scale", "3"},
         {"--no-fit", "--camera", "50,-20.5,600"},
+        {"--first", "0"},
+        {"--zoom", "2"},
+        {"--transparent"},
+        {"--overdraw"},
     };
     for (const auto& row : rows)
         EXPECT_TRUE(pictures.insert(rendered(row)).second) << testing::PrintToString(row);
+}
+
+TEST_F(Cli, RenderListsAndComparesAndTurns)
+{
+    const std::string picture = folder.file("a.png"), order = folder.file("a.json");
+    // Two squares that face the camera, the nearer one over a quarter of the farther one.
+    model.vertices[0] = {-10, -10, 0}, model.vertices[1] = {10, -10, 0};
+    model.vertices[2] = {10, 10, 0}, model.vertices[3] = {-10, 10, 0};
+    for (std::size_t i = 0; i < 4; ++i)
+        model.vertices[4 + i] = {model.vertices[i].x + 10, model.vertices[i].y + 10, -5};
+    model.polygons[0].corner = {0, 1, 2, 3};
+    model.polygons[1].corner = {4, 5, 6, 7};
+    model.attributes[1].sort = sortFarthest;
+    model.meshes[0].polygonCount = model.totalPolygonCount = 2;
+    const std::string path = put("squares.mx3", writeModel(model));
+    const std::vector<std::string> view{"render", path, picture, "--no-fit", "--parallel",
+                                        "--size", "64x64"};
+    const auto with = [&](std::vector<std::string> words, std::vector<std::string> more) {
+        words.insert(words.end(), more.begin(), more.end());
+        return runProgram(words);
+    };
+    EXPECT_EQ(with(view, {"--order", order}).status, 0);
+    const std::optional<Bytes> list = readFile(order);
+    ASSERT_TRUE(list);
+    const Json json =
+        Json::parse(std::string_view(reinterpret_cast<const char*>(list->data()), list->size()));
+    EXPECT_EQ(json.size(), 2u);
+    EXPECT_EQ(json[0]["polygon"], 0);
+    EXPECT_EQ(json[0]["sort"], "cen");
+    EXPECT_EQ(json[1]["sort"], "max");
+    EXPECT_EQ(json[0]["depth"].get<double>() - json[1]["depth"].get<double>(), 5);
+
+    std::vector<std::string> compare = view;
+    compare.erase(compare.begin() + 2);
+    compare.insert(compare.end(), {"--compare", picture});
+    const struct {
+        std::vector<std::string> more;
+        std::string says;
+    } rows[] = {
+        {{}, "0 pixels differ\n"},
+        {{"--first", "1"}, "441 pixels differ\n"}, // the nearer square has 21 x 21 pixels
+        {{"--zoom", "3"}, "sizes differ: 192x192, 64x64\n"},
+    };
+    for (const auto& [more, says] : rows) {
+        const ProgramRun run = with(compare, more);
+        EXPECT_EQ(run.output, says);
+        EXPECT_EQ(run.errors, "");
+        EXPECT_EQ(run.status, says[0] == '0' ? 0 : 1);
+    }
+
+    EXPECT_EQ(with(view, {"--overdraw", "--transparent"}).status, 0);
+    const std::optional<Bytes> file = readFile(picture);
+    Picture counts;
+    std::string reason;
+    ASSERT_TRUE(file && decodePicture(counts, *file, reason));
+    const auto pixel = [&](std::size_t x, std::size_t y) {
+        const std::uint8_t* at = counts.rgba.data() + (y * counts.width + x) * 4;
+        return std::array<int, 2>{at[0], at[3]};
+    };
+    EXPECT_EQ(pixel(0, 0), (std::array{0, 0}));
+    EXPECT_EQ(pixel(25, 25), (std::array{32, 255}));
+    EXPECT_EQ(pixel(37, 37), (std::array{64, 255}));
+
+    EXPECT_EQ(with(view, {"--turn", "4"}).status, 0);
+    const std::optional<Bytes> third = readFile(folder.file("a-002.png"));
+    EXPECT_EQ(with(view, {"--rotate", "0,32768,0"}).status, 0);
+    EXPECT_TRUE(third && third == readFile(picture));
 }
 
 } // namespace

@@ -16,6 +16,7 @@
 #include <array>
 #include <cstdint>
 #include <span>
+#include <vector>
 
 namespace facetor {
 
@@ -136,8 +137,18 @@ void walkHierarchy(Engine& engine, const Model& model, std::uint32_t first);
 /// always gives the same one.
 void sortPolygons(Engine& engine);
 
-/// Draws the sorted list into the surface. The model must be as it was when the list was made.
-void drawPolygons(Engine& engine, const Model& model);
+/// All polygons of a frame, as a count.
+inline constexpr std::uint32_t allPolygons = 0xFFFFFFFF;
+
+/// Draws the sorted list, or the first `count` polygons of it, into the surface. The model must be
+/// as it was when the list was made.
+void drawPolygons(Engine& engine, const Model& model, std::uint32_t count = allPolygons);
+
+/// How often the same would write each pixel of the surface, top row first. Of one polygon's fill,
+/// five times at most are told apart; sums end at 255. Uses the surface to find out: what it holds
+/// is lost.
+std::vector<std::uint8_t> countWrites(Engine& engine, const Model& model,
+                                      std::uint32_t count = allPolygons);
 
 /// Where a point in view space appears on the screen: the centre plus trunc(x f), trunc(y f) with
 /// f = focal length / max(z, 40), or f = 1 in parallel projection. Far outside, or for what is no

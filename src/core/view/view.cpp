@@ -198,7 +198,7 @@ bool paintFrame(View& view, Engine& engine, const Model& model, ClientSize clien
     clearSurface(engine.surface, view.backgroundColour);
     if (picture) drawPlacedTexture(engine.surface, *picture);
     sortPolygons(engine);
-    drawPolygons(engine, model);
+    drawPolygons(engine, model, view.drawnPolygons);
     view.frameNeedsDrawing = false;
     return true;
 }

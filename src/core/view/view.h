@@ -45,6 +45,7 @@ struct View {
     DragDrawMode dragDrawMode = DragDrawMode::wire;
     bool dragging = false;
     bool frameNeedsDrawing = true;
+    std::uint32_t drawnPolygons = allPolygons; ///< a frame draws so many of its list at most
 };
 
 enum class ViewDirectionUse { ignore, apply };
