@@ -146,9 +146,11 @@ Section
     ${If} $R0 != ""
         !insertmacro WaitForEnd "$R0" facetor.exe
         !insertmacro WaitForEnd "$R0" facetor-cli.exe
+        !insertmacro WaitForEnd "$R0" FacetorMonitor.exe
     ${EndIf}
     !insertmacro WaitForEnd "$INSTDIR" facetor.exe
     !insertmacro WaitForEnd "$INSTDIR" facetor-cli.exe
+    !insertmacro WaitForEnd "$INSTDIR" FacetorMonitor.exe
 
     ; Before the older version is removed: can the new one be written?
     SetOutPath "$INSTDIR"
@@ -223,6 +225,7 @@ SectionEnd
 Section Uninstall
     !insertmacro WaitForEnd "$INSTDIR" facetor.exe
     !insertmacro WaitForEnd "$INSTDIR" facetor-cli.exe
+    !insertmacro WaitForEnd "$INSTDIR" FacetorMonitor.exe
     SetOutPath "$TEMP" ; a current folder cannot be removed
 
     !include "${REMOVE}"

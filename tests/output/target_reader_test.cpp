@@ -1,6 +1,7 @@
 #include "output/target_reader.h"
 
 #include "model/model_file.h"
+#include "output/received_image.h"
 #include "output/target_image.h"
 #include "texture/texture_file.h"
 
@@ -53,6 +54,41 @@ TEST(TargetReader, ADamagedImageIsRefusedAndTheModelStays)
         }
     EXPECT_EQ(readTextureImage(list, whole, reason), Message::formatNotSupported);
     EXPECT_EQ(reason.text, "it holds no textures");
+}
+
+TEST(TargetReader, WhatAMonitorReceivesIsNamedOrRefusedWithTheReason)
+{
+    ReceivedScene scene;
+    ASSERT_EQ(createReceivedScene(scene), Message::none);
+    TextureList list;
+    ASSERT_EQ(list.create(), Message::none);
+    ASSERT_EQ(readTextureFile(list, "samples/ship.mxt"), Message::none);
+    const Bytes model = formatModelImage(scene.model, 1), settings = formatSceneImage({});
+    Bytes textures, strange(8), all = model, wrongSize = settings;
+    ASSERT_EQ(formatTextureImage(textures, list), Message::none);
+    all.insert(all.end(), textures.begin(), textures.end());
+    wrongSize[4] = std::byte{8};
+    wrongSize.erase(wrongSize.begin() + 8, wrongSize.begin() + 12);
+    const struct {
+        Bytes image;
+        const char *contents, *reason;
+    } cases[] = {
+        {model, "model", ""},
+        {textures, "textures", ""},
+        {settings, "scene", ""},
+        {all, "model, textures", ""},
+        {{}, "", "it holds no block"},
+        {{model.begin(), model.begin() + 20}, "", "block 1 is cut"},
+        {strange, "", "nothing of the target lies at 0x00000000"},
+        {wrongSize, "", "light direction: 8 bytes in place of 12"},
+        {{model.begin(), model.begin() + 8 + 48}, "model", "it holds no model"},
+    };
+    for (const auto& c : cases) {
+        const ReceivedImage received = receiveImage(scene, c.image);
+        EXPECT_EQ(received.contents, c.contents);
+        EXPECT_EQ(received.reason, c.reason);
+    }
+    EXPECT_EQ(scene.textures.usedCount(), list.usedCount());
 }
 
 } // namespace

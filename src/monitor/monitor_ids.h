@@ -1,0 +1,38 @@
+#pragma once
+
+// Resources of the monitor; the resource compiler reads this as well.
+
+#define IDR_MONITOR_MENU 100
+#define IDI_MONITOR 1
+
+#define IDM_MONITOR_FOLDER 200
+#define IDM_MONITOR_NO_FOLDER 201
+#define IDM_MONITOR_COMMAND 202
+#define IDM_MONITOR_CLEAR 203
+#define IDM_MONITOR_EXIT 204
+
+#define IDD_MONITOR_COMMAND 300
+#define IDC_MONITOR_COMMAND 301
+
+// Texts.
+#define IDS_COLUMN_TIME 400
+#define IDS_COLUMN_FILE 401
+#define IDS_COLUMN_CONTENTS 402
+#define IDS_COLUMN_SIZE 403
+#define IDS_COLUMN_RESULT 404
+#define IDS_COLUMN_ADDRESS 405
+#define IDS_COLUMN_BYTES 406
+#define IDS_COLUMN_BLOCK 407
+#define IDS_ACCEPTED 408
+#define IDS_REFUSED 409
+#define IDS_RUNNING 410
+#define IDS_FINISHED 411
+#define IDS_NOT_STARTED 412
+#define IDS_NOT_COPIED 413
+#define IDS_WAITING 414
+#define IDS_COPIES_TO 415
+#define IDS_RUNS 416
+#define IDS_CHOOSE_FOLDER 417
+#define IDS_NOTHING_THERE 418
+#define IDS_CANNOT_READ 419
+#define IDS_OUTPUT 420
