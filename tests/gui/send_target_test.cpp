@@ -10,20 +10,24 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 namespace facetor {
 
 namespace {
 
-/// The stand-in monitor as a process of its own, with a window of this title, until the end of the
-/// scope.
+/// A monitor as a process of its own, with a window of this title, until the end of the scope.
 class RunningMonitor {
 public:
+    /// The stand-in.
     RunningMonitor(const std::string& title, const std::string& answer, const std::string& report)
+        : RunningMonitor(title, "\"" + programFolder(nullptr) + "\\stand_in_monitor.exe\" \"" +
+                                    title + "\" " + answer + " \"" + report + "\"")
     {
-        std::string line = "\"" + programFolder(nullptr) + "\\stand_in_monitor.exe\" \"" + title +
-                           "\" " + answer + " \"" + report + "\"";
+    }
+    RunningMonitor(const std::string& title, std::string line)
+    {
         STARTUPINFOA start{};
         start.cb = sizeof start;
         EXPECT_TRUE(CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr,
@@ -127,6 +131,39 @@ TEST_F(SendTarget, AMonitorThatIsMissingRefusesOrHangsIsNamedAndTheFileStays)
         EXPECT_EQ(send(editor, IDM_SEND_MODEL), missing) << answer;
         EXPECT_TRUE(std::filesystem::remove(report)) << "it was asked";
     }
+}
+
+TEST_F(SendTarget, OurOwnMonitorCopiesRunsRefusesAndIsSentWhatIsSaved)
+{
+    std::filesystem::copy_file("samples\\prop.mx3", folder.file("prop.mx3"));
+    const RunningEditor editor({folder.file("prop.mx3")});
+    const std::string copies = folder.file("copies"), log = folder.file("log.txt");
+    ASSERT_TRUE(CreateDirectoryA(copies.c_str(), nullptr));
+    const RunningMonitor monitor(monitorTitle, "\"" FACETOR_MONITOR "\" --hidden --folder \"" +
+                                                   copies + "\" --log \"" + log +
+                                                   "\" --command \"cmd /c exit 3\"");
+    const auto lines = [&] { return std::ranges::count(contentsOf(log), '\n'); };
+    EXPECT_EQ(send(editor, IDM_SEND_MODEL), "");
+    EXPECT_TRUE(waitUntil([&] { return lines() == 1; }));
+    EXPECT_NE(contentsOf(log).find("\tmodel\t"), std::string::npos) << contentsOf(log);
+    EXPECT_NE(contentsOf(log).find("accepted, command ended with 3"), std::string::npos);
+    const std::filesystem::directory_iterator copy(copies);
+    EXPECT_EQ(readFile(copy->path().string()), readFile(folders[0] + "\\devMX3.sal"));
+
+    std::string broken = folder.file("broken.sal");
+    Bytes bytes = *readFile(folders[0] + "\\devMX3.sal");
+    bytes.resize(bytes.size() - 1);
+    ASSERT_EQ(writeFile(broken, bytes), Message::none);
+    COPYDATASTRUCT data{0x5451414C, static_cast<DWORD>(broken.size() + 1), broken.data()};
+    EXPECT_NE(SendMessageA(FindWindowA(nullptr, monitorTitle), WM_COPYDATA, 0,
+                           reinterpret_cast<LPARAM>(&data)),
+              0);
+    EXPECT_TRUE(waitUntil([&] { return lines() == 2; }));
+    EXPECT_NE(contentsOf(log).find("refused: "), std::string::npos);
+
+    EXPECT_EQ(send(editor, IDM_SEND_ON_SAVE), "");
+    EXPECT_EQ(send(editor, IDM_FILE_SAVE), "");
+    EXPECT_TRUE(waitUntil([&] { return lines() == 3; }));
 }
 
 TEST_F(SendTarget, WhatCannotBeWrittenIsMessage17AndTheUsersFolderTakesTheWindowsFoldersPlace)

@@ -148,6 +148,22 @@ CommandOutcome onSendTarget(Editor& editor, int number, LPARAM)
     return CommandOutcome::done;
 }
 
+/// Save and Save as, of the model or the texture list: what was saved goes to the target as well
+/// when the user wants that.
+template <CommandOutcome (*save)(Editor&), TargetImage image>
+CommandOutcome onSave(Editor& editor, int, LPARAM)
+{
+    const CommandOutcome outcome = save(editor);
+    if (outcome == CommandOutcome::done && editor.resendsOnSave) sendTarget(editor, image);
+    return outcome;
+}
+
+CommandOutcome onSendOnSave(Editor& editor, int, LPARAM)
+{
+    editor.resendsOnSave = !editor.resendsOnSave;
+    return CommandOutcome::done;
+}
+
 CommandOutcome onCloseTextures(Editor& editor, int, LPARAM)
 {
     if (const HWND window = editor.textureWindow.window) SendMessageA(window, WM_CLOSE, 0, 0);
@@ -201,8 +217,10 @@ constexpr Command commands[] = {
     {inMain, IDM_VIEW_ATTRIBUTES, IDM_VIEW_ATTRIBUTES, perform<toggleAttributeWindow>},
     {inMain, IDM_VIEW_HIERARCHY, IDM_VIEW_HIERARCHY, perform<toggleHierarchyWindow>},
     {inMain, IDM_EDIT_UNDO, IDM_EDIT_UNDO, perform<undo>, Flag::set},
-    {inMain, IDM_FILE_SAVE, IDM_FILE_SAVE, perform<saveModel>, Flag::clearOnSuccess},
-    {inMain, IDM_FILE_SAVE_AS, IDM_FILE_SAVE_AS, perform<saveModelAs>, Flag::clearOnSuccess},
+    {inMain, IDM_FILE_SAVE, IDM_FILE_SAVE, onSave<saveModel, TargetImage::model>,
+     Flag::clearOnSuccess},
+    {inMain, IDM_FILE_SAVE_AS, IDM_FILE_SAVE_AS, onSave<saveModelAs, TargetImage::model>,
+     Flag::clearOnSuccess},
     {inMain, IDM_EDIT_PROPERTY, IDM_EDIT_PROPERTY, perform<showPropertyDialog>},
     {inMain, IDM_HELP_CONTENTS, IDM_HELP_CONTENTS, perform<showHelp>},
     {inMain, IDM_HELP_ABOUT, IDM_HELP_ABOUT, perform<showAbout>},
@@ -231,17 +249,19 @@ constexpr Command commands[] = {
     {inMain, IDM_FILE_EXPORT, IDM_FILE_EXPORT, perform<exportModel>},
     {inMain, IDM_FILE_VERSIONS, IDM_FILE_VERSIONS, perform<openEarlierVersion>},
     {inMain, IDM_FILE_RECOVER, IDM_FILE_RECOVER, perform<recoverDocument>},
+    {inMain, IDM_SEND_ON_SAVE, IDM_SEND_ON_SAVE, onSendOnSave},
+    {inMain, IDM_START_MONITOR, IDM_START_MONITOR, perform<startMonitor>},
     {inTextures, IDM_FILE_OPEN_PATH, IDM_FILE_OPEN_PATH, openPath<openTexturePath>, Flag::keep,
      Flag::clearOnSuccess},
     // What the question about unsaved textures sends; here it means this window's own Save as.
-    {inTextures, IDM_FILE_SAVE_AS, IDM_FILE_SAVE_AS, perform<saveTexturesAs>, Flag::keep,
-     Flag::clearOnSuccess},
+    {inTextures, IDM_FILE_SAVE_AS, IDM_FILE_SAVE_AS, onSave<saveTexturesAs, TargetImage::textures>,
+     Flag::keep, Flag::clearOnSuccess},
     {inTextures, IDM_TEXTURE_OPEN, IDM_TEXTURE_OPEN, perform<openTexturesWithDialog>, Flag::keep,
      Flag::clearOnSuccess},
-    {inTextures, IDM_TEXTURE_SAVE, IDM_TEXTURE_SAVE, perform<saveTextures>, Flag::keep,
-     Flag::clearOnSuccess},
-    {inTextures, IDM_TEXTURE_SAVE_AS, IDM_TEXTURE_SAVE_AS, perform<saveTexturesAs>, Flag::keep,
-     Flag::clearOnSuccess},
+    {inTextures, IDM_TEXTURE_SAVE, IDM_TEXTURE_SAVE, onSave<saveTextures, TargetImage::textures>,
+     Flag::keep, Flag::clearOnSuccess},
+    {inTextures, IDM_TEXTURE_SAVE_AS, IDM_TEXTURE_SAVE_AS,
+     onSave<saveTexturesAs, TargetImage::textures>, Flag::keep, Flag::clearOnSuccess},
     {inTextures, IDM_TEXTURE_CLOSE, IDM_TEXTURE_CLOSE, onCloseTextures},
     {inTextures, IDM_TEXTURE_LINE_DOWN, IDM_TEXTURE_PAGE_UP, onScroll},
     {inTextures, IDM_TEXTURE_UNDO, IDM_TEXTURE_UNDO, onTextureUndo, Flag::keep, Flag::set},

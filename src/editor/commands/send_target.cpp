@@ -7,6 +7,8 @@
 
 #include <windows.h>
 
+#include <shellapi.h>
+
 #include <optional>
 #include <string>
 
@@ -95,6 +97,19 @@ void sendTarget(Editor& editor, TargetImage image)
     if (message == Message::none) return;
     if (message == Message::cannotFind) setAlertTexts(editor.alerts, monitorTitle(editor), {});
     alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation);
+}
+
+CommandOutcome startMonitor(Editor& editor)
+{
+    constexpr char name[] = "FacetorMonitor.exe";
+    const std::string path = programFolder(editor.mainWindow) + "\\" + name;
+    // Above 32 is success.
+    const auto answer = reinterpret_cast<INT_PTR>(
+        ShellExecuteA(editor.mainWindow, "open", path.c_str(), nullptr, nullptr, SW_SHOWNORMAL));
+    if (answer > 32) return CommandOutcome::done;
+    setAlertTexts(editor.alerts, name, {});
+    alert(editor.alerts, editor.mainWindow, Message::cannotFind, AlertStyle::exclamation);
+    return CommandOutcome::abandoned;
 }
 
 } // namespace facetor

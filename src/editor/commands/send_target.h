@@ -1,5 +1,7 @@
 #pragma once
 
+#include "state/command.h"
+
 namespace facetor {
 
 struct Editor;
@@ -15,5 +17,9 @@ inline constexpr unsigned monitorPatience = 5000;
 /// failure to write shows message 17; a monitor that is missing, refuses or does not answer in time
 /// shows message 38 with its title, the file having been written.
 void sendTarget(Editor& editor, TargetImage image);
+
+/// Starts the monitor program of our own, FacetorMonitor.exe beside this program; message 38 with
+/// its name when it is not there. One that runs comes to the front.
+CommandOutcome startMonitor(Editor& editor);
 
 } // namespace facetor

@@ -104,6 +104,7 @@ struct Editor {
     std::string statusLine;   ///< stands in the status bar until the next command; mostly empty
 
     std::array<std::string, 2> targetFolders; ///< for target images: the first that takes them
+    bool resendsOnSave = false; ///< what is saved is sent to the target as well
     std::string settingsPath;                 ///< empty when no settings are kept
     SessionRecord session;                    ///< as read; beside the settings
     SettingsRecord settings; ///< as read; what belongs to no window of this run is written again

@@ -80,6 +80,7 @@ void refreshMenuState(Editor& editor)
                           .hierarchyShown = editor.hierarchyWindow != nullptr,
                           .texturesShown = editor.textureWindow.window != nullptr,
                           .sliceShown = editor.slice.shown,
+                          .resendsOnSave = editor.resendsOnSave,
                           .menuTool = editor.toolBox.menuTool,
                           .cameraStored = editor.view.cameraStored};
     const HMENU menu = GetMenu(editor.mainWindow);
