@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <numbers>
 #include <random>
 
@@ -20,8 +22,10 @@ std::unique_ptr<Scene> makeScene()
 {
     auto scene = std::make_unique<Scene>();
     if (createModelStore(scene->model) != Message::none ||
-        startEngine(scene->engine) != Message::none)
-        return nullptr;
+        startEngine(scene->engine) != Message::none) {
+        std::fputs("memory is short\n", stderr);
+        std::exit(1);
+    }
     startView(scene->view, scene->engine);
     return scene;
 }

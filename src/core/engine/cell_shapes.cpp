@@ -3,13 +3,13 @@
 #include "engine/cell_grid.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace facetor {
 
 namespace {
 
-/// A square of rows that a cell is drawn into, wherever its corner 0 lies: cells reach largestCell
-/// pixels in every direction.
+/// A square of rows that a cell is drawn into: it reaches at most 8 pixels from its corner 0.
 constexpr std::int32_t side = 32, middle = 12;
 
 struct DrawnPixel {
@@ -37,6 +37,7 @@ struct RecordingSource {
 
     template <PixelMode mode> void pixel(const std::array<std::int32_t, 4>& at, Rgb555& d) const
     {
+        assert(recording->count < Recording::room);
         const auto place = static_cast<std::int32_t>(&d - start);
         recording->pixel[recording->count++] = {
             place % side - corner.x,
@@ -84,16 +85,22 @@ void dropDrawnOver(Recording& recording, bool sameTexel)
     std::move(pixel.begin() + static_cast<std::ptrdiff_t>(kept), pixel.end(), pixel.begin());
 }
 
+/// A cell: corners 1, 2, 3 from corner 0, its place in the grid of the polygon, and a CellList.
+struct Cell {
+    std::array<std::int32_t, 3> x, y;
+    std::uint32_t across, down, list;
+};
+
 Cell cellOf(std::uint32_t key)
 {
     Cell cell;
     for (std::size_t i = 0; i < 3; ++i) {
-        cell.x[i] = static_cast<std::int32_t>(key >> (4 * i) & 15) - 8;
-        cell.y[i] = static_cast<std::int32_t>(key >> (16 + 4 * i) & 15) - 8;
+        cell.x[i] = static_cast<std::int32_t>(key >> (4 * i) & 15) + leastCorner;
+        cell.y[i] = static_cast<std::int32_t>(key >> (cellRowShift + 4 * i) & 15) + leastCorner;
     }
-    cell.list = key >> 12 & 7;
-    cell.across = key >> 28 & 3;
-    cell.down = key >> 30;
+    cell.list = key >> cellListShift & 7;
+    cell.across = key >> cellPlaceShift & 3;
+    cell.down = key >> (cellPlaceShift + 2);
     return cell;
 }
 
@@ -163,6 +170,15 @@ void CellShapes::forget()
     std::fill(entries_.begin(), entries_.end(), Entry{});
     used_ = 0;
     pixelCount_ = 0;
+    layoutCount_ = 0;
+    layout_ = 0;
+    full_ = false;
+}
+
+void CellShapes::beginFrame()
+{
+    if (full_) forget();
+    newLeft_ = newInFrame;
 }
 
 bool CellShapes::select(std::int32_t surfaceWidth, const TextureSlot& texture, int flip)
@@ -178,11 +194,10 @@ bool CellShapes::select(std::int32_t surfaceWidth, const TextureSlot& texture, i
     };
     if (layout_ != 0 && isIt(layouts_[layout_ - 1u])) return true;
     const auto known = layouts_.begin() + layoutCount_;
-    auto found = std::find_if(layouts_.begin(), known, isIt);
+    const auto found = std::find_if(layouts_.begin(), known, isIt);
     if (found == layouts_.end()) {
-        forget();
-        layoutCount_ = 0;
-        found = layouts_.begin();
+        full_ = true;
+        return false;
     }
     if (found == layouts_.begin() + layoutCount_) {
         *found = {texture.width, texture.height, flip};
@@ -192,8 +207,9 @@ bool CellShapes::select(std::int32_t surfaceWidth, const TextureSlot& texture, i
     return true;
 }
 
-CellPixels CellShapes::add(std::uint32_t key, std::uint32_t at)
+bool CellShapes::add(CellPixels& list, std::uint32_t key, std::uint32_t at)
 {
+    if (full_ || newLeft_ == 0) return false;
     const Layout& layout = layouts_[layout_ - 1u];
     const Cell cell = cellOf(key);
     Recording recording;
@@ -206,10 +222,10 @@ CellPixels CellShapes::add(std::uint32_t key, std::uint32_t at)
 
     const auto count = static_cast<std::uint32_t>(recording.count);
     if (used_ == entryCount * 3 / 4 || count > pixelCapacity - pixelCount_) {
-        forget();
-        at = key * 0x9E3779B1u >> hashShift;
+        full_ = true;
+        return false;
     }
-    const CellPixels list{pixelCount_, count};
+    list = {pixelCount_, count};
     for (std::uint32_t i = 0; i < count; ++i) {
         const DrawnPixel& pixel = recording.pixel[i];
         pixels_[pixelCount_ + i] = {static_cast<std::int16_t>(pixel.row * surfaceWidth_ + pixel.x),
@@ -218,8 +234,9 @@ CellPixels CellShapes::add(std::uint32_t key, std::uint32_t at)
     }
     entries_[at] = {key, layout_, static_cast<std::uint16_t>(count), pixelCount_};
     ++used_;
+    --newLeft_;
     pixelCount_ += count;
-    return list;
+    return true;
 }
 
 } // namespace facetor

@@ -47,6 +47,7 @@ void resetFrame(Engine& engine)
     engine.vertexCount = 0;
     engine.polygonCount = 0;
     engine.opacity.forget();
+    engine.cellShapes.beginFrame();
 }
 
 } // namespace facetor

@@ -41,6 +41,7 @@ void fillRowsVector(const PixelRows& surface, const SpanEnds& ends, RowRange row
     for (std::int32_t row = rows.first; row <= rows.last; ++row, line += surface.width) {
         const std::int32_t left = std::max<std::int32_t>(ends.left[row], 0);
         const std::int32_t right = std::min<std::int32_t>(ends.right[row], surface.width - 1);
+        if (left > right) continue;
         if constexpr (!mesh && (mode == PixelMode::replace || mode == PixelMode::half)) {
             storeSolid(line + left, right - left + 1, blended<mode>(0, colour));
         } else {

@@ -4,6 +4,8 @@
 #include "engine/triangle_fill.h"
 #include "engine/vector_pixels.h"
 
+#include <algorithm>
+
 namespace facetor {
 
 namespace {

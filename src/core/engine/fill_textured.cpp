@@ -1,11 +1,13 @@
 #include "engine/rasteriser.h"
 
 #include "engine/cell_grid.h"
-#include "engine/fill_cells.h"
 #include "engine/gouraud_steps.h"
+#include "engine/small_cells.h"
 #include "engine/texel_shading.h"
 #include "engine/triangle_fill.h"
 #include "engine/vector_pixels.h"
+
+#include <algorithm>
 
 namespace facetor {
 
@@ -22,21 +24,29 @@ template <FillPath fillPath> struct TextureSource {
     const Rgb555* texels;
     std::int32_t width;
     const TexelLight& light;
+    /// What replace keeps of a texel: all of it, or without the opacity mark what a litCopy() has.
+    Rgb555 kept = 0xFFFF;
 #if FACETOR_VECTOR_FILLS
     LightLanes lightLanes;
     TexelFetch fetch = TexelFetch(texels, width);
+    __m128i keptLanes = _mm_set1_epi16(static_cast<std::int16_t>(kept));
 
     template <PixelMode mode, typename Lanes>
     __m128i pixels(const std::array<Lanes, 2>& at, __m128i d) const
     {
-        return putTexels<mode>(lightLanes, fetch(at[0], at[1]), d);
+        const __m128i texel = fetch(at[0], at[1]);
+        if constexpr (mode == PixelMode::replace)
+            return select(_mm_srai_epi16(texel, 15), _mm_and_si128(texel, keptLanes), d);
+        return putTexels<mode>(lightLanes, texel, d);
     }
 #endif
 
     template <PixelMode mode> void pixel(const std::array<std::int32_t, 2>& at, Rgb555& d) const
     {
         const Rgb555 texel = texels[at[1] * width + at[0]];
-        if ((texel & opaqueBit) != 0) d = shadedTexel<mode>(light, texel, d);
+        if ((texel & opaqueBit) == 0) return;
+        d = shadedTexel<mode>(light, texel, d);
+        if constexpr (mode == PixelMode::replace) d &= kept;
     }
 };
 
@@ -183,6 +193,7 @@ void fillTextured(Engine& engine, const ScreenQuad& quad, const TextureSlot& tex
 {
     PixelMode mode = texturePixelMode(flags);
     TextureSlot texels = texture;
+    Rgb555 kept = 0xFFFF;
 #if FACETOR_VECTOR_FILLS
     if (engine.settings.fillPath == FillPath::vector) {
         if (fillSmallCells(engine, toSurfaceRows(quad, engine.surface.height),
@@ -191,6 +202,7 @@ void fillTextured(Engine& engine, const ScreenQuad& quad, const TextureSlot& tex
         if ((mode == PixelMode::lit || mode == PixelMode::half) &&
             litCopyPays(engine, quad, texture)) {
             texels = litCopy(engine, texture, mode, level);
+            kept = 0x7FFF;
             mode = PixelMode::replace;
         }
     }
@@ -201,7 +213,7 @@ void fillTextured(Engine& engine, const ScreenQuad& quad, const TextureSlot& tex
         {
             .limit = {static_cast<float>(texels.width), static_cast<float>(texels.height)},
             .texels = texels.pixels, .width = texels.width,
-            .light = texelLight(engine.texelLights, light, level),
+            .light = texelLight(engine.texelLights, light, level), .kept = kept,
 #if FACETOR_VECTOR_FILLS
             .lightLanes = LightLanes(light, level),
 #endif

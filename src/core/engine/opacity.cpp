@@ -12,17 +12,15 @@ OpacityCache::Known& OpacityCache::knownOf(const TextureSlot& texture)
     const auto address = static_cast<std::uint32_t>(
         reinterpret_cast<std::uintptr_t>(texture.pixels) / alignof(std::max_align_t));
     const std::uint32_t first = address * 0x9E3779B1u >> 24;
-    for (std::uint32_t i = 0; i < places; ++i) {
+    for (std::uint32_t i = 0;; ++i) {
         Known& known = known_[(first + i) % known_.size()];
         if (known.pixels == texture.pixels && known.width == texture.width &&
             known.height == texture.height)
             return known;
-        if (known.pixels == nullptr || i + 1 == places) {
-            known = {texture.pixels, texture.width, texture.height, State::unknown, 0};
-            return known;
-        }
+        if (known.pixels != nullptr && i + 1 < places) continue;
+        known = {texture.pixels, texture.width, texture.height, State::unknown, 0};
+        return known;
     }
-    return known_[first];
 }
 
 bool OpacityCache::isOpaque(const TextureSlot& texture, std::uint32_t pixels)

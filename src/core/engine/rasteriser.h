@@ -7,8 +7,10 @@
 
 namespace facetor {
 
-// The fills of one quadrilateral. All take corners in screen positions, in order around the
-// polygon; what lies outside the surface is cut off, and degenerate input draws nothing.
+// The fills of one quadrilateral. All take corners in screen positions within +-2^28, in order
+// around the polygon; what lies outside the surface is cut off, and degenerate input draws nothing.
+// Light levels are -16 to 16. The texels of a texture, of at least 1 x 1, must stay as they are
+// until resetFrame().
 
 /// What happens to a pixel: the blend modes of the console, and lit texels.
 enum class PixelMode : std::uint8_t { replace, shadow, half, translucent, lit };
@@ -31,7 +33,8 @@ void fillFlat(Engine& engine, const ScreenQuad& quad, Rgb555 colour, int level,
 void fillGouraud(Engine& engine, const ScreenQuad& quad, Rgb555 colour,
                  const std::array<Rgb555, 4>& gouraud, std::uint32_t flags);
 
-/// Fills with a texture laid over the corners. `level` counts with useLight in `flags`.
+/// Fills with a texture laid over the corners. `level` is what half and translucent texels are lit
+/// with, and with useLight in `flags` others, too: without useLight it must be 16.
 void fillTextured(Engine& engine, const ScreenQuad& quad, const TextureSlot& texture, int level,
                   std::uint32_t flags);
 

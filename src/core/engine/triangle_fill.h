@@ -6,10 +6,10 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 namespace facetor {
 
@@ -34,8 +34,8 @@ template <std::size_t Coordinates> struct TriangleCorner {
     std::array<float, Coordinates> coordinate; ///< a whole number and coordinateBias
 };
 
-/// Fractional bits of the coordinates in the inner loop. A step's rounding error adds up to a
-/// two-hundredth of a texel over the widest span.
+/// Fractional bits of the coordinates in the inner loop. A step's truncation adds up to a
+/// hundredth of a texel over the widest span.
 inline constexpr int coordinateBits = 16;
 /// Added to every coordinate, in texels: a corner's coordinate is whole, and keeps its texel
 /// however the planes are rounded.
@@ -343,20 +343,25 @@ std::array<Ramp, Coordinates> ramps(const TrianglePlanes<Coordinates>& planes)
 
 /// Triangles up to these, in pixels, texels and doubled pixels of area, need not tell the spans
 /// that lie inside the limits from the others. A coordinate is a whole number of parts of which the
-/// area makes one texel, and the bias; so unless it is whole it lies at least 1/512 - 1/1024 from
-/// the next texel, and at least the bias from the one before. Steps and roundings add up to less
-/// than 24 / 65536 + 1/8192, so that however a coordinate is computed and clamped, its texel is the
-/// same.
-inline constexpr std::int32_t smallWidth = 24;
+/// area makes one texel, plus the bias, or minus it on a flipped axis: it lies at least the bias,
+/// 1/1024, from one texel's end, and unless it is whole at least 1/512 - 1/1024 from the other's.
+/// Steps add up to less than 24 / 65536, roundings to less than 24 * 24 * 64 / (8 * 2^24): a
+/// plane's products are the larger the smaller the area is. So a texel is the same however its
+/// coordinates are computed and clamped.
+inline constexpr std::int32_t smallSide = 24;
 inline constexpr float smallLimit = 256.0f;
-inline constexpr std::int64_t smallArea = 512;
+inline constexpr std::int64_t smallArea = 512, leastSmallArea = 8;
 
 template <std::size_t Coordinates>
 bool isSmall(const std::array<TriangleCorner<Coordinates>, 3>& corner, std::int64_t area,
+             const TrianglePlanes<Coordinates>& planes,
              const std::array<float, Coordinates>& limits)
 {
     const auto [left, right] = std::minmax({corner[0].at.x, corner[1].at.x, corner[2].at.x});
-    bool small = area <= smallArea && area >= -smallArea && right - left < smallWidth;
+    const auto [top, bottom] = std::minmax({corner[0].at.y, corner[1].at.y, corner[2].at.y});
+    const std::int64_t size = area < 0 ? -area : area;
+    bool small = planes.fixedFits && size >= leastSmallArea && size <= smallArea &&
+                 right - left < smallSide && bottom - top < smallSide;
     for (const float limit : limits) small = small && limit <= smallLimit;
     return small;
 }
@@ -460,7 +465,7 @@ void fillTriangle(const PixelRows& surface, const SpanEnds& ends,
     const auto planes = trianglePlanes<columnStep>(corner, area, source.limit);
 #if FACETOR_VECTOR_FILLS
     if constexpr (Source::path == FillPath::vector) {
-        if (isSmall(corner, area, source.limit)) {
+        if (isSmall(corner, area, planes, source.limit)) {
             fillSmallRows<mode, columnStep>(surface, ends, rows, planes, source);
             return;
         }

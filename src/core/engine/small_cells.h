@@ -16,8 +16,9 @@ struct CellTexture {
 };
 
 /// fillTextured() and fillTexturedGouraud() for a polygon of small cells: `points` hold surface
-/// rows in y. False, and nothing drawn, when the polygon is not one: a cell is larger than
-/// CellShapes lists, or so is the texture.
+/// rows in y. Of `flags` the flips and meshMode count. False, and nothing drawn, when the polygon
+/// is not one that CellShapes lists, when it reaches beyond a surface narrower than 32 pixels, and
+/// where the vector fills are not compiled.
 bool fillSmallCells(Engine& engine, const ScreenQuad& points, const CellTexture& texture,
                     PixelMode mode, std::uint32_t flags);
 

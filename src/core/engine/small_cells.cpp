@@ -1,4 +1,4 @@
-#include "engine/fill_cells.h"
+#include "engine/small_cells.h"
 
 #include "engine/cell_grid.h"
 #include "engine/rasteriser.h"
@@ -14,21 +14,22 @@ namespace facetor {
 
 namespace {
 
-/// The cells of a polygon in drawing order: what each is looked up by, and where its corner 0 lies
-/// on the surface, which may be outside.
+/// The cells of a polygon in drawing order: what each is looked up by, where its corner 0 lies on
+/// the surface, which may be outside, and its pixels.
 struct CellRows {
     alignas(16) std::array<std::uint32_t, gridCells * gridCells> key;
     alignas(16) std::array<std::int32_t, gridCells * gridCells> start;
     alignas(16) std::array<std::uint32_t, gridCells * gridCells> corner; ///< column, row << 16
+    std::array<CellPixels, gridCells * gridCells> list;
 };
 
-/// On a narrower surface a pixel of a cell, at most 2 largestCell columns from its corner 0, could
-/// not be told from one in another row.
-constexpr std::int32_t leastClippedWidth = 4 * largestCell + 4;
+/// On a narrower surface a pixel of a cell, at most 8 columns from its corner 0, could not be told
+/// from one in another row.
+constexpr std::int32_t leastClippedWidth = 32;
 
 // Points are pairs of 16-bit lanes: column, row. A vector holds four of them.
 
-/// As an element of std::array, which drops the alignment of a bare vector type.
+/// Four points; as an element of std::array, which warns of a bare vector type.
 struct PointLanes {
     __m128i lanes;
 };
@@ -107,15 +108,16 @@ bool findCells(CellRows& cells, const ScreenQuad& points, std::int32_t width, Ce
                                                           static_cast<std::uint32_t>(row) << 30))));
         if (use == CellUse::last) {
             const __m128i drawsRight = _mm_srli_si128(hasArea(d2, d3), 4);
+            key = _mm_or_si128(
+                key, _mm_set1_epi32(static_cast<std::int32_t>(CellList::last) << cellListShift));
+            key = _mm_or_si128(
+                key, _mm_and_si128(drawsRight, _mm_set1_epi32(cellOnTheRight << cellListShift)));
             key =
-                _mm_or_si128(key, _mm_set1_epi32(static_cast<std::int32_t>(CellList::last) << 12));
-            key =
-                _mm_or_si128(key, _mm_and_si128(drawsRight, _mm_set1_epi32(cellOnTheRight << 12)));
-            key = _mm_or_si128(key, _mm_and_si128(below, _mm_set1_epi32(cellBelow << 12)));
+                _mm_or_si128(key, _mm_and_si128(below, _mm_set1_epi32(cellBelow << cellListShift)));
             below = hasArea(d1, d2);
         } else if (use == CellUse::once) {
-            key =
-                _mm_or_si128(key, _mm_set1_epi32(static_cast<std::int32_t>(CellList::once) << 12));
+            key = _mm_or_si128(
+                key, _mm_set1_epi32(static_cast<std::int32_t>(CellList::once) << cellListShift));
         } else if (use == CellUse::mesh) {
             const __m128i odd = _mm_and_si128(_mm_madd_epi16(c0, one), _mm_set1_epi32(1));
             key = _mm_or_si128(
@@ -218,12 +220,15 @@ std::size_t fetchTexels(TexelRun& to, const PixelRun& run, std::size_t pixelCoun
 void addGouraud(TexelRun& run, std::size_t count, const GouraudLanes& steps)
 {
     const __m128i low = _mm_set1_epi16(0xFF);
+    const __m128i opaque = _mm_set1_epi16(static_cast<std::int16_t>(opaqueBit));
     for (std::size_t i = 0; i < count; i += 8) {
         const __m128i grid =
             _mm_loadu_si128(reinterpret_cast<const __m128i*>(run.gouraud.data() + i));
         Rgb555* const eight = run.texel.data() + i;
-        storePixels(eight, steps.applied(ColourLanes::of(loadPixels(eight)),
-                                         {_mm_and_si128(grid, low)}, {_mm_srli_epi16(grid, 8)}));
+        const __m128i stepped =
+            steps.applied(ColourLanes::of(loadPixels(eight)), {_mm_and_si128(grid, low)},
+                          {_mm_srli_epi16(grid, 8)});
+        storePixels(eight, _mm_or_si128(stepped, opaque));
     }
 }
 
@@ -266,11 +271,11 @@ template <PixelMode mode, bool opaque, bool withGouraud>
 void putCells(Engine& engine, const CellRows& cells, bool clipped, const CellTexture& texture)
 {
     const PixelRows surface = engine.surface.rows();
-    CellShapes& shapes = engine.cellShapes;
+    const CellShapes& shapes = engine.cellShapes;
     PixelRun run;
     std::size_t count = 0;
     for (std::size_t cell = 0; cell < cells.key.size(); ++cell) {
-        const CellPixels list = shapes.find(cells.key[cell]);
+        const CellPixels& list = cells.list[cell];
         const std::int32_t start = cells.start[cell] - cells.start[0];
         count = clipped
                     ? addClippedCell(run, count, shapes, list, start, cells.corner[cell], surface)
@@ -291,7 +296,7 @@ bool fillSmallCells(Engine& engine, const ScreenQuad& points, const CellTexture&
     const auto [left, right] = std::minmax({points[0].x, points[1].x, points[2].x, points[3].x});
     const auto [top, bottom] = std::minmax({points[0].y, points[1].y, points[2].y, points[3].y});
     const std::int32_t width = engine.surface.width, height = engine.surface.height;
-    constexpr std::int32_t largest = static_cast<std::int32_t>(gridCells) * largestCell;
+    constexpr std::int32_t largest = static_cast<std::int32_t>(gridCells) * mostCorner;
     if (right - left > largest || bottom - top > largest) return false;
     if (right < 0 || bottom < 0 || left >= width || top >= height) return true;
     const bool clipped = left < 0 || top < 0 || right >= width || bottom >= height;
@@ -307,6 +312,8 @@ bool fillSmallCells(Engine& engine, const ScreenQuad& points, const CellTexture&
                                                 : CellUse::once;
     CellRows cells;
     if (!findCells(cells, points, width, use)) return false;
+    for (std::size_t cell = 0; cell < cells.key.size(); ++cell)
+        if (!engine.cellShapes.find(cells.list[cell], cells.key[cell])) return false;
     dispatchPixelMode(
         mode, texture.gouraud != nullptr, [&]<PixelMode fixedMode, bool withGouraud>() {
             if (opaque)
