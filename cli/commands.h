@@ -96,4 +96,7 @@ struct RenderOptions {
 /// Draws one frame of a model, or a turn of them, into PNG files, or compares it with one.
 int runRender(Run& run, const RenderOptions& options);
 
+/// Writes an HTML page about a model and perhaps its texture list; `paths` are these and the page.
+int runReport(Run& run, const std::vector<std::string>& paths, float scale);
+
 } // namespace facetor

@@ -407,6 +407,30 @@ void addScene(CLI::App& app, Run& run, Action& action)
     });
 }
 
+void addReport(CLI::App& app, Run& run, Action& action)
+{
+    CLI::App* command = app.add_subcommand(
+        "report", "Write an HTML page about a model: views, limits, warnings, textures");
+    addCommon(*command, run);
+    addOutput(*command, run);
+    struct Arguments {
+        std::vector<std::string> paths;
+        float scale = 1;
+    };
+    const auto arguments = std::make_shared<Arguments>();
+    command->add_option("FILE", arguments->paths,
+                        "The model (.mx3), perhaps its texture list (.mxt), then the page (.html)");
+    addValue(*command, "--scale", arguments->scale, parsePositive, "S", "a number above 0",
+             "Scale of positions in the model's target image; default 1.0");
+    addExamples(*command, {{"facetor-cli report ship.mx3 ship.mxt ship.html",
+                            "makes one page with everything in it, for a review"},
+                           {"facetor-cli report ship.mx3 ship.html --if-changed",
+                            "leaves a page alone that would be the same"}});
+    command->callback([&action, &run, arguments] {
+        action = [&run, arguments] { return runReport(run, arguments->paths, arguments->scale); };
+    });
+}
+
 /// Whether failures are to be in JSON also of a command line that cannot be parsed.
 bool asksForJson(int argumentCount, const char* const* arguments)
 {
@@ -455,6 +479,7 @@ int run(int argumentCount, const char* const* arguments)
     addConvert(app, run, action);
     addRender(app, run, action);
     addScene(app, run, action);
+    addReport(app, run, action);
     try {
         app.parse(argumentCount, arguments);
     } catch (const CLI::Success& answer) { // help or the version

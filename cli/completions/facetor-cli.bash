@@ -4,7 +4,7 @@
 
 _facetor_cli() {
     local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command= i
-    local commands="info check convert render scene"
+    local commands="info check convert render scene report"
     local common="--help --version --quiet --json"
     local output="--to --if-changed --depfile"
     local light="--light --light-color --ambient --background --angle"
@@ -92,6 +92,7 @@ _facetor_cli() {
             common+=" --draw --picked --select --repeat --order --first --zoom --transparent --turn --compare --overdraw $light $output"
             ;;
         scene) common+=" $light $output" ;;
+        report) common+=" --scale $output" ;;
         esac
         COMPREPLY=($(compgen -W "$common" -- "$word"))
         return
@@ -103,6 +104,7 @@ _facetor_cli() {
     convert) _facetor_cli_files "$word" mx3 mxt mdl txr sal obj gltf glb png bmp tga jpg jpeg gif ;;
     render) _facetor_cli_files "$word" mx3 png ;;
     scene) _facetor_cli_files "$word" sal ;;
+    report) _facetor_cli_files "$word" mx3 mxt html ;;
     esac
 }
 

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <set>
 
@@ -41,6 +42,12 @@ protected:
     std::string cube;
 };
 
+std::string textOf(const std::string& path)
+{
+    const std::optional<Bytes> bytes = readFile(path);
+    return bytes ? std::string(reinterpret_cast<const char*>(bytes->data()), bytes->size()) : "";
+}
+
 /// The long options that a text names.
 std::set<std::string> optionsIn(const std::string& text)
 {
@@ -56,22 +63,18 @@ std::set<std::string> optionsIn(const std::string& text)
 TEST_F(Cli, TheManualPageAndTheCompletionKnowEveryOption)
 {
     std::string help;
-    for (const char* command : {"info", "check", "convert", "render", "scene"}) {
+    for (const char* command : {"info", "check", "convert", "render", "scene", "report"}) {
         const ProgramRun run = runProgram({command, "--help"});
         EXPECT_NE(run.output.find("\nExamples:\n  facetor-cli " + std::string(command)),
                   std::string::npos)
             << run.output;
         help += run.output;
     }
-    const auto textOf = [](const char* name) {
-        const std::optional<Bytes> bytes = readFile(FACETOR_CLI_SOURCES "/" + std::string(name));
-        return bytes ? std::string(reinterpret_cast<const char*>(bytes->data()), bytes->size())
-                     : std::string();
-    };
-    std::string page = textOf("facetor-cli.1");
+    std::string page = textOf(FACETOR_CLI_SOURCES "/facetor-cli.1");
     std::erase(page, '\\'); // before every hyphen
     EXPECT_EQ(optionsIn(page), optionsIn(help));
-    EXPECT_EQ(optionsIn(textOf("completions/facetor-cli.bash")), optionsIn(help));
+    EXPECT_EQ(optionsIn(textOf(FACETOR_CLI_SOURCES "/completions/facetor-cli.bash")),
+              optionsIn(help));
 }
 
 TEST_F(Cli, AWrongCommandLineIsExitTwoAndOneLine)
@@ -461,8 +464,8 @@ TEST_F(Cli, RenderListsAndComparesAndTurns)
     model.attributes[1].sort = sortFarthest;
     model.meshes[0].polygonCount = model.totalPolygonCount = 2;
     const std::string path = put("squares.mx3", writeModel(model));
-    const std::vector<std::string> view{"render", path, picture, "--no-fit", "--parallel",
-                                        "--size", "64x64"};
+    const std::vector<std::string> view{"render",     path,     picture, "--no-fit",
+                                        "--parallel", "--size", "64x64"};
     const auto with = [&](std::vector<std::string> words, std::vector<std::string> more) {
         words.insert(words.end(), more.begin(), more.end());
         return runProgram(words);
@@ -513,6 +516,53 @@ TEST_F(Cli, RenderListsAndComparesAndTurns)
     const std::optional<Bytes> third = readFile(folder.file("a-002.png"));
     EXPECT_EQ(with(view, {"--rotate", "0,32768,0"}).status, 0);
     EXPECT_TRUE(third && third == readFile(picture));
+}
+
+TEST_F(Cli, TheManualsBuildScriptsDoNothingTheSecondTime)
+{
+    const std::string page = textOf("docs/manual/build-scripts.html");
+    const auto example = [&](const std::string& id, const std::string& name) {
+        std::size_t begin = page.find("<pre id=\"" + id);
+        ASSERT_NE(begin, std::string::npos) << id;
+        begin = page.find('\n', begin) + 1;
+        std::string text = page.substr(begin, page.find("</pre>", begin) - begin);
+        for (std::size_t at; (at = text.find("&lt;")) != std::string::npos;)
+            text.replace(at, 4, "<");
+        put(name, bytesOf(text));
+    };
+    example("makefile", "Makefile");
+    example("cmakelists", "CMakeLists.txt");
+    for (const auto& entry : std::filesystem::directory_iterator("samples"))
+        if (entry.path().filename().string().starts_with("lighthouse"))
+            std::filesystem::copy(entry.path(), folder.path());
+    const std::string in = "cd " + folder.path().string() + " && ", log = " >log 2>&1";
+    const std::string make = in + "make -j2 CLI=" FACETOR_CLI + log;
+    const std::string ninja = in + "ninja -C b" + log;
+    const std::string configure = in + "cmake -G Ninja -S . -B b -DFACETOR_CLI=" FACETOR_CLI + log;
+    ASSERT_EQ(std::system(make.c_str()), 0) << textOf(folder.file("log"));
+    ASSERT_EQ(std::system(make.c_str()), 0);
+    EXPECT_EQ(textOf(folder.file("log")), "make: Nothing to be done for 'all'.\n");
+    ASSERT_EQ(std::system((configure + " && " + ninja).c_str()), 0) << textOf(folder.file("log"));
+    ASSERT_EQ(std::system(ninja.c_str()), 0);
+    EXPECT_NE(textOf(folder.file("log")).find("no work to do"), std::string::npos);
+    for (const char* name : {"lighthouse.sal", "lighthouse.mdl", "lighthouse.txr"})
+        EXPECT_EQ(readFile(folder.file(name)), readFile(folder.file("b/" + std::string(name))));
+}
+
+TEST_F(Cli, AReportIsOnePageWithEverythingInIt)
+{
+    model.names[0] = "<a&b>";
+    std::swap(model.polygons[2].corner[1], model.polygons[2].corner[2]); // crossed
+    const std::string path = put("cube.mx3", writeModel(model)), page = folder.file("a.html");
+    EXPECT_EQ(runProgram({"report", path, "samples/prop.mxt", page}).status, 0);
+    const std::string text = textOf(page);
+    EXPECT_EQ(text.find("<a&b>"), std::string::npos);
+    for (const char* part : {"&lt;a&amp;b&gt;", "<code>quad-crossed</code>", "slot 4", "of 968"})
+        EXPECT_NE(text.find(part), std::string::npos) << part;
+    for (const char* other : {"<script", "http", "url(", "<link"}) // none but the page itself
+        EXPECT_EQ(text.find(other), std::string::npos) << other;
+    EXPECT_EQ(runProgram({"report", path, path, page}).status, 1);
+    EXPECT_EQ(runProgram({"report", path, folder.file("a.htm")}).status, 2);
 }
 
 } // namespace
