@@ -73,7 +73,7 @@ TEST_F(VersionsTest, TheOldestGoWhenTheyAreTooMuchTogether)
 
 TEST_F(VersionsTest, WhatTheIndexHasLostIsFoundAgain)
 {
-    for (const char* text : {"one", "two", "three"}) save("a b%\xE9.mx3", text);
+    for (const char* text : {"one", "two", "three"}) save("a b%\xC3\xA9.mx3", text);
     const std::string index = pathIn(store.folder, "index.txt");
     const auto bytes = readFile(index);
     ASSERT_TRUE(bytes);
@@ -81,9 +81,9 @@ TEST_F(VersionsTest, WhatTheIndexHasLostIsFoundAgain)
     text[text.size() - 3] ^= 1; // in the last line
     ASSERT_EQ(putFile(index, text), Message::none);
     EXPECT_TRUE(readVersions(store).damaged);
-    EXPECT_EQ(kept("a b%\xE9.mx3"), Texts{"two"});
+    EXPECT_EQ(kept("a b%\xC3\xA9.mx3"), Texts{"two"});
     EXPECT_EQ(kept(""), Texts{"one"}) << "without its name";
-    save("a b%\xE9.mx3", "four");
+    save("a b%\xC3\xA9.mx3", "four");
     EXPECT_FALSE(readVersions(store).damaged);
     EXPECT_EQ(kept(""), Texts{"one"}) << "it is not taken for rubbish";
     ASSERT_TRUE(removeFile(index));
