@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/triangle_fill.h"
+#include "engine/triangle_planes.h"
 
 #include <array>
 #include <cstddef>

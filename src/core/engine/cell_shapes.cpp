@@ -1,6 +1,7 @@
 #include "engine/cell_shapes.h"
 
 #include "engine/cell_grid.h"
+#include "engine/triangle_fill.h"
 
 #include <algorithm>
 #include <cassert>

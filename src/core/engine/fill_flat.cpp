@@ -1,9 +1,9 @@
 #include "engine/rasteriser.h"
 
+#include "engine/colour_lanes.h"
 #include "engine/pixel_operation.h"
 #include "engine/solid_span.h"
 #include "engine/span_ends.h"
-#include "engine/vector_pixels.h"
 
 #include <algorithm>
 
@@ -12,7 +12,8 @@ namespace facetor {
 namespace {
 
 template <PixelMode mode, bool mesh>
-void fillRowsPlain(const PixelRows& surface, const SpanEnds& ends, RowRange rows, Rgb555 colour)
+void fillSolidRowsPlain(const PixelRows& surface, const SpanEnds& ends, RowRange rows,
+                        Rgb555 colour)
 {
     Rgb555* line = surface.row(rows.first);
     for (std::int32_t row = rows.first; row <= rows.last; ++row, line += surface.width) {
@@ -34,7 +35,8 @@ __m128i meshLanes(bool fromSecond)
 }
 
 template <PixelMode mode, bool mesh>
-void fillRowsVector(const PixelRows& surface, const SpanEnds& ends, RowRange rows, Rgb555 colour)
+void fillSolidRowsVector(const PixelRows& surface, const SpanEnds& ends, RowRange rows,
+                         Rgb555 colour)
 {
     const __m128i s = _mm_set1_epi16(static_cast<std::int16_t>(colour));
     Rgb555* line = surface.row(rows.first);
@@ -62,7 +64,8 @@ void fillRowsVector(const PixelRows& surface, const SpanEnds& ends, RowRange row
 /// Rows of at most 16 pixels inside the surface: two vectors each, whatever their lengths, which
 /// could not be foreseen.
 template <PixelMode mode, bool mesh>
-void fillNarrowRows(const PixelRows& surface, const SpanEnds& ends, RowRange rows, Rgb555 colour)
+void fillNarrowSolidRows(const PixelRows& surface, const SpanEnds& ends, RowRange rows,
+                         Rgb555 colour)
 {
     alignas(16) static constexpr std::array<std::int16_t, 32> lanes{-1, -1, -1, -1, -1, -1, -1, -1,
                                                                     -1, -1, -1, -1, -1, -1, -1, -1};
@@ -115,9 +118,9 @@ void fillFlat(Engine& engine, const ScreenQuad& quad, Rgb555 colour, int level, 
         const bool narrow = left >= 0 && right < surface.width && right - left < 16;
         dispatchPixelMode(blend, withMesh, [&]<PixelMode mode, bool mesh>() {
             if (narrow)
-                fillNarrowRows<mode, mesh>(surface, ends, rows, colour);
+                fillNarrowSolidRows<mode, mesh>(surface, ends, rows, colour);
             else
-                fillRowsVector<mode, mesh>(surface, ends, rows, colour);
+                fillSolidRowsVector<mode, mesh>(surface, ends, rows, colour);
         });
         return;
     }
@@ -125,7 +128,7 @@ void fillFlat(Engine& engine, const ScreenQuad& quad, Rgb555 colour, int level, 
     const RowRange rows = findQuadSpans<FillPath::plain>(ends, points, surface.height);
     if (rows.first > rows.last) return;
     dispatchPixelMode(blend, withMesh, [&]<PixelMode mode, bool mesh>() {
-        fillRowsPlain<mode, mesh>(surface, ends, rows, colour);
+        fillSolidRowsPlain<mode, mesh>(surface, ends, rows, colour);
     });
 }
 

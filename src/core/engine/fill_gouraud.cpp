@@ -1,8 +1,9 @@
 #include "engine/rasteriser.h"
 
+#include "engine/colour_lanes.h"
 #include "engine/gouraud_steps.h"
+#include "engine/texel_fetch.h"
 #include "engine/triangle_fill.h"
-#include "engine/vector_pixels.h"
 
 #include <algorithm>
 

@@ -1,11 +1,12 @@
 #include "engine/rasteriser.h"
 
 #include "engine/cell_grid.h"
+#include "engine/colour_lanes.h"
 #include "engine/gouraud_steps.h"
 #include "engine/small_cells.h"
+#include "engine/texel_fetch.h"
 #include "engine/texel_shading.h"
 #include "engine/triangle_fill.h"
-#include "engine/vector_pixels.h"
 
 #include <algorithm>
 

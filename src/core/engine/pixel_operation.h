@@ -31,22 +31,22 @@ template <PixelMode mode> constexpr Rgb555 blended(Rgb555 d, Rgb555 s)
     return s;
 }
 
-/// Calls `fill.template operator()<mode, mesh>()` for a mode and mesh bit known only at run time:
-/// the one branch before loops that have none.
-template <typename Fill> void dispatchPixelMode(PixelMode mode, bool mesh, Fill&& fill)
+/// Calls `fill.template operator()<mode, choice>()` for a mode and a choice, like mesh or not, that
+/// are known only at run time: the one branch before loops that have none.
+template <typename Fill> void dispatchPixelMode(PixelMode mode, bool choice, Fill&& fill)
 {
-    const auto withMesh = [&]<PixelMode fixedMode>() {
-        if (mesh)
+    const auto withChoice = [&]<PixelMode fixedMode>() {
+        if (choice)
             fill.template operator()<fixedMode, true>();
         else
             fill.template operator()<fixedMode, false>();
     };
     switch (mode) {
-    case PixelMode::replace: withMesh.template operator()<PixelMode::replace>(); break;
-    case PixelMode::shadow: withMesh.template operator()<PixelMode::shadow>(); break;
-    case PixelMode::half: withMesh.template operator()<PixelMode::half>(); break;
-    case PixelMode::translucent: withMesh.template operator()<PixelMode::translucent>(); break;
-    case PixelMode::lit: withMesh.template operator()<PixelMode::lit>(); break;
+    case PixelMode::replace: withChoice.template operator()<PixelMode::replace>(); break;
+    case PixelMode::shadow: withChoice.template operator()<PixelMode::shadow>(); break;
+    case PixelMode::half: withChoice.template operator()<PixelMode::half>(); break;
+    case PixelMode::translucent: withChoice.template operator()<PixelMode::translucent>(); break;
+    case PixelMode::lit: withChoice.template operator()<PixelMode::lit>(); break;
     }
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "engine/colour_lanes.h"
 #include "engine/light.h"
 #include "engine/pixel_operation.h"
-#include "engine/vector_pixels.h"
 
 namespace facetor {
 
