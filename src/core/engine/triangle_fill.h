@@ -145,6 +145,22 @@ bool isSmall(const std::array<TriangleCorner<Coordinates>, 3>& corner, std::int6
     return small;
 }
 
+/// Calls put(start, spans, i) for row i of each four, from the top down, whose span is not empty.
+template <std::int32_t columnStep, std::size_t Coordinates, typename Put>
+void eachSpan(const PixelRows& surface, const SpanEnds& ends, RowRange rows,
+              const TrianglePlanes<Coordinates>& planes,
+              const std::array<float, Coordinates>& limits, Put&& put)
+{
+    for (std::int32_t block = rows.first; block <= rows.last; block += 4) {
+        const FourSpans<Coordinates> spans =
+            fourSpans<columnStep>(ends, block, surface.width, planes, limits);
+        const auto count = static_cast<std::size_t>(std::min(rows.last - block + 1, 4));
+        Rgb555* line = surface.row(block);
+        for (std::size_t i = 0; i < count; ++i, line += surface.width)
+            if (spans.count[i] > 0) put(line + spans.left[i], spans, i);
+    }
+}
+
 /// fillRowsVector() for a triangle that isSmall().
 template <PixelMode mode, std::int32_t columnStep, typename Source>
 void fillSmallRows(const PixelRows& surface, const SpanEnds& ends, RowRange rows,
@@ -155,20 +171,15 @@ void fillSmallRows(const PixelRows& surface, const SpanEnds& ends, RowRange rows
     std::array<WholeLanes, coordinates> last;
     for (std::size_t c = 0; c < coordinates; ++c)
         last[c].lanes = _mm_set1_epi16(static_cast<std::int16_t>(source.limit[c] - 1.0f));
-    for (std::int32_t block = rows.first; block <= rows.last; block += 4) {
-        const FourSpans<coordinates> spans =
-            fourSpans<columnStep>(ends, block, surface.width, planes, source.limit);
-        const auto rowCount = static_cast<std::size_t>(std::min(rows.last - block + 1, 4));
-        Rgb555* line = surface.row(block);
-        for (std::size_t i = 0; i < rowCount; ++i, line += surface.width) {
-            std::int32_t count = spans.count[i];
-            if (count <= 0) continue;
+    eachSpan<columnStep>(
+        surface, ends, rows, planes, source.limit,
+        [&](Rgb555* start, const FourSpans<coordinates>& spans, std::size_t i) {
             std::array<FixedLanes, coordinates> fixed;
             for (std::size_t c = 0; c < coordinates; ++c) {
                 const __m128i first = _mm_set1_epi32(spans.fixed[c][i]);
                 fixed[c] = {_mm_add_epi32(first, ramp[c].low), _mm_add_epi32(first, ramp[c].high)};
             }
-            for (Rgb555* start = line + spans.left[i];; start += 8 * columnStep, count -= 8) {
+            for (std::int32_t count = spans.count[i];; start += 8 * columnStep, count -= 8) {
                 std::array<WholeLanes, coordinates> at;
                 for (std::size_t c = 0; c < coordinates; ++c)
                     at[c].lanes = _mm_min_epi16(
@@ -181,8 +192,7 @@ void fillSmallRows(const PixelRows& surface, const SpanEnds& ends, RowRange rows
                     fixed[c].high = _mm_add_epi32(fixed[c].high, ramp[c].eight);
                 }
             }
-        }
-    }
+        });
 }
 
 /// fillRowsPlain() with four rows set up at once and eight pixels written at once.
@@ -192,39 +202,30 @@ void fillRowsVector(const PixelRows& surface, const SpanEnds& ends, RowRange row
 {
     constexpr std::size_t coordinates = Source::coordinates;
     const auto ramp = ramps<columnStep>(planes);
-    for (std::int32_t block = rows.first; block <= rows.last; block += 4) {
-        const FourSpans<coordinates> spans =
-            fourSpans<columnStep>(ends, block, surface.width, planes, source.limit);
-        const auto count = static_cast<std::size_t>(std::min(rows.last - block + 1, 4));
-        Rgb555* line = surface.row(block);
-        for (std::size_t i = 0; i < count; ++i, line += surface.width) {
-            if (spans.count[i] <= 0) continue;
+    eachSpan<columnStep>(
+        surface, ends, rows, planes, source.limit,
+        [&](Rgb555* start, const FourSpans<coordinates>& spans, std::size_t i) {
+            std::array<std::int32_t, coordinates> first;
             if ((spans.inside >> i & 1) != 0) {
-                std::array<std::int32_t, coordinates> first;
                 for (std::size_t c = 0; c < coordinates; ++c) first[c] = spans.fixed[c][i];
-                putInsideVectors<mode, columnStep>(line + spans.left[i], spans.count[i], first,
-                                                   ramp, source);
-            } else {
-                SpanCoordinates<coordinates> span;
-                span.count = spans.count[i];
-                for (std::size_t c = 0; c < coordinates; ++c) {
-                    span.first[c] = spans.first[c][i];
-                    span.step[c] = planes.perColumn[c] * columnStep;
-                }
-                Rgb555* const start = line + spans.left[i];
-                fillEdgeSpan<mode, columnStep>(
-                    start, span, source, planes.fixedFits,
-                    [&](std::int32_t from, std::int32_t end) {
-                        std::array<std::int32_t, coordinates> first;
-                        for (std::size_t c = 0; c < coordinates; ++c)
-                            first[c] =
-                                static_cast<std::int32_t>(span.at(c, from) * (1 << coordinateBits));
-                        putInsideVectors<mode, columnStep>(start + columnStep * from, end - from,
-                                                           first, ramp, source);
-                    });
+                putInsideVectors<mode, columnStep>(start, spans.count[i], first, ramp, source);
+                return;
             }
-        }
-    }
+            SpanCoordinates<coordinates> span;
+            span.count = spans.count[i];
+            for (std::size_t c = 0; c < coordinates; ++c) {
+                span.first[c] = spans.first[c][i];
+                span.step[c] = planes.perColumn[c] * columnStep;
+            }
+            fillEdgeSpan<mode, columnStep>(
+                start, span, source, planes.fixedFits, [&](std::int32_t from, std::int32_t end) {
+                    for (std::size_t c = 0; c < coordinates; ++c)
+                        first[c] =
+                            static_cast<std::int32_t>(span.at(c, from) * (1 << coordinateBits));
+                    putInsideVectors<mode, columnStep>(start + columnStep * from, end - from, first,
+                                                       ramp, source);
+                });
+        });
 }
 
 #endif
