@@ -1,0 +1,32 @@
+#include "monitor/monitor.h"
+
+#include "ui/handles.h"
+
+#include <array>
+
+namespace facetor {
+
+std::string resourceText(UINT number)
+{
+    std::array<char, 256> buffer{};
+    const int length = LoadStringA(GetModuleHandleA(nullptr), number, buffer.data(),
+                                   static_cast<int>(buffer.size()));
+    return {buffer.data(), static_cast<std::size_t>(length)};
+}
+
+int scaled(HWND window, int pixels)
+{
+    const WindowDc dc(window);
+    return MulDiv(pixels, GetDeviceCaps(dc.get(), LOGPIXELSX), 96);
+}
+
+void keepSettings(const Monitor& monitor)
+{
+    if (monitor.settings.empty()) return;
+    WritePrivateProfileStringA("Monitor", "Folder", monitor.options.folder.c_str(),
+                               monitor.settings.c_str());
+    WritePrivateProfileStringA("Monitor", "Command", monitor.options.command.c_str(),
+                               monitor.settings.c_str());
+}
+
+} // namespace facetor

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "monitor/command_runner.h"
+#include "monitor/monitor_options.h"
+#include "monitor/preview.h"
+#include "output/received_image.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+#include <windows.h>
+
+namespace facetor {
+
+/// An image that came in, as the list shows it.
+struct Entry {
+    std::string time, path, result, output;
+    std::uint64_t size = 0;
+    ReceivedImage image;
+};
+
+/// The monitor's window with what it shows and has been told.
+struct Monitor {
+    HWND window = nullptr, images = nullptr, blocks = nullptr, output = nullptr, status = nullptr;
+    MonitorOptions options;
+    std::string settings;
+    ReceivedScene scene;
+    Preview preview;
+    std::vector<Entry> entries;
+    std::unique_ptr<CommandRunner> runner;
+    int exitStatus = 0;
+};
+
+/// Sent to the monitor's window.
+constexpr UINT commandEnded = WM_APP;      ///< lParam: a CommandRunner::Result
+constexpr UINT imageReceived = WM_APP + 1; ///< wParam: the image's number
+
+/// A text of the program's resources, in the user's language.
+std::string resourceText(UINT number);
+
+/// Pixels at 96 DPI as pixels of the window's display; of the screen for nullptr.
+int scaled(HWND window, int pixels);
+
+/// Keeps the folder and the command for the next start. Without a settings file nothing happens.
+void keepSettings(const Monitor& monitor);
+
+} // namespace facetor

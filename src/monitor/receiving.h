@@ -1,0 +1,18 @@
+#pragma once
+
+#include "monitor/monitor.h"
+
+namespace facetor {
+
+/// An image that an editor sends with WM_COPYDATA: its path, with its terminator, under the
+/// editor's mark. Checks and lists it. The editor waits for the result, 0 when it was accepted and
+/// 1 when it was refused: copies and commands come later, with imageReceived.
+LRESULT receiveCopyData(Monitor& monitor, const COPYDATASTRUCT& data);
+
+/// Copies an accepted image and runs the command on it.
+void handOn(Monitor& monitor, std::size_t number);
+
+/// Shows what a command has written and how it has ended.
+void endCommand(Monitor& monitor, const CommandRunner::Result& result);
+
+} // namespace facetor
