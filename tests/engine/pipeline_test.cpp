@@ -15,8 +15,6 @@ namespace facetor {
 
 namespace {
 
-constexpr float notANumber = std::numeric_limits<float>::quiet_NaN();
-
 /// An engine and a model of one object whose polygons a test gives in view space.
 struct Frame {
     Model model;

@@ -85,8 +85,8 @@ Rgb555 expectedTexel(std::span<const std::byte> rgba, bool separated)
                   blue = byte(2) - 8 * blueOf(candidate);
         return red * red + green * green + blue * blue;
     };
-    return opaqueBit |
-           std::ranges::min({rgb555(0, 0, 1), rgb555(1, 0, 0), rgb555(0, 1, 0)}, {}, distance);
+    const auto isNearer = [&](Rgb555 a, Rgb555 b) { return distance(a) < distance(b); };
+    return opaqueBit | std::min({rgb555(0, 0, 1), rgb555(1, 0, 0), rgb555(0, 1, 0)}, isNearer);
 }
 
 TEST(ImageCodecs, EveryPixelOfAnotherProgramsPicturesArrives)
