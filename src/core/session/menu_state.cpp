@@ -38,7 +38,8 @@ std::vector<CommandState> menuState(const MenuFacts& facts)
                                  {IDM_EDIT_STEP_FORWARD, facts.canStepForward, false},
                                  {IDM_FILE_IMPORT_AGAIN, facts.isImported, false},
                                  {IDM_FILE_IMPORT_REPORT, facts.hasImportReport, false},
-                                 {IDM_SEND_ON_SAVE, true, facts.resendsOnSave}});
+                                 {IDM_SEND_ON_SAVE, true, facts.resendsOnSave},
+                                 {IDM_VIEW_FIT_PICKED, facts.anyPicked, false}});
     return states;
 }
 

@@ -1,6 +1,7 @@
 #include "view/view.h"
 
 #include "engine/hierarchy.h"
+#include "view/visit_points.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,39 +19,6 @@ constexpr float startDistance = View{}.cameraPosition.z;
 
 /// Room around the fitted model, as a factor of its extents.
 constexpr float fitMargin = 1.2f;
-
-struct Extents {
-    Vector3 least{1e8f, 1e8f, 1e8f};
-    Vector3 most{-1e8f, -1e8f, -1e8f};
-
-    bool isEmpty() const { return least.x > most.x; }
-
-    void widen(const Vector3& point)
-    {
-        least = {std::min(least.x, point.x), std::min(least.y, point.y),
-                 std::min(least.z, point.z)};
-        most = {std::max(most.x, point.x), std::max(most.y, point.y), std::max(most.z, point.z)};
-    }
-
-    Vector3 middle() const
-    {
-        return {(least.x + most.x) * 0.5f, (least.y + most.y) * 0.5f, (least.z + most.z) * 0.5f};
-    }
-};
-
-/// Calls `visit` with every finite point of the model, placed by the current matrix.
-template <typename Visit> void visitPoints(Engine& engine, const Model& model, Visit visit)
-{
-    const auto visitMesh = [&](std::uint32_t index) {
-        const Mesh& mesh = model.meshes[index];
-        for (std::uint32_t i = 0; i < mesh.vertexCount; ++i) {
-            const Vector3 point =
-                transformPoint(model.vertices[mesh.vertexTable + i], engine.stack.current());
-            if (isFinite(point)) visit(point);
-        }
-    };
-    visitMeshes(engine.stack, model, 0, visitMesh);
-}
 
 /// How much smaller than the start distance shows them the extents are taken, which makes the
 /// model larger in the window: as large as the depth test allows, which drops what comes nearer
@@ -147,6 +115,7 @@ void applyFixedView(View& view, Engine& engine, FixedView direction)
     case FixedView::top: view.viewDirection = {quarter, 0, 0}; break;
     case FixedView::bottom: view.viewDirection = {-quarter, 0, 0}; break;
     }
+    view.turnCentre.reset();
     buildViewMatrix(view, engine, ViewDirectionUse::apply);
 }
 
@@ -159,6 +128,7 @@ void fitModel(View& view, Engine& engine, const Model& model, ClientSize client)
     translateZ(engine.stack, fitDistance);
     Extents extents = sweptExtents(engine, model);
     view.modelRotation = {};
+    view.turnCentre.reset();
     if (!extents.isEmpty()) {
         const auto halfWidth = static_cast<float>(client.width / 2);
         const auto halfHeight = static_cast<float>(client.height / 2);

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 
 namespace facetor {
 
@@ -31,6 +32,7 @@ struct View {
     Matrix viewMatrix = identityMatrix; ///< the whole camera transform
     Vector3 cameraPosition{0, 0, 700};
     Vector3 modelCentre{0, 0, 0};
+    std::optional<Vector3> turnCentre; ///< what turning and scaling keep in place; none: modelCentre
     std::array<Angle, 3> modelRotation{};
     float viewScale = 1.0f;
     std::array<Angle, 3> viewDirection{}; ///< set by the fixed views

@@ -45,7 +45,7 @@ void rotateModel(const View& view, Engine& engine, const ToolMove& move)
     }
     MatrixStack& stack = engine.stack;
     axis = toModelSpace(stack.current(), axis);
-    const Vector3& centre = view.modelCentre;
+    const Vector3 centre = view.turnCentre.value_or(view.modelCentre);
     translate(stack, centre.x, centre.y, centre.z);
     rotateAxis(stack, axis, degreesToAngle(static_cast<float>(degrees)));
     translate(stack, -centre.x, -centre.y, -centre.z);
@@ -64,7 +64,7 @@ void scaleModel(const View& view, Engine& engine, const ToolMove& move)
 {
     const std::int32_t longer = std::abs(move.dx) >= std::abs(move.dy) ? move.dx : move.dy;
     MatrixStack& stack = engine.stack;
-    const Vector3& centre = view.modelCentre;
+    const Vector3 centre = view.turnCentre.value_or(view.modelCentre);
     translate(stack, centre.x, centre.y, centre.z);
     scaleUniform(stack, longer < 0 ? shrinkFactor : growFactor);
     translate(stack, -centre.x, -centre.y, -centre.z);

@@ -29,6 +29,7 @@
 #include "windows/slice_view.h"
 #include "windows/texture_window.h"
 #include "windows/tool_box_window.h"
+#include "windows/view_gestures.h"
 
 #include <algorithm>
 #include <iterator>
@@ -94,6 +95,12 @@ CommandOutcome onStep(Editor& editor, int number, LPARAM)
 CommandOutcome onFixedView(Editor& editor, int number, LPARAM)
 {
     showFixedView(editor, static_cast<FixedView>(number - IDM_CAMERA_FORWARD));
+    return CommandOutcome::done;
+}
+
+CommandOutcome onFrame(Editor& editor, int number, LPARAM)
+{
+    frameInView(editor, number == IDM_VIEW_FIT_PICKED ? Framed::picked : Framed::model);
     return CommandOutcome::done;
 }
 
@@ -251,6 +258,7 @@ constexpr Command commands[] = {
     {inMain, IDM_FILE_RECOVER, IDM_FILE_RECOVER, perform<recoverDocument>},
     {inMain, IDM_SEND_ON_SAVE, IDM_SEND_ON_SAVE, onSendOnSave},
     {inMain, IDM_START_MONITOR, IDM_START_MONITOR, perform<startMonitor>},
+    {inMain, IDM_VIEW_FIT, IDM_VIEW_FIT_PICKED, onFrame},
     {inTextures, IDM_FILE_OPEN_PATH, IDM_FILE_OPEN_PATH, openPath<openTexturePath>, Flag::keep,
      Flag::clearOnSuccess},
     // What the question about unsaved textures sends; here it means this window's own Save as.

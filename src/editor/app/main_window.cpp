@@ -18,6 +18,7 @@
 #include "windows/recent_menu.h"
 #include "windows/slice_view.h"
 #include "windows/tool_box_window.h"
+#include "windows/view_gestures.h"
 
 #include <windows.h>
 #include <windowsx.h>
@@ -211,8 +212,16 @@ LRESULT CALLBACK mainWindowProcedure(HWND window, UINT message, WPARAM wParam, L
     case WM_RBUTTONDOWN: onRightButtonDown(editor, mousePosition(lParam), wParam); return 0;
     case WM_RBUTTONUP: onRightButtonUp(editor); return 0;
     case WM_KEYDOWN:
-        if (onViewKey(editor, wParam)) return 0;
+        if (onViewKey(editor, wParam) || onFramingKey(editor, wParam)) return 0;
         break;
+    // What begins with Alt held goes on to the system as well, which would open the menu otherwise.
+    case WM_SYSKEYDOWN: onTurningKey(editor, wParam); break;
+    case WM_MBUTTONDOWN: onMiddleButtonDown(editor, mousePosition(lParam)); break;
+    case WM_MBUTTONUP: onMiddleButtonUp(editor); return 0;
+    case WM_CAPTURECHANGED: onMiddleButtonUp(editor); return 0;
+    case WM_MOUSEWHEEL:
+        onWheel(editor, GET_WHEEL_DELTA_WPARAM(wParam), mousePosition(lParam));
+        return 0;
     case WM_SETCURSOR:
         if (LOWORD(lParam) == HTCLIENT && reinterpret_cast<HWND>(wParam) == window &&
             showSliceCursor(editor))

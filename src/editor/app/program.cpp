@@ -93,6 +93,9 @@ int runMainLoop(Editor& editor)
     MSG message{};
     while (GetMessageA(&message, nullptr, 0, 0) > 0) {
         if (message.message == WM_KEYDOWN && onKeyOfAnyWindow(editor, message.wParam)) continue;
+        // The wheel turns what the cursor is over, whichever window has the focus.
+        if (message.message == WM_MOUSEWHEEL && WindowFromPoint(message.pt) == editor.mainWindow)
+            message.hwnd = editor.mainWindow;
         // Accelerators go to the main window, whichever window has the focus.
         if (TranslateAcceleratorA(editor.mainWindow, editor.accelerators, &message)) continue;
         if (std::ranges::any_of(editor.modelessDialogs, [&](HWND dialog) {

@@ -42,8 +42,10 @@ enum class ButtonState : std::int8_t {
 struct DragState {
     ButtonState left = ButtonState::up;
     ButtonState right = ButtonState::up;
+    ButtonState middle = ButtonState::up;
     POINT last{};  ///< where the cursor was last seen
     POINT delta{}; ///< how far the last move with the left button held went
+    float depth = 0; ///< in view space, of what the middle button moves
 };
 
 /// The operating system's line, as the system itself numbers it. Every other number counts as nt.

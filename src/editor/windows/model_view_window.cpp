@@ -9,6 +9,7 @@
 #include "windows/attribute_window.h"
 #include "windows/main_tool_bar.h"
 #include "windows/slice_view.h"
+#include "windows/view_gestures.h"
 
 #include <algorithm>
 #include <utility>
@@ -71,18 +72,6 @@ void pickAtCursor(Editor& editor)
         loadWorkingAttribute(editor, *polygon);
 }
 
-/// Which way an arrow key points, one pixel long.
-std::optional<POINT> directionOf(WPARAM key)
-{
-    switch (key) {
-    case VK_LEFT: return POINT{-1, 0};
-    case VK_RIGHT: return POINT{1, 0};
-    case VK_UP: return POINT{0, -1};
-    case VK_DOWN: return POINT{0, 1};
-    default: return std::nullopt;
-    }
-}
-
 void pickWithKey(Editor& editor, POINT direction)
 {
     listFrame(editor.view, editor.engine, editor.document.model, clientSize(editor.mainWindow));
@@ -94,6 +83,17 @@ void pickWithKey(Editor& editor, POINT direction)
 }
 
 } // namespace
+
+std::optional<POINT> arrowDirection(WPARAM key)
+{
+    switch (key) {
+    case VK_LEFT: return POINT{-1, 0};
+    case VK_RIGHT: return POINT{1, 0};
+    case VK_UP: return POINT{0, -1};
+    case VK_DOWN: return POINT{0, 1};
+    default: return std::nullopt;
+    }
+}
 
 ClientSize clientSize(HWND window)
 {
@@ -205,6 +205,8 @@ void onMouseMove(Editor& editor, POINT position, WPARAM keys)
 {
     DragState& drag = editor.drag;
     const POINT before = std::exchange(drag.last, position);
+    if (drag.middle == ButtonState::down)
+        return onMiddleDrag(editor, {position.x - before.x, position.y - before.y}, keys);
     if (drag.left != ButtonState::down) return;
     if (!(keys & MK_LBUTTON)) return onCursorLeft(editor); // released over another window
     drag.delta = {position.x - before.x, position.y - before.y};
@@ -214,7 +216,7 @@ void onMouseMove(Editor& editor, POINT position, WPARAM keys)
 
 bool onViewKey(Editor& editor, WPARAM key)
 {
-    const std::optional<POINT> direction = directionOf(key);
+    const std::optional<POINT> direction = arrowDirection(key);
     if (!direction || editor.drag.left == ButtonState::down) return false;
     const LONG step = isKeyDown(VK_CONTROL) ? smallKeyStep : keyStep;
     const POINT delta{direction->x * step, direction->y * step};

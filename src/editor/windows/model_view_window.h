@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include <optional>
+
 namespace facetor {
 
 struct Editor;
@@ -12,6 +14,9 @@ struct Editor;
 
 /// The size of a window's client area; 0 x 0 while it is minimised.
 ClientSize clientSize(HWND window);
+
+/// Which way an arrow key points, one pixel long; none for another virtual key.
+std::optional<POINT> arrowDirection(WPARAM key);
 
 /// Asks for a new frame: lets the current tool do what the mouse's last move asks for, brings the
 /// menu up to date and marks the frame, which is drawn when the window paints itself.

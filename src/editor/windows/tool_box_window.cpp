@@ -106,6 +106,8 @@ LRESULT CALLBACK toolBoxProcedure(HWND window, UINT message, WPARAM wParam, LPAR
     case WM_CLOSE: showToolBox(editor, false); return 0;
     case WM_DESTROY: releaseToolBarImages(editor.toolBox.toolBar); return 0;
     case WM_COMMAND: onButton(editor, LOWORD(wParam)); return 0;
+    // Its buttons take no keys: those are for the view, whose tool was chosen just now.
+    case WM_KEYDOWN: return SendMessageA(editor.mainWindow, message, wParam, lParam);
     case WM_NOTIFY:
         if (answerToolTip(window, lParam, tips)) return 0;
         break;
