@@ -14,6 +14,7 @@
 #include "model/model.h"
 
 #include <array>
+#include <bitset>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -45,6 +46,9 @@ inline constexpr Angle defaultViewAngle = 16383;
 /// The focal length is taken from this width whatever the window's size.
 inline constexpr std::int32_t focalScreenWidth = 640;
 
+/// Polygons that are left out of frames, by their pool index.
+using HiddenPolygons = std::bitset<polygonCapacity>;
+
 struct EngineSettings {
     InclusiveRectangle window{0, 0, 640, 480}; ///< clip window, inclusive
     ScreenPoint centre{320, 240};
@@ -53,6 +57,7 @@ struct EngineSettings {
     Rgb555 pickedColour = 0x83E0;
     std::uint32_t drawFlags = 0;
     FillPath fillPath = fastestFillPath;
+    HiddenPolygons hidden;
     /// The texture table. A polygon whose number lies beyond it shows the blank texture; without a
     /// table none is textured.
     std::span<const TextureSlot> textures;

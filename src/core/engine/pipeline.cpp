@@ -117,6 +117,7 @@ void putMesh(Engine& engine, const Model& model, std::uint32_t meshIndex)
     for (std::uint32_t i = 0; i < mesh.polygonCount; ++i) {
         const Polygon& polygon = model.polygons[mesh.polygonTable + i];
         const PolygonAttribute& attribute = model.attributes[mesh.attributeTable + i];
+        if (settings.hidden[mesh.attributeTable + i]) continue;
         const auto& corner = polygon.corner;
         const Vector3 normal = rotateVector(polygon.normal, matrix);
         const Vector3 sort =

@@ -40,6 +40,9 @@ std::vector<CommandState> menuState(const MenuFacts& facts)
                                  {IDM_FILE_IMPORT_REPORT, facts.hasImportReport, false},
                                  {IDM_SEND_ON_SAVE, true, facts.resendsOnSave},
                                  {IDM_VIEW_FIT_PICKED, facts.anyPicked, false}});
+    for (int command = IDM_SELECT_GROW; command <= IDM_HIDE_PICKED; ++command)
+        states.push_back({command, facts.anyPicked, false});
+    states.push_back({IDM_SHOW_HIDDEN, facts.anyHidden, false});
     return states;
 }
 

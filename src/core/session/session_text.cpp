@@ -27,7 +27,8 @@ constexpr SwitchKey switchKeys[] = {{"Attributes", &SessionRecord::attributesSho
                                     {"Hierarchy", &SessionRecord::hierarchyShown},
                                     {"Textures", &SessionRecord::texturesShown},
                                     {"KeepVersions", &SessionRecord::keepsVersions},
-                                    {"KeepRecovery", &SessionRecord::keepsRecovery}};
+                                    {"KeepRecovery", &SessionRecord::keepsRecovery},
+                                    {"TreeLinked", &SessionRecord::treeLinked}};
 
 struct FilesKey {
     std::string_view key;
@@ -151,10 +152,16 @@ std::string formatSession(const SessionRecord& session)
     return text;
 }
 
-SessionRecord parseSession(std::string_view text)
+SessionRecord firstSession()
+{
+    SessionRecord session;
+    session.treeLinked = true;
+    return session;
+}
+
+SessionRecord parseSession(std::string_view text, SessionRecord session)
 {
     constexpr std::string_view between = " = ";
-    SessionRecord session;
     while (!text.empty()) {
         const std::size_t end = text.find('\n');
         std::string_view line = text.substr(0, end);

@@ -15,6 +15,7 @@ struct SessionRecord {
     std::string lastTextureList;                       ///< opened or saved last; empty: none
     bool attributesShown = false, hierarchyShown = false, texturesShown = false;
     bool keepsVersions = true, keepsRecovery = true;
+    bool treeLinked = false; ///< the hierarchy window with what is picked
     ImportMemory imports; ///< the last ones, at most rememberedImports of each kind
 };
 
@@ -27,8 +28,12 @@ std::string sessionPath(const std::string& settingsPath);
 std::string formatSession(const SessionRecord& session);
 
 /// Reads a session file. Lines that it does not know, or whose value is wrong, are passed over:
-/// what they say stays as every user begins with it.
-SessionRecord parseSession(std::string_view text);
+/// what they say stays as in `session`.
+SessionRecord parseSession(std::string_view text, SessionRecord session = {});
+
+/// What someone begins with who has never used the program: what has been added since is on, where
+/// it would surprise those who are used to the program without it.
+SessionRecord firstSession();
 
 /// Gives recent files from the settings file, where a path ends at its first blank or with its
 /// line, the whole paths that the session holds; which files there are is the settings file's word.

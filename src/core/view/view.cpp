@@ -69,6 +69,7 @@ void applySettings(const View& view, Engine& engine)
     engine.settings.light.direction = view.lightDirection;
     setLightColour(engine.settings.light, view.lightColour);
     setAmbientColour(engine.settings.light, view.ambientColour);
+    engine.settings.hidden = view.hidden;
     setDrawFlags(engine, drawWireframe, view.dragging && view.dragDrawMode == DragDrawMode::wire);
     setDrawFlags(engine, drawFlat, view.dragging && view.dragDrawMode == DragDrawMode::flat);
 }
@@ -129,6 +130,7 @@ void fitModel(View& view, Engine& engine, const Model& model, ClientSize client)
     Extents extents = sweptExtents(engine, model);
     view.modelRotation = {};
     view.turnCentre.reset();
+    view.hidden.reset();
     if (!extents.isEmpty()) {
         const auto halfWidth = static_cast<float>(client.width / 2);
         const auto halfHeight = static_cast<float>(client.height / 2);

@@ -47,6 +47,7 @@ struct View {
     DragDrawMode dragDrawMode = DragDrawMode::wire;
     bool dragging = false;
     bool frameNeedsDrawing = true;
+    HiddenPolygons hidden; ///< of the model that was fitted last
     std::uint32_t drawnPolygons = allPolygons; ///< a frame draws so many of its list at most
 };
 

@@ -8,6 +8,7 @@
 #include "commands/keep_commands.h"
 #include "commands/model_commands.h"
 #include "commands/plug_in_commands.h"
+#include "commands/select_commands.h"
 #include "commands/send_target.h"
 #include "commands/slice_command.h"
 #include "commands/texture_clipboard.h"
@@ -125,6 +126,12 @@ CommandOutcome onRotateVertices(Editor& editor, int number, LPARAM)
 CommandOutcome onSelect(Editor& editor, int number, LPARAM)
 {
     return changeSelection(editor, number);
+}
+
+CommandOutcome onSelectMore(Editor& editor, int number, LPARAM)
+{
+    selectMore(editor, number);
+    return CommandOutcome::done;
 }
 
 CommandOutcome onTool(Editor& editor, int number, LPARAM)
@@ -259,6 +266,7 @@ constexpr Command commands[] = {
     {inMain, IDM_SEND_ON_SAVE, IDM_SEND_ON_SAVE, onSendOnSave},
     {inMain, IDM_START_MONITOR, IDM_START_MONITOR, perform<startMonitor>},
     {inMain, IDM_VIEW_FIT, IDM_VIEW_FIT_PICKED, onFrame},
+    {inMain, IDM_SELECT_INVERT, IDM_SHOW_HIDDEN, onSelectMore},
     {inTextures, IDM_FILE_OPEN_PATH, IDM_FILE_OPEN_PATH, openPath<openTexturePath>, Flag::keep,
      Flag::clearOnSuccess},
     // What the question about unsaved textures sends; here it means this window's own Save as.
@@ -301,6 +309,8 @@ constexpr Command commands[] = {
     {inHierarchy, IDM_HIERARCHY_SHOW, IDM_HIERARCHY_HIDE, onShowObject},
     {inHierarchy, IDM_HIERARCHY_INFORMATION, IDM_HIERARCHY_INFORMATION,
      perform<showObjectInformation>},
+    {inHierarchy, IDM_HIERARCHY_PICK, IDM_HIERARCHY_PICK, perform<pickSelectedObject>},
+    {inHierarchy, IDM_HIERARCHY_LINK, IDM_HIERARCHY_LINK, perform<toggleTreeLink>},
 };
 
 constexpr bool ascending(std::span<const Command> all)

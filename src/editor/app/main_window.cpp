@@ -5,6 +5,7 @@
 #include "commands/keep_commands.h"
 #include "commands/model_commands.h"
 #include "commands/plug_in_commands.h"
+#include "commands/select_commands.h"
 #include "engine/frame_surface.h"
 #include "resources/resource_ids.h"
 #include "session/window_place.h"
@@ -209,10 +210,14 @@ LRESULT CALLBACK mainWindowProcedure(HWND window, UINT message, WPARAM wParam, L
     case WM_NCMOUSEMOVE: onCursorLeft(editor); break; // the frame's own buttons need it as well
     case WM_LBUTTONDOWN: onLeftButtonDown(editor, mousePosition(lParam)); return 0;
     case WM_LBUTTONUP: onLeftButtonUp(editor); return 0;
+    case WM_LBUTTONDBLCLK:
+        if (editor.toolBox.tool == ViewTool::selectPolygons)
+            selectConnectedAt(editor, mousePosition(lParam));
+        return 0;
     case WM_RBUTTONDOWN: onRightButtonDown(editor, mousePosition(lParam), wParam); return 0;
     case WM_RBUTTONUP: onRightButtonUp(editor); return 0;
     case WM_KEYDOWN:
-        if (onViewKey(editor, wParam) || onFramingKey(editor, wParam)) return 0;
+        if (onViewKey(editor, wParam) || onCommandKey(editor, wParam)) return 0;
         break;
     // What begins with Alt held goes on to the system as well, which would open the menu otherwise.
     case WM_SYSKEYDOWN: onTurningKey(editor, wParam); break;

@@ -68,12 +68,14 @@ std::optional<SettingsRecord> readSettings(const std::string& path)
 /// by itself.
 void applySession(Editor& editor, bool hasSettings)
 {
-    const auto bytes = readFile(sessionPath(editor.settingsPath));
-    if (!bytes) return;
+    const Bytes bytes = readFile(sessionPath(editor.settingsPath)).value_or(Bytes{});
+    const bool isFirst = !hasSettings && !editor.settingsPath.empty();
     SessionRecord session =
-        parseSession({reinterpret_cast<const char*>(bytes->data()), bytes->size()});
+        parseSession({reinterpret_cast<const char*>(bytes.data()), bytes.size()},
+                     isFirst ? firstSession() : SessionRecord{});
     editor.keepsVersions = session.keepsVersions;
     editor.keeper.enabled = session.keepsRecovery;
+    editor.treeLinked = session.treeLinked;
     if (!hasSettings) return; // deleted, to begin anew
     completePaths(editor.recentModels, session.modelFiles);
     completePaths(editor.recentTextures, session.textureFiles);
@@ -93,6 +95,7 @@ void writeSession(const Editor& editor)
     session.texturesShown = editor.textureWindow.window != nullptr;
     session.keepsVersions = editor.keepsVersions;
     session.keepsRecovery = editor.keeper.enabled;
+    session.treeLinked = editor.treeLinked;
     session.imports = editor.imports;
     const std::string text = formatSession(session), path = sessionPath(editor.settingsPath);
     if (writeFile(path, std::as_bytes(std::span(text))) != Message::none) DeleteFileA(path.c_str());

@@ -116,6 +116,7 @@ CommandOutcome importOntoOpen(Editor& editor, const std::string& path, const Imp
         return EditOutcome{};
     };
     (void)change(document, Word::stepImportAgain, take);
+    editor.view.hidden.reset(); // they are other polygons now
     if (!document.modelFile.empty()) rememberModel(editor.imports, document.modelFile, path);
     finishImport(editor, imported.report, path, options);
     return CommandOutcome::unsaved;

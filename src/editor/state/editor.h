@@ -127,6 +127,7 @@ struct Editor {
     TabPages attributePages;        ///< of the attribute window; `current` also while it is closed
     HWND hierarchyWindow = nullptr; ///< while it is open
     std::vector<HTREEITEM> hierarchyItems; ///< of its tree, by object index
+    bool treeLinked = false;               ///< with what is picked in the view
     HACCEL accelerators = nullptr;         ///< of the program's resources, which own it
     /// Open modeless dialogs that take the keyboard's dialog navigation, in the order in which the
     /// main loop offers them a message.

@@ -7,6 +7,7 @@
 #include "session/window_place.h"
 #include "state/editor.h"
 #include "ui/window_data.h"
+#include "view/select_more.h"
 #include "windows/main_tool_bar.h"
 #include "windows/model_view_window.h"
 #include "windows/title.h"
@@ -75,23 +76,50 @@ void onLabelEdited(Editor& editor, const TVITEMA& item)
     refreshMenuState(editor);
 }
 
-void onTreeNotify(Editor& editor, const NMHDR& header)
+/// Whether an object stands for all its descendants, as the tree shows it.
+Branch branchOf(const Editor& editor, std::uint32_t object)
+{
+    const LRESULT state =
+        SendMessageA(treeOf(editor), TVM_GETITEMSTATE,
+                     reinterpret_cast<WPARAM>(editor.hierarchyItems[object]), TVIS_EXPANDED);
+    return state & TVIS_EXPANDED ? Branch::expanded : Branch::collapsed;
+}
+
+/// The user, not the program, has chosen another item.
+void onItemChosen(Editor& editor)
+{
+    if (editor.treeLinked)
+        (void)editor.runCommand(editor, CommandWindow::hierarchy, IDM_HIERARCHY_PICK, 0);
+}
+
+/// Whether the tree is to do nothing more with the key.
+bool onTreeKey(Editor& editor, HWND tree, WORD key)
+{
+    if (key == VK_F2)
+        SendMessageA(tree, TVM_EDITLABELA, 0, SendMessageA(tree, TVM_GETNEXTITEM, TVGN_CARET, 0));
+    return key == VK_SPACE &&
+           editor.runCommand(editor, CommandWindow::hierarchy, IDM_HIERARCHY_PICK, 0);
+}
+
+/// The answer to a notification of the tree.
+LRESULT onTreeNotify(Editor& editor, const NMHDR& header)
 {
     const HWND tree = header.hwndFrom;
     switch (header.code) {
     case TVN_BEGINLABELEDITA:
         SendMessageA(reinterpret_cast<HWND>(SendMessageA(tree, TVM_GETEDITCONTROL, 0, 0)),
                      EM_LIMITTEXT, longestObjectLabel, 0);
-        return;
+        return 0;
     case TVN_ENDLABELEDITA:
         onLabelEdited(editor, reinterpret_cast<const NMTVDISPINFOA&>(header).item);
-        return;
+        return 0;
+    case TVN_SELCHANGEDA:
+        if (reinterpret_cast<const NMTREEVIEWA&>(header).action != TVC_UNKNOWN)
+            onItemChosen(editor);
+        return 0;
     case TVN_KEYDOWN:
-        if (reinterpret_cast<const NMTVKEYDOWN&>(header).wVKey == VK_F2)
-            SendMessageA(tree, TVM_EDITLABELA, 0,
-                         SendMessageA(tree, TVM_GETNEXTITEM, TVGN_CARET, 0));
-        return;
-    default: return;
+        return onTreeKey(editor, tree, reinterpret_cast<const NMTVKEYDOWN&>(header).wVKey);
+    default: return 0;
     }
 }
 
@@ -177,8 +205,9 @@ INT_PTR CALLBACK hierarchyProcedure(HWND dialog, UINT message, WPARAM wParam, LP
     case WM_COMMAND: onCommand(editor, LOWORD(wParam)); return TRUE;
     case WM_NOTIFY:
         if (reinterpret_cast<const NMHDR*>(lParam)->idFrom == IDC_HIERARCHY_TREE)
-            onTreeNotify(editor, *reinterpret_cast<const NMHDR*>(lParam));
-        return FALSE;
+            SetWindowLongPtrA(dialog, DWLP_MSGRESULT,
+                              onTreeNotify(editor, *reinterpret_cast<const NMHDR*>(lParam)));
+        return TRUE;
     case WM_CLOSE: close(editor); return TRUE;
     case WM_DESTROY: onDestroy(editor, dialog); return TRUE;
     default: return FALSE;
@@ -218,11 +247,7 @@ void showSelectedObject(Editor& editor, Visibility visibility)
     const auto selected = selectedObject(editor);
     if (!selected) return;
     const HWND tree = treeOf(editor);
-    const auto state = static_cast<UINT>(
-        SendMessageA(tree, TVM_GETITEMSTATE,
-                     reinterpret_cast<WPARAM>(editor.hierarchyItems[*selected]), TVIS_EXPANDED));
-    const Branch branch = state & TVIS_EXPANDED ? Branch::expanded : Branch::collapsed;
-    const std::uint32_t end = setVisibility(editor.document.model, *selected, branch, visibility);
+    const std::uint32_t end = setVisibility(editor.document.model, *selected, branchOf(editor, *selected), visibility);
     for (std::uint32_t i = *selected; i < end; ++i) {
         TVITEMA item{};
         item.mask = TVIF_STATE;
@@ -232,6 +257,35 @@ void showSelectedObject(Editor& editor, Visibility visibility)
         SendMessageA(tree, TVM_SETITEMA, 0, reinterpret_cast<LPARAM>(&item));
     }
     requestRedraw(editor);
+}
+
+void pickSelectedObject(Editor& editor)
+{
+    const auto selected = selectedObject(editor);
+    if (!selected) return;
+    Model& model = editor.document.model;
+    const std::uint32_t end = branchOf(editor, *selected) == Branch::collapsed
+                                  ? subtreeEnd(model, *selected)
+                                  : *selected + 1;
+    const Mark mark = isKeyDown(VK_SHIFT) ? Mark::clear : Mark::set;
+    if (mark == Mark::set && !isKeyDown(VK_CONTROL)) selectAll(model, Mark::clear);
+    selectObjects(model, editor.view.hidden, *selected, end, mark);
+    requestRedraw(editor);
+}
+
+void showObjectOf(Editor& editor, std::uint32_t polygon)
+{
+    if (!editor.hierarchyWindow || !editor.treeLinked) return;
+    const std::uint32_t object = objectOf(editor.document.model, polygon);
+    if (object < editor.hierarchyItems.size())
+        SendMessageA(treeOf(editor), TVM_SELECTITEM, TVGN_CARET,
+                     reinterpret_cast<LPARAM>(editor.hierarchyItems[object]));
+}
+
+void toggleTreeLink(Editor& editor)
+{
+    editor.treeLinked = !editor.treeLinked;
+    refreshMenuState(editor);
 }
 
 void renameObject(Editor& editor, std::uint32_t index, std::string name)

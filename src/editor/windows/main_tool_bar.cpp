@@ -75,6 +75,7 @@ void refreshMenuState(Editor& editor)
                           .isImported = !document.importedFrom.empty(),
                           .hasImportReport = !editor.importReport.empty(),
                           .anyPicked = isAnyPicked(document.model),
+                          .anyHidden = editor.view.hidden.any(),
                           .toolBoxShown = toolBox && IsWindowVisible(toolBox) != FALSE,
                           .attributesShown = editor.attributeWindow != nullptr,
                           .hierarchyShown = editor.hierarchyWindow != nullptr,
@@ -87,6 +88,9 @@ void refreshMenuState(Editor& editor)
     showStates(menu, editor.toolBar, menuState(facts));
     // A submenu has no number: it goes with its neighbour.
     enableSubmenuWith(menu, IDM_ROTATE_CLOCKWISE, facts.anyPicked);
+    if (editor.hierarchyWindow)
+        CheckMenuItem(GetMenu(editor.hierarchyWindow), IDM_HIERARCHY_LINK,
+                      editor.treeLinked ? MF_CHECKED : MF_UNCHECKED);
     if (const TextureWindow& textures = editor.textureWindow; textures.window)
         showStates(GetMenu(textures.window), textures.toolBar,
                    textureMenuState({.undoAvailable = facts.undoAvailable,

@@ -7,6 +7,7 @@
 #include "ui/menu.h"
 #include "ui/window_data.h"
 #include "windows/attribute_window.h"
+#include "windows/hierarchy_window.h"
 #include "windows/main_tool_bar.h"
 #include "windows/slice_view.h"
 #include "windows/view_gestures.h"
@@ -59,6 +60,13 @@ void moveModel(Editor& editor)
                   {delta.x, delta.y, {cursor.x, cursor.y}, isKeyDown(VK_SHIFT)});
 }
 
+/// In the other windows, the polygon that was picked last.
+void showPicked(Editor& editor, std::uint32_t polygon)
+{
+    loadWorkingAttribute(editor, polygon);
+    showObjectOf(editor, polygon);
+}
+
 void pickAtCursor(Editor& editor)
 {
     const bool held = editor.drag.left == ButtonState::down;
@@ -69,7 +77,7 @@ void pickAtCursor(Editor& editor)
     const PickInput input{
         {cursor.x, cursor.y}, held, isKeyDown(VK_SHIFT), isKeyDown(VK_CONTROL), isKeyDown(VK_TAB)};
     if (const auto polygon = pickPolygons(editor.document.model, editor.engine, editor.band, input))
-        loadWorkingAttribute(editor, *polygon);
+        showPicked(editor, *polygon);
 }
 
 void pickWithKey(Editor& editor, POINT direction)
@@ -79,7 +87,7 @@ void pickWithKey(Editor& editor, POINT direction)
         direction.x + direction.y > 0 ? Neighbour::next : Neighbour::previous;
     if (const auto polygon =
             pickNeighbour(editor.document.model, editor.engine, neighbour, isKeyDown(VK_SHIFT)))
-        loadWorkingAttribute(editor, *polygon);
+        showPicked(editor, *polygon);
 }
 
 } // namespace

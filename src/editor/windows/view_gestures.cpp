@@ -1,6 +1,6 @@
 #include "windows/view_gestures.h"
 
-#include "resources/resource_ids.h"
+#include "session/view_keys.h"
 #include "state/editor.h"
 #include "ui/window_data.h"
 #include "view/view_tools.h"
@@ -18,10 +18,6 @@ constexpr float notchFactor = 1.15f;
 /// Degrees that an arrow key turns.
 constexpr LONG turnStep = 5;
 constexpr LONG fastTurnStep = 45;
-
-/// The views from the sides as they lie on the number pad.
-constexpr int padCommands[] = {IDM_CAMERA_BACK, 0, IDM_CAMERA_BOTTOM, 0, IDM_CAMERA_LEFT,
-                               IDM_CAMERA_FORWARD, IDM_CAMERA_RIGHT, 0, IDM_CAMERA_TOP, 0};
 
 void turnView(Editor& editor, POINT delta)
 {
@@ -82,16 +78,11 @@ void onMiddleDrag(Editor& editor, POINT delta, WPARAM keys)
     requestRedraw(editor);
 }
 
-bool onFramingKey(Editor& editor, WPARAM key)
+bool onCommandKey(Editor& editor, WPARAM key)
 {
-    int command = 0;
-    if (key == 'F' && !isKeyDown(VK_CONTROL))
-        command = isKeyDown(VK_SHIFT) ? IDM_VIEW_FIT_PICKED : IDM_VIEW_FIT;
-    else if (key >= VK_NUMPAD0 && key <= VK_NUMPAD9)
-        command = padCommands[key - VK_NUMPAD0];
-    if (command == 0) return false;
-    SendMessageA(editor.mainWindow, WM_COMMAND, static_cast<WPARAM>(command), 0);
-    return true;
+    if (isKeyDown(VK_CONTROL) || editor.view.dragging) return false;
+    const int command = viewKeyCommand(static_cast<unsigned>(key), isKeyDown(VK_SHIFT));
+    return command != 0 && editor.runCommand(editor, CommandWindow::main, command, 0);
 }
 
 void onTurningKey(Editor& editor, WPARAM key)

@@ -22,9 +22,9 @@ void onMiddleButtonUp(Editor& editor);
 /// message.
 void onMiddleDrag(Editor& editor, POINT delta, WPARAM keys);
 
-/// F and Shift+F frame, the number pad shows the view from a side. `key` is a virtual key; false
-/// when it is none of these.
-bool onFramingKey(Editor& editor, WPARAM key);
+/// A key that stands for a command, like F for framing and the number pad for the six sides. False
+/// when the virtual key is none, or with Ctrl held.
+bool onCommandKey(Editor& editor, WPARAM key);
 
 /// An arrow key with Alt turns the view, with Shift in larger steps.
 void onTurningKey(Editor& editor, WPARAM key);
