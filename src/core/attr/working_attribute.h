@@ -40,6 +40,8 @@ struct WorkingAttribute {
     std::uint32_t flags = polygonFace | useLight;
     std::array<Rgb555, 4> gouraud = {neutralGouraud, neutralGouraud, neutralGouraud,
                                      neutralGouraud};
+
+    bool operator==(const WorkingAttribute&) const = default;
 };
 
 /// Takes attribute and Gouraud colours of a polygon. Needs polygonIndex < model.totalPolygonCount.

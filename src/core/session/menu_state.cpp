@@ -43,6 +43,7 @@ std::vector<CommandState> menuState(const MenuFacts& facts)
     for (int command = IDM_SELECT_GROW; command <= IDM_HIDE_PICKED; ++command)
         states.push_back({command, facts.anyPicked, false});
     states.push_back({IDM_SHOW_HIDDEN, facts.anyHidden, false});
+    states.push_back({IDM_SHOW_MIXED, true, facts.mixedShown});
     return states;
 }
 

@@ -21,6 +21,7 @@ struct MenuFacts {
     bool hierarchyShown = false;
     bool texturesShown = false;
     bool sliceShown = false;                   ///< the picture that is to be sliced
+    bool mixedShown = false;                   ///< in the attribute window
     bool resendsOnSave = false;
     ViewTool menuTool = ViewTool::rotateModel; ///< chosen last from the menu
     std::array<bool, cameraCount> cameraStored{};

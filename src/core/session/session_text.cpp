@@ -28,7 +28,8 @@ constexpr SwitchKey switchKeys[] = {{"Attributes", &SessionRecord::attributesSho
                                     {"Textures", &SessionRecord::texturesShown},
                                     {"KeepVersions", &SessionRecord::keepsVersions},
                                     {"KeepRecovery", &SessionRecord::keepsRecovery},
-                                    {"TreeLinked", &SessionRecord::treeLinked}};
+                                    {"TreeLinked", &SessionRecord::treeLinked},
+                                    {"MixedShown", &SessionRecord::mixedShown}};
 
 struct FilesKey {
     std::string_view key;
@@ -155,7 +156,7 @@ std::string formatSession(const SessionRecord& session)
 SessionRecord firstSession()
 {
     SessionRecord session;
-    session.treeLinked = true;
+    session.treeLinked = session.mixedShown = true;
     return session;
 }
 

@@ -16,6 +16,7 @@ struct SessionRecord {
     bool attributesShown = false, hierarchyShown = false, texturesShown = false;
     bool keepsVersions = true, keepsRecovery = true;
     bool treeLinked = false; ///< the hierarchy window with what is picked
+    bool mixedShown = false; ///< in the attribute window
     ImportMemory imports; ///< the last ones, at most rememberedImports of each kind
 };
 

@@ -267,6 +267,7 @@ constexpr Command commands[] = {
     {inMain, IDM_START_MONITOR, IDM_START_MONITOR, perform<startMonitor>},
     {inMain, IDM_VIEW_FIT, IDM_VIEW_FIT_PICKED, onFrame},
     {inMain, IDM_SELECT_INVERT, IDM_SHOW_HIDDEN, onSelectMore},
+    {inMain, IDM_SHOW_MIXED, IDM_SHOW_MIXED, perform<toggleMixedValues>},
     {inTextures, IDM_FILE_OPEN_PATH, IDM_FILE_OPEN_PATH, openPath<openTexturePath>, Flag::keep,
      Flag::clearOnSuccess},
     // What the question about unsaved textures sends; here it means this window's own Save as.

@@ -76,6 +76,7 @@ void applySession(Editor& editor, bool hasSettings)
     editor.keepsVersions = session.keepsVersions;
     editor.keeper.enabled = session.keepsRecovery;
     editor.treeLinked = session.treeLinked;
+    editor.attributeEditing.showsMixed = session.mixedShown;
     if (!hasSettings) return; // deleted, to begin anew
     completePaths(editor.recentModels, session.modelFiles);
     completePaths(editor.recentTextures, session.textureFiles);
@@ -96,6 +97,7 @@ void writeSession(const Editor& editor)
     session.keepsVersions = editor.keepsVersions;
     session.keepsRecovery = editor.keeper.enabled;
     session.treeLinked = editor.treeLinked;
+    session.mixedShown = editor.attributeEditing.showsMixed;
     session.imports = editor.imports;
     const std::string text = formatSession(session), path = sessionPath(editor.settingsPath);
     if (writeFile(path, std::as_bytes(std::span(text))) != Message::none) DeleteFileA(path.c_str());

@@ -124,6 +124,7 @@ struct Editor {
     TextureWindow textureWindow;
     HWND attributeWindow = nullptr; ///< while it is open
     WorkingAttribute workingAttribute;
+    AttributeEditing attributeEditing;
     TabPages attributePages;        ///< of the attribute window; `current` also while it is closed
     HWND hierarchyWindow = nullptr; ///< while it is open
     std::vector<HTREEITEM> hierarchyItems; ///< of its tree, by object index

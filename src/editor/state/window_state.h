@@ -1,5 +1,6 @@
 #pragma once
 
+#include "attr/attribute_fields.h"
 #include "base/geometry.h"
 #include "engine/engine.h"
 #include "session/texture_grid.h"
@@ -43,6 +44,16 @@ struct SliceView {
     std::optional<InclusiveRectangle> place; ///< where the user has moved it; none until then
     unsigned dragged = 0;                    ///< sides that the mouse moves, as PlacementSide bits
     ViewTool toolBefore = ViewTool::rotateModel; ///< the tool before Move Sliced Texture
+};
+
+/// What the attribute window knows besides the working attribute.
+struct AttributeEditing {
+    AttributeFields touched = 0; ///< what the user has set since a polygon was picked
+    AttributeFields mixed = 0;   ///< shown as not the same in all picked polygons
+    bool showsMixed = false;
+    bool isRefreshing = false; ///< while fields are set that the user has not touched
+    std::optional<std::uint32_t> lastPicked;
+    std::optional<WorkingAttribute> copied;
 };
 
 /// Which slots a transform is for, as its dialog was left.

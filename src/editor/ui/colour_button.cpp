@@ -56,15 +56,8 @@ void drawFocusMark(const DRAWITEMSTRUCT& item, RECT area)
     }
 }
 
-} // namespace
-
-COLORREF screenColour(Rgb555 colour)
-{
-    const auto [red, green, blue] = toScreenColour(colour);
-    return RGB(red, green, blue);
-}
-
-void drawColourButton(const DRAWITEMSTRUCT& item, Rgb555 colour)
+/// Draws the button with what it shows filled by a brush.
+void drawFilledButton(const DRAWITEMSTRUCT& item, HBRUSH brush)
 {
     RECT area = item.rcItem;
     const bool down = (item.itemState & ODS_SELECTED) != 0;
@@ -78,10 +71,32 @@ void drawColourButton(const DRAWITEMSTRUCT& item, Rgb555 colour)
         area.right = area.left + swatchWidth;
         drawCaption(item, caption);
     }
-    const UniqueHandle<HBRUSH, DeleteObject> brush(CreateSolidBrush(screenColour(colour)));
-    FillRect(item.hDC, &area, brush.get());
+    FillRect(item.hDC, &area, brush);
     FrameRect(item.hDC, &area, GetSysColorBrush(COLOR_BTNSHADOW));
     if (item.itemState & ODS_FOCUS) drawFocusMark(item, area);
+}
+
+} // namespace
+
+COLORREF screenColour(Rgb555 colour)
+{
+    const auto [red, green, blue] = toScreenColour(colour);
+    return RGB(red, green, blue);
+}
+
+void drawColourButton(const DRAWITEMSTRUCT& item, Rgb555 colour)
+{
+    const UniqueHandle<HBRUSH, DeleteObject> brush(CreateSolidBrush(screenColour(colour)));
+    drawFilledButton(item, brush.get());
+}
+
+void drawMixedColourButton(const DRAWITEMSTRUCT& item)
+{
+    const UniqueHandle<HBRUSH, DeleteObject> brush(
+        CreateHatchBrush(HS_FDIAGONAL, GetSysColor(COLOR_BTNSHADOW)));
+    SetBkColor(item.hDC, GetSysColor(COLOR_BTNFACE));
+    SetBkMode(item.hDC, OPAQUE);
+    drawFilledButton(item, brush.get());
 }
 
 } // namespace facetor

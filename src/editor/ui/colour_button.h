@@ -14,4 +14,7 @@ COLORREF screenColour(Rgb555 colour);
 /// program's bitmap "IDB_MESH0", laid along the colour's edge.
 void drawColourButton(const DRAWITEMSTRUCT& item, Rgb555 colour);
 
+/// The same of a button that stands for several colours at once: it shows stripes.
+void drawMixedColourButton(const DRAWITEMSTRUCT& item);
+
 } // namespace facetor

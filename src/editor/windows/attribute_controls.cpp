@@ -119,6 +119,29 @@ bool setButton(WorkingAttribute& working, int control, bool checked)
     return true;
 }
 
+bool isCheckBox(int control)
+{
+    return findButton(checkBoxes, control) != nullptr;
+}
+
+AttributeFields fieldOf(int control)
+{
+    constexpr ButtonValue fields[] = {
+        {IDC_ATTRIBUTE_USE_LIGHT, fieldUseLight}, {IDC_ATTRIBUTE_FLIP_H, fieldFlipHorizontal},
+        {IDC_ATTRIBUTE_FLIP_V, fieldFlipVertical}, {IDC_ATTRIBUTE_MESH, fieldMesh},
+        {IDC_ATTRIBUTE_GOURAUD, fieldGouraud},    {IDC_ATTRIBUTE_NEAR_CLIP, fieldNearClip},
+        {IDC_ATTRIBUTE_TEXTURE, fieldTexture},    {IDC_ATTRIBUTE_COLOUR, fieldColour},
+    };
+    if (const ButtonValue* field = findButton(fields, control)) return field->value;
+    if (findButton(materials, control)) return fieldMaterial;
+    if (findButton(modes, control)) return fieldMode;
+    if (findButton(sorts, control)) return fieldSort;
+    if (findButton(planes, control)) return fieldPlane;
+    if (control >= IDC_ATTRIBUTE_COLOUR_0 && control <= IDC_ATTRIBUTE_COLOUR_3)
+        return AttributeFields{fieldGouraudColour} << (control - IDC_ATTRIBUTE_COLOUR_0);
+    return 0;
+}
+
 Rgb555* colourOfButton(WorkingAttribute& working, int control)
 {
     if (control == IDC_ATTRIBUTE_COLOUR) return &working.color;

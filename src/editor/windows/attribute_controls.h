@@ -1,6 +1,6 @@
 #pragma once
 
-#include "attr/working_attribute.h"
+#include "attr/attribute_fields.h"
 
 #include <span>
 
@@ -18,6 +18,11 @@ bool isButtonChecked(const WorkingAttribute& working, int control);
 /// Checks a radio button, or checks or clears a check box, `checked` being its new state. False,
 /// with nothing changed, for every other control.
 bool setButton(WorkingAttribute& working, int control, bool checked);
+
+bool isCheckBox(int control);
+
+/// The field that a control shows; 0 for every other control.
+AttributeFields fieldOf(int control);
 
 /// The colour that a colour button shows and changes; nullptr for every other control.
 Rgb555* colourOfButton(WorkingAttribute& working, int control);

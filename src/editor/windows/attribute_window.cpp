@@ -35,22 +35,63 @@ HWND currentPageWindow(const Editor& editor)
     return editor.attributePages.pages[static_cast<std::size_t>(editor.attributePages.current)];
 }
 
-void showTexture(const Editor& editor)
+bool isMixed(const Editor& editor, int control)
 {
-    SetDlgItemInt(currentPageWindow(editor), IDC_ATTRIBUTE_TEXTURE, editor.workingAttribute.texture,
-                  FALSE);
+    return (editor.attributeEditing.mixed & fieldOf(control)) != 0;
+}
+
+void showTexture(Editor& editor)
+{
+    const HWND page = currentPageWindow(editor);
+    editor.attributeEditing.isRefreshing = true;
+    if (isMixed(editor, IDC_ATTRIBUTE_TEXTURE))
+        SetDlgItemTextA(page, IDC_ATTRIBUTE_TEXTURE, "");
+    else
+        SetDlgItemInt(page, IDC_ATTRIBUTE_TEXTURE, editor.workingAttribute.texture, FALSE);
+    editor.attributeEditing.isRefreshing = false;
+}
+
+/// Sets a check box or radio button. A mixed box has a third state, to which no click brings it
+/// back; of mixed radio buttons none is checked.
+void showButton(const Editor& editor, HWND page, int control)
+{
+    const bool mixed = isMixed(editor, control);
+    if (isCheckBox(control)) {
+        const HWND box = GetDlgItem(page, control);
+        const LONG_PTR style = GetWindowLongPtrA(box, GWL_STYLE) & ~LONG_PTR{BS_TYPEMASK};
+        SetWindowLongPtrA(box, GWL_STYLE, style | (mixed ? BS_3STATE : BS_AUTOCHECKBOX));
+        if (mixed) return (void)CheckDlgButton(page, control, BST_INDETERMINATE);
+    }
+    const bool checked = !mixed && isButtonChecked(editor.workingAttribute, control);
+    CheckDlgButton(page, control, checked ? BST_CHECKED : BST_UNCHECKED);
+}
+
+/// Greys what has nothing to act on.
+void refreshOwnButtons(const Editor& editor)
+{
+    const AttributeEditing& editing = editor.attributeEditing;
+    EnableWindow(GetDlgItem(editor.attributeWindow, IDC_ATTRIBUTE_APPLY_TOUCHED),
+                 editing.touched != 0);
+    EnableWindow(GetDlgItem(editor.attributeWindow, IDC_ATTRIBUTE_PUT), editing.copied.has_value());
 }
 
 /// Sets the controls of the current page from the working attribute.
-void refreshPage(const Editor& editor)
+void refreshPage(Editor& editor)
 {
     const HWND page = currentPageWindow(editor);
-    for (const int control : pageButtons(currentPage(editor)))
-        CheckDlgButton(page, control,
-                       isButtonChecked(editor.workingAttribute, control) ? BST_CHECKED
-                                                                         : BST_UNCHECKED);
+    for (const int control : pageButtons(currentPage(editor))) showButton(editor, page, control);
     if (currentPage(editor) == AttributePage::material) showTexture(editor);
+    refreshOwnButtons(editor);
     RedrawWindow(page, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN); // the colours
+}
+
+/// The user has set a field.
+void touch(Editor& editor, int control)
+{
+    AttributeEditing& editing = editor.attributeEditing;
+    editing.touched |= fieldOf(control);
+    editing.mixed &= ~fieldOf(control);
+    refreshOwnButtons(editor);
 }
 
 void onPageCommand(Editor& editor, HWND page, int control, int notification)
@@ -58,16 +99,26 @@ void onPageCommand(Editor& editor, HWND page, int control, int notification)
     WorkingAttribute& working = editor.workingAttribute;
     if (control == IDC_ATTRIBUTE_TEXTURE) {
         if (notification != EN_CHANGE) return;
-        if (const auto number = parseTextureNumber(windowText(GetDlgItem(page, control))))
+        if (editor.attributeEditing.isRefreshing) return;
+        if (const auto number = parseTextureNumber(windowText(GetDlgItem(page, control)))) {
             working.texture = *number;
+            touch(editor, control);
+        }
         return;
     }
     if (notification != BN_CLICKED) return;
-    if (setButton(working, control, IsDlgButtonChecked(page, control) == BST_CHECKED)) return;
+    // A click on a mixed box, which leaves its state alone, checks it.
+    const bool checked =
+        isMixed(editor, control) || IsDlgButtonChecked(page, control) == BST_CHECKED;
+    if (setButton(working, control, checked)) {
+        touch(editor, control);
+        return showButton(editor, page, control);
+    }
     Rgb555* colour = colourOfButton(working, control);
     if (!colour) return;
     // Over the main window: no other of the editor's windows takes input meanwhile.
     *colour = pickColour(editor.colourPicking, editor.alerts, editor.mainWindow, *colour);
+    touch(editor, control);
     InvalidateRect(GetDlgItem(page, control), nullptr, FALSE);
     SetFocus(GetDlgItem(page, control));
 }
@@ -82,7 +133,10 @@ INT_PTR CALLBACK pageProcedure(HWND page, UINT message, WPARAM wParam, LPARAM lP
     case WM_DRAWITEM: {
         const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
         const auto control = static_cast<int>(item.CtlID);
-        if (const Rgb555* colour = colourOfButton(editor.workingAttribute, control))
+        const Rgb555* colour = colourOfButton(editor.workingAttribute, control);
+        if (colour && isMixed(editor, control))
+            drawMixedColourButton(item);
+        else if (colour)
             drawColourButton(item, *colour);
         return TRUE;
     }
@@ -99,6 +153,16 @@ constexpr TabPage pages[] = {
     {Word::tabOption, "IDD_ATTR_OPTION", pageProcedure},
 };
 static_assert(std::size(pages) == attributePageCount);
+
+/// The picked polygon whose values stand for those that are not mixed: the one that was picked
+/// last, or, when it no longer is, the first one.
+std::optional<std::uint32_t> shownPolygon(const Editor& editor)
+{
+    const Model& model = editor.document.model;
+    const std::optional<std::uint32_t> last = editor.attributeEditing.lastPicked;
+    const bool isLast = last && *last < model.totalPolygonCount && isPicked(model.attributes[*last]);
+    return isLast ? last : firstPicked(model);
+}
 
 /// Shows a message; then the keyboard is back where it was.
 void warn(Editor& editor, Message message)
@@ -121,8 +185,38 @@ bool checkTexture(Editor& editor)
     return false;
 }
 
+/// Gives the picked polygons some fields, of whatever page.
+void give(Editor& editor, const WorkingAttribute& attribute, AttributeFields fields)
+{
+    if (!isAnyPicked(editor.document.model)) return warn(editor, Message::noSelectedPolygons);
+    editModel(editor, Word::stepAttributes, ModelEdit::attributes, [&](Model& edited) {
+        applyFields(edited, attribute, fields, pickedAfterByCtrl());
+    });
+    markModelChanged(editor.document); // also where nothing differs
+}
+
+void onApplyTouched(Editor& editor)
+{
+    AttributeEditing& editing = editor.attributeEditing;
+    if (editing.touched & fieldTexture && !checkTexture(editor)) return;
+    if (editing.touched == 0) return (void)MessageBeep(MB_OK); // by Shift and Apply
+    give(editor, editor.workingAttribute, editing.touched);
+}
+
+/// Keeps the attribute of the polygon that was picked last, if it still is.
+void onCopy(Editor& editor)
+{
+    const Model& model = editor.document.model;
+    AttributeEditing& editing = editor.attributeEditing;
+    const std::optional<std::uint32_t> polygon = shownPolygon(editor);
+    if (!polygon) return warn(editor, Message::noSelectedPolygons);
+    loadWorkingAttribute(editing.copied.emplace(), model, *polygon);
+    refreshOwnButtons(editor);
+}
+
 void onApply(Editor& editor)
 {
+    if (isKeyDown(VK_SHIFT)) return onApplyTouched(editor);
     Model& model = editor.document.model;
     if (!isAnyPicked(model)) return warn(editor, Message::noSelectedPolygons);
     if (!checkTexture(editor)) return;
@@ -148,9 +242,10 @@ bool fillWindow(Editor& editor, HWND window)
     editor.attributePages = createTabPages(window, IDC_ATTRIBUTE_TABS, pages, 0);
     if (editor.attributePages.pages.empty()) return false;
     showTabPage(editor.attributePages, current);
-    refreshPage(editor);
     moveToItsPlace(editor, window);
     editor.attributeWindow = window;
+    refreshPage(editor);
+    showMixedValues(editor);
     // The main loop asks it before the hierarchy window, whichever was opened first.
     editor.modelessDialogs.insert(editor.modelessDialogs.begin(), window);
     return true;
@@ -166,6 +261,20 @@ void onDestroy(Editor& editor)
     refreshMenuState(editor);
 }
 
+void onCommand(Editor& editor, int control)
+{
+    const std::optional<WorkingAttribute>& copied = editor.attributeEditing.copied;
+    switch (control) {
+    case IDOK: return onApply(editor);
+    case IDC_ATTRIBUTE_APPLY_TOUCHED: return onApplyTouched(editor);
+    case IDC_ATTRIBUTE_COPY: return onCopy(editor);
+    case IDC_ATTRIBUTE_PUT:
+        if (copied) give(editor, *copied, allAttributeFields);
+        return;
+    default: return;
+    }
+}
+
 INT_PTR CALLBACK attributeProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     Editor& editor = theEditor();
@@ -178,7 +287,7 @@ INT_PTR CALLBACK attributeProcedure(HWND window, UINT message, WPARAM wParam, LP
             refreshPage(editor);
         return TRUE;
     case WM_COMMAND:
-        if (LOWORD(wParam) == IDOK) onApply(editor);
+        onCommand(editor, LOWORD(wParam));
         return TRUE;
     case WM_CLOSE: DestroyWindow(window); return TRUE;
     case WM_DESTROY: onDestroy(editor); return TRUE;
@@ -204,14 +313,47 @@ void toggleAttributeWindow(Editor& editor)
 void loadWorkingAttribute(Editor& editor, std::uint32_t polygonIndex)
 {
     loadWorkingAttribute(editor.workingAttribute, editor.document.model, polygonIndex);
+    editor.attributeEditing.touched = 0;
+    editor.attributeEditing.lastPicked = polygonIndex;
     if (editor.attributeWindow) refreshPage(editor);
 }
 
 void setWorkingTexture(Editor& editor, std::uint16_t number)
 {
     editor.workingAttribute.texture = number;
+    editor.attributeEditing.touched |= fieldTexture;
+    editor.attributeEditing.mixed &= ~AttributeFields{fieldTexture};
+    if (editor.attributeWindow) refreshOwnButtons(editor);
     if (editor.attributeWindow && currentPage(editor) == AttributePage::material)
         showTexture(editor);
+}
+
+void showMixedValues(Editor& editor)
+{
+    AttributeEditing& editing = editor.attributeEditing;
+    if (!editor.attributeWindow || !editing.showsMixed) return;
+    const Model& model = editor.document.model;
+    WorkingAttribute shown = editor.workingAttribute;
+    if (const auto polygon = shownPolygon(editor)) {
+        WorkingAttribute values;
+        loadWorkingAttribute(values, model, *polygon);
+        copyFields(shown, values, allAttributeFields & ~editing.touched);
+    }
+    const AttributeFields mixed = mixedFields(model) & ~editing.touched;
+    if (mixed == editing.mixed && shown == editor.workingAttribute) return;
+    editing.mixed = mixed;
+    editor.workingAttribute = shown;
+    refreshPage(editor);
+}
+
+void toggleMixedValues(Editor& editor)
+{
+    AttributeEditing& editing = editor.attributeEditing;
+    editing.showsMixed = !editing.showsMixed;
+    editing.mixed = 0;
+    if (editor.attributeWindow) refreshPage(editor);
+    showMixedValues(editor);
+    refreshMenuState(editor);
 }
 
 } // namespace facetor

@@ -19,4 +19,11 @@ void loadWorkingAttribute(Editor& editor, std::uint32_t polygonIndex);
 /// it when Material is its current page, else when that page is shown next.
 void setWorkingTexture(Editor& editor, std::uint16_t number);
 
+/// Brings the open window up to date with the picked polygons, where it shows which fields are not
+/// the same in all of them: what was not touched shows their values.
+void showMixedValues(Editor& editor);
+
+/// Makes the window show that, or no longer.
+void toggleMixedValues(Editor& editor);
+
 } // namespace facetor

@@ -81,6 +81,7 @@ void refreshMenuState(Editor& editor)
                           .hierarchyShown = editor.hierarchyWindow != nullptr,
                           .texturesShown = editor.textureWindow.window != nullptr,
                           .sliceShown = editor.slice.shown,
+                          .mixedShown = editor.attributeEditing.showsMixed,
                           .resendsOnSave = editor.resendsOnSave,
                           .menuTool = editor.toolBox.menuTool,
                           .cameraStored = editor.view.cameraStored};

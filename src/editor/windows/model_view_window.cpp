@@ -128,6 +128,7 @@ void requestRedraw(Editor& editor)
         editor.band = RubberBand{}; // the tool may have been changed while one was open
     moveModel(editor);
     refreshMenuState(editor);
+    showMixedValues(editor);
     editor.view.frameNeedsDrawing = true;
     InvalidateRect(editor.mainWindow, nullptr, FALSE);
 }
