@@ -37,6 +37,7 @@ TEST(ScreenDialog, ShowsAndChangesProjectionAndViewAngle)
     savePicture(editor.pictureOf(dialog.window), "screen-dialog");
     moveSlider(dialog, 4);
     EXPECT_TRUE(itemText(dialog, IDC_SCREEN_LABEL).ends_with(" = 40"));
+    EXPECT_EQ(editor.ask([](Editor& e) { return e.view.viewAngle; }), 7281) << "seen at once";
     CheckRadioButton(dialog.window, IDC_SCREEN_PARALLEL, IDC_SCREEN_PERSPECTIVE,
                      IDC_SCREEN_PARALLEL);
     editor.closeDialog(dialog, IDCANCEL);
@@ -131,6 +132,7 @@ TEST(LightDialog, APointOfTheGlobeIsADirection)
         EXPECT_EQ(e.light.point.y, marker.y);
     });
     pressAt(dialog, inPicker(dialog, 0.3, 0.3));
+    EXPECT_NE(lightOf(editor).x, light.x) << "seen at once";
     editor.closeDialog(dialog, IDCANCEL);
     EXPECT_EQ(lightOf(editor).x, light.x);
     editor.call([&](Editor& e) {

@@ -58,16 +58,32 @@ void fillDialog(HWND dialog, LightDialog& state)
                      choice.side == LightSide::fore ? IDC_LIGHT_FORE : IDC_LIGHT_BACK);
 }
 
-void takeDialog(HWND dialog, LightDialog& state)
+LightSide chosenSide(HWND dialog)
 {
-    LightChoice& choice = state.editor.light;
-    choice.point = state.point;
-    choice.side = IsDlgButtonChecked(dialog, IDC_LIGHT_BACK) == BST_CHECKED ? LightSide::back
-                                                                            : LightSide::fore;
+    return IsDlgButtonChecked(dialog, IDC_LIGHT_BACK) == BST_CHECKED ? LightSide::back
+                                                                     : LightSide::fore;
+}
+
+/// Gives the view the light as it is chosen.
+void lightView(HWND dialog, LightDialog& state)
+{
     View& view = state.editor.view;
-    view.lightDirection = lightDirection(state.picker, state.point, choice.side);
+    view.lightDirection = lightDirection(state.picker, state.point, chosenSide(dialog));
     view.lightColour = state.light;
     view.ambientColour = state.ambient;
+}
+
+void takeDialog(HWND dialog, LightDialog& state)
+{
+    state.editor.light = {state.point, chosenSide(dialog)};
+    lightView(dialog, state);
+}
+
+/// Lets the view show what is chosen, before it is decided.
+void preview(HWND dialog, LightDialog& state)
+{
+    lightView(dialog, state);
+    requestRedraw(state.editor);
 }
 
 /// Draws the globe and the marker; `area` is where, all in the pixels of the device context.
@@ -135,6 +151,7 @@ void moveMarker(HWND dialog, LightDialog& state, ScreenPoint point)
     if (!state.picker.contains(point)) return;
     state.point = point;
     InvalidateRect(GetDlgItem(dialog, IDC_LIGHT_PICKER), nullptr, FALSE);
+    preview(dialog, state);
 }
 
 void onArrowKey(HWND dialog, LightDialog& state, WPARAM key)
@@ -165,6 +182,8 @@ void onCommand(HWND dialog, LightDialog& state, int control)
 {
     Editor& editor = state.editor;
     switch (control) {
+    case IDC_LIGHT_FORE:
+    case IDC_LIGHT_BACK: return preview(dialog, state);
     case IDC_LIGHT_COLOUR:
         state.light = pickColour(editor.colourPicking, editor.alerts, dialog, state.light);
         break;
@@ -176,6 +195,7 @@ void onCommand(HWND dialog, LightDialog& state, int control)
     default: return;
     }
     InvalidateRect(GetDlgItem(dialog, control), nullptr, FALSE);
+    preview(dialog, state);
 }
 
 INT_PTR CALLBACK lightProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
@@ -206,8 +226,16 @@ INT_PTR CALLBACK lightProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM
 
 void showLightDialog(Editor& editor)
 {
-    LightDialog state{editor, {}, {}, editor.view.lightColour, editor.view.ambientColour};
-    runDialog(editor.mainWindow, "IDD_LIGHT", lightProcedure, reinterpret_cast<LPARAM>(&state));
+    View& view = editor.view;
+    LightDialog state{editor, {}, {}, view.lightColour, view.ambientColour};
+    const Vector3 direction = view.lightDirection;
+    const Rgb555 light = view.lightColour, ambient = view.ambientColour;
+    if (runDialog(editor.mainWindow, "IDD_LIGHT", lightProcedure,
+                  reinterpret_cast<LPARAM>(&state)) != IDOK) {
+        view.lightDirection = direction;
+        view.lightColour = light;
+        view.ambientColour = ambient;
+    }
     requestRedraw(editor);
 }
 

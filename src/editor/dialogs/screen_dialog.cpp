@@ -52,15 +52,33 @@ void takeDialog(HWND dialog, View& view)
     view.perspective = IsDlgButtonChecked(dialog, IDC_SCREEN_PERSPECTIVE) == BST_CHECKED;
 }
 
+/// Lets the view show what is set, before it is decided.
+void preview(HWND dialog)
+{
+    takeDialog(dialog, theEditor().view);
+    requestRedraw(theEditor());
+}
+
+void onCommand(HWND dialog, int control)
+{
+    switch (control) {
+    case IDC_SCREEN_PARALLEL:
+    case IDC_SCREEN_PERSPECTIVE: return preview(dialog);
+    case IDOK: takeDialog(dialog, theEditor().view); [[fallthrough]];
+    case IDCANCEL: EndDialog(dialog, control); return;
+    default: return;
+    }
+}
+
 INT_PTR CALLBACK screenProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM)
 {
     switch (message) {
     case WM_INITDIALOG: fillDialog(dialog, theEditor().view); return TRUE;
-    case WM_HSCROLL: showAngle(dialog); return TRUE;
-    case WM_COMMAND:
-        if (LOWORD(wParam) == IDOK) takeDialog(dialog, theEditor().view);
-        if (LOWORD(wParam) == IDOK || LOWORD(wParam) == IDCANCEL) EndDialog(dialog, LOWORD(wParam));
+    case WM_HSCROLL:
+        showAngle(dialog);
+        preview(dialog);
         return TRUE;
+    case WM_COMMAND: onCommand(dialog, LOWORD(wParam)); return TRUE;
     default: return FALSE;
     }
 }
@@ -71,7 +89,12 @@ void showScreenDialog(Editor& editor)
 {
     const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_BAR_CLASSES};
     InitCommonControlsEx(&classes);
-    runDialog(editor.mainWindow, "IDD_SCREEN", screenProcedure);
+    const Angle angle = editor.view.viewAngle;
+    const bool perspective = editor.view.perspective;
+    if (runDialog(editor.mainWindow, "IDD_SCREEN", screenProcedure) != IDOK) {
+        editor.view.viewAngle = angle;
+        editor.view.perspective = perspective;
+    }
     requestRedraw(editor);
 }
 
