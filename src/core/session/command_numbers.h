@@ -113,5 +113,7 @@
 #define IDM_HIDE_PICKED 40209
 #define IDM_SHOW_HIDDEN 40210
 #define IDM_SHOW_MIXED 40213
+#define IDM_FILE_SAVE_PICTURE 40214
+#define IDM_FILE_COPY_PICTURE 40215
 #define IDM_HIERARCHY_PICK 40211 // of the hierarchy window alone
 #define IDM_HIERARCHY_LINK 40212 // of the hierarchy window alone

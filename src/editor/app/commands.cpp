@@ -7,6 +7,7 @@
 #include "commands/import_commands.h"
 #include "commands/keep_commands.h"
 #include "commands/model_commands.h"
+#include "commands/picture_commands.h"
 #include "commands/plug_in_commands.h"
 #include "commands/select_commands.h"
 #include "commands/send_target.h"
@@ -268,6 +269,8 @@ constexpr Command commands[] = {
     {inMain, IDM_VIEW_FIT, IDM_VIEW_FIT_PICKED, onFrame},
     {inMain, IDM_SELECT_INVERT, IDM_SHOW_HIDDEN, onSelectMore},
     {inMain, IDM_SHOW_MIXED, IDM_SHOW_MIXED, perform<toggleMixedValues>},
+    {inMain, IDM_FILE_SAVE_PICTURE, IDM_FILE_SAVE_PICTURE, perform<savePicture>},
+    {inMain, IDM_FILE_COPY_PICTURE, IDM_FILE_COPY_PICTURE, perform<copyPicture>},
     {inTextures, IDM_FILE_OPEN_PATH, IDM_FILE_OPEN_PATH, openPath<openTexturePath>, Flag::keep,
      Flag::clearOnSuccess},
     // What the question about unsaved textures sends; here it means this window's own Save as.

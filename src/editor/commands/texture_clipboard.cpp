@@ -25,21 +25,22 @@ UniqueGlobal packedBlock(const TextureSlot& texture)
     return block;
 }
 
-bool putOnClipboard(HWND owner, UniqueGlobal block)
+} // namespace
+
+bool putOnClipboard(HWND owner, const TextureSlot& texture)
 {
+    UniqueGlobal block = packedBlock(texture);
+    if (!block) return false;
     const OpenedClipboard clipboard(owner);
     if (!clipboard || !EmptyClipboard() || !SetClipboardData(CF_DIB, block.get())) return false;
     (void)block.release(); // the clipboard owns the memory now
     return true;
 }
 
-} // namespace
-
 CommandOutcome copyTexture(Editor& editor)
 {
     const TextureList& list = editor.document.textures;
-    UniqueGlobal block = packedBlock(list.slot(list.current));
-    if (block && putOnClipboard(editor.mainWindow, std::move(block))) return CommandOutcome::done;
+    if (putOnClipboard(editor.mainWindow, list.slot(list.current))) return CommandOutcome::done;
     alert(editor.alerts, editor.mainWindow, Message::outOfMemory, AlertStyle::exclamation);
     return CommandOutcome::abandoned;
 }

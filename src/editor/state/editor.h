@@ -74,6 +74,10 @@ struct FileDialogs {
     FileDialog exportModel{.kinds = {{Word::objFiles, "*.obj"}, {Word::glbFiles, "*.glb"}},
                            .folder = {},
                            .defaultExtension = "obj"};
+    FileDialog savePicture{
+        .kinds = {{Word::pictureFiles, "*.png"}, {Word::pictureFilesCut, "*.png"}},
+        .folder = {},
+        .defaultExtension = "png"};
     FileDialog importTextures{}; ///< these two with the filters of the plug-ins
     FileDialog exportTextures{};
 };
