@@ -1,7 +1,10 @@
 #include "get_color/chosen_colour.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <cstdint>
+#include <system_error>
 
 namespace facetor {
 
@@ -21,6 +24,29 @@ float hueShare(float hue, float centre)
     float distance = std::abs(hue * sectors - centre);
     distance = std::min(distance, sectors - distance); // the other way round the circle
     return std::clamp(2 - distance, 0.0f, 1.0f);
+}
+
+std::string hexDigits(std::uint32_t value, int digits)
+{
+    std::string text;
+    while (digits-- > 0) text += "0123456789ABCDEF"[value >> 4 * digits & 15];
+    return text;
+}
+
+/// A number of at most so many hexadecimal digits.
+std::optional<std::uint32_t> parseHexDigits(std::string_view text, std::size_t most)
+{
+    for (const std::string_view prefix : {"0x", "0X", "#"})
+        if (text.starts_with(prefix)) {
+            text.remove_prefix(prefix.size());
+            break;
+        }
+    std::uint32_t value = 0;
+    const auto [end, error] =
+        std::from_chars(text.data(), text.data() + text.size(), value, 16);
+    if (text.size() > most || error != std::errc{} || end != text.data() + text.size())
+        return std::nullopt;
+    return value;
 }
 
 } // namespace
@@ -71,6 +97,32 @@ std::optional<int> parseStep(std::string_view text)
     int step = 0;
     for (const char digit : text) step = std::min(10 * step + (digit - '0'), mostStep);
     return step;
+}
+
+std::string formatWord(Rgb555 colour)
+{
+    return hexDigits(colour & ~std::uint32_t{opaqueBit}, 4);
+}
+
+std::string formatHex(Rgb555 colour)
+{
+    const auto [red, green, blue] = toScreenColour(colour);
+    return hexDigits(std::uint32_t{red} << 16 | std::uint32_t{green} << 8 | blue, 6);
+}
+
+std::optional<Rgb555> parseWord(std::string_view text)
+{
+    const auto value = parseHexDigits(text, 4);
+    return value ? std::optional(static_cast<Rgb555>(*value & ~std::uint32_t{opaqueBit}))
+                 : std::nullopt;
+}
+
+std::optional<Rgb555> parseHex(std::string_view text)
+{
+    const auto value = parseHexDigits(text, 6);
+    if (!value) return std::nullopt;
+    const auto component = [&](int shift) { return static_cast<int>(*value >> shift & 31); };
+    return rgb555(component(19), component(11), component(3));
 }
 
 void choose(ChosenColour& chosen, Rgb555 colour)

@@ -3,6 +3,7 @@
 #include "base/colour.h"
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace facetor {
@@ -34,6 +35,16 @@ Rgb555 withChannel(Rgb555 colour, Channel channel, int step);
 
 /// The step that a text of digits names, 31 for a greater number; none for any other text.
 std::optional<int> parseStep(std::string_view text);
+
+// A colour as a text of hexadecimal digits, in large letters, as the programmer has it in a source:
+// the word as the editor holds it, 4 digits with red in its high bits and bit 15 clear, and 6 digits
+// of 8 bits each of red, green and blue. Read, both may have "0x" or "#" before them, any case, and
+// fewer digits; bit 15 and the low three bits of a component of 8 do not count. None for any other
+// text.
+std::string formatWord(Rgb555 colour);
+std::string formatHex(Rgb555 colour);
+std::optional<Rgb555> parseWord(std::string_view text);
+std::optional<Rgb555> parseHex(std::string_view text);
 
 /// The colour that the user works on. Hue, saturation and value are kept beside the 15-bit colour,
 /// since they do not follow from it where it is grey or black.

@@ -12,6 +12,8 @@
 #include <array>
 #include <cmath>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace facetor {
@@ -42,6 +44,19 @@ constexpr ChannelControls channels[] = {
     {Channel::red, IDC_RED_STRIP, IDC_RED_NUMBER, IDC_RED_SPIN},
     {Channel::green, IDC_GREEN_STRIP, IDC_GREEN_NUMBER, IDC_GREEN_SPIN},
     {Channel::blue, IDC_BLUE_STRIP, IDC_BLUE_NUMBER, IDC_BLUE_SPIN},
+};
+
+/// A field that holds the whole colour as a text.
+struct ColourText {
+    int control;
+    std::size_t longest; ///< with "0x"
+    std::string (*format)(Rgb555);
+    std::optional<Rgb555> (*parse)(std::string_view);
+};
+
+constexpr ColourText texts[] = {
+    {IDC_WORD, 6, formatWord, parseWord},
+    {IDC_HEX, 8, formatHex, parseHex},
 };
 
 ColourDialog& stateOf(HWND dialog)
@@ -198,6 +213,9 @@ void refresh(HWND dialog, ColourDialog& state, int typedInto = 0)
             SetDlgItemInt(dialog, controls.number, static_cast<UINT>(step), FALSE);
         InvalidateRect(GetDlgItem(dialog, controls.strip), nullptr, FALSE);
     }
+    for (const ColourText& text : texts)
+        if (text.control != typedInto)
+            SetDlgItemTextA(dialog, text.control, text.format(state.chosen.colour).c_str());
     state.refreshing = false;
     for (const int control : {IDC_FIELD, IDC_VALUE, IDC_SAMPLE, IDC_RECENT})
         InvalidateRect(GetDlgItem(dialog, control), nullptr, FALSE);
@@ -309,10 +327,27 @@ void onNumber(HWND dialog, ColourDialog& state, int control, int notification)
     refresh(dialog, state, control);
 }
 
+void onText(HWND dialog, ColourDialog& state, int control, int notification)
+{
+    const auto* text = std::ranges::find(texts, control, &ColourText::control);
+    if (text == std::end(texts) || state.refreshing) return;
+    if (notification == EN_KILLFOCUS) refresh(dialog, state);
+    if (notification != EN_CHANGE) return;
+    std::array<char, 16> typed{};
+    const UINT length =
+        GetDlgItemTextA(dialog, control, typed.data(), static_cast<int>(typed.size()));
+    const auto colour = text->parse({typed.data(), length});
+    if (!colour) return; // while it is being typed
+    choose(state.chosen, *colour);
+    refresh(dialog, state, control);
+}
+
 // The dialog.
 
 void fillDialog(HWND dialog, ColourDialog& state)
 {
+    for (const ColourText& text : texts)
+        SendDlgItemMessageA(dialog, text.control, EM_SETLIMITTEXT, text.longest, 0);
     for (const ChannelControls& controls : channels) {
         SendDlgItemMessageA(dialog, controls.number, EM_SETLIMITTEXT, 2, 0);
         SendDlgItemMessageA(dialog, controls.spin, UDM_SETRANGE32, 0, channelSteps - 1);
@@ -326,8 +361,10 @@ void onCommand(HWND dialog, ColourDialog& state, int control, int notification)
     if (control == IDOK) remember(state.recent, state.chosen.colour);
     if (control == IDOK || control == IDCANCEL)
         EndDialog(dialog, control);
-    else
+    else {
         onNumber(dialog, state, control, notification);
+        onText(dialog, state, control, notification);
+    }
 }
 
 INT_PTR CALLBACK colourProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)

@@ -14,3 +14,5 @@
 #define IDC_RED_SPIN 130
 #define IDC_GREEN_SPIN 131
 #define IDC_BLUE_SPIN 132
+#define IDC_WORD 140
+#define IDC_HEX 141

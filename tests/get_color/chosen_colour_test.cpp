@@ -23,6 +23,19 @@ TEST(ChosenColour, AStepIsReadFromDigitsOnly)
     EXPECT_EQ(parseStep("99999999999999999999"), 31);
 }
 
+TEST(ChosenColour, AWordAndHexadecimalDigitsNameIt)
+{
+    EXPECT_EQ(formatWord(0x8000 | rgb555(1, 2, 31)), "045F");
+    EXPECT_EQ(formatHex(rgb555(1, 2, 31)), "0810F8");
+    for (const char* text : {"045F", "0x45f", "845F"})
+        EXPECT_EQ(parseWord(text), rgb555(1, 2, 31)) << text;
+    for (const char* text : {"0810F8", "#0F17ff", "0X810F8"})
+        EXPECT_EQ(parseHex(text), rgb555(1, 2, 31)) << text;
+    for (const char* text : {"", "0x", "-1", "4G", "12345", " 1"})
+        EXPECT_FALSE(parseWord(text)) << text;
+    EXPECT_FALSE(parseHex("1234567"));
+}
+
 TEST(ChosenColour, GreyAndBlackKeepWhatTheUserChoseBefore)
 {
     ChosenColour chosen;
