@@ -2,13 +2,19 @@
 // receives its own module first, which none needs.
 
 #include "base/file.h"
+#include "base/text.h"
 #include "image/bitmap_conversion.h"
+#include "image/bmp_codec.h"
+#include "image/png_codec.h"
+#include "image/tga_codec.h"
 #include "images/plug_in_codec.h"
 
 #include <windows.h>
 
 #include <exception>
 #include <string>
+#include <string_view>
+#include <utility>
 
 namespace {
 
@@ -36,6 +42,17 @@ const std::optional<ImageInfo>& infoOf(const char* path)
 {
     if (told.path != path) (void)lookAt(path);
     return told.info;
+}
+
+/// What writes a file: the kind that its extension says, of those that can be written, and the
+/// plug-in's own for every other name.
+const ImageCodec& writerOf(const char* path)
+{
+    constexpr std::pair<std::string_view, const ImageCodec*> kinds[] = {
+        {"bmp", &bmpCodec}, {"png", &pngCodec}, {"tga", &tgaCodec}};
+    for (const auto& [extension, codec] : kinds)
+        if (equalIgnoringCase(extensionOf(path), extension)) return *codec;
+    return plugInCodec;
 }
 
 /// Keeps the library in the process from its first call on. The run-time linked into it takes a
@@ -118,7 +135,7 @@ int WINAPI scvPutFileImageBits(HINSTANCE, const char* path, const void* pixels, 
             static_cast<std::uint32_t>(*width), static_cast<std::uint32_t>(*height), {}};
         image.texels = {static_cast<const Rgb555*>(pixels),
                         std::size_t{image.width} * image.height};
-        const Bytes file = plugInCodec.encode(image);
+        const Bytes file = writerOf(path).encode(image);
         return !file.empty() && writeFile(path, file) == Message::none ? 0 : 1;
     });
 }

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "dialogs/export_dialog.h"
+#include "dialogs/report_dialog.h"
 #include "plug_ins/plug_ins.h"
 #include "state/editor.h"
 #include "ui/handles.h"
@@ -10,11 +11,17 @@
 #include "windows/model_view_window.h"
 #include "windows/texture_window.h"
 
+#include <optional>
+#include <string>
+#include <string_view>
 #include <utility>
 
 namespace facetor {
 
 namespace {
+
+/// How the names of our plug-ins for pictures of every kind begin.
+constexpr std::string_view allKindsPrefix = "Various";
 
 /// Shows why something is not done. A library that is gone or broken is the graver matter.
 CommandOutcome refuse(Editor& editor, const InputFault& fault)
@@ -31,20 +38,31 @@ const UniqueModule& plugInNamed(Editor& editor, const std::string& file)
     return loadPlugIn(editor.loadedPlugIns, editor.plugIns.folder + "\\" + file);
 }
 
-/// Puts one image into a slot, or shows why not.
-bool importOne(Editor& editor, const ImageSource& source, std::uint32_t slot)
+/// Puts one image into a slot. None, or why not.
+std::optional<InputFault> importOne(Editor& editor, const ImageSource& source, std::uint32_t slot)
 {
-    ImportedImage image;
-    {
-        const WaitCursor waiting;
-        image = importImage(source, editor.transparentColour);
-    }
-    if (image.fault) {
-        (void)refuse(editor, *image.fault);
-        return false;
-    }
-    editor.document.textures.set(slot, image.width, image.height, std::move(image.pixels));
-    return true;
+    const WaitCursor waiting;
+    ImportedImage image = importImage(source, editor.transparentColour);
+    if (!image.fault)
+        editor.document.textures.set(slot, image.width, image.height, std::move(image.pixels));
+    return image.fault;
+}
+
+/// A line of the list of what was refused.
+std::string refusalLine(const Editor& editor, const std::string& path, const InputFault& fault)
+{
+    const std::string reason = expandPlaceholders(
+        loadCatalogueText(editor.mainWindow, fault.message),
+        loadCatalogueText(editor.mainWindow, fault.word1),
+        loadCatalogueText(editor.mainWindow, fault.word2));
+    return path.substr(folderOf(path).size()) + ": " + reason + "\r\n";
+}
+
+/// Whether a plug-in is one of ours that reads pictures of every kind.
+bool readsAllKinds(const std::string& file)
+{
+    return equalIgnoringCase(std::string_view(file).substr(0, allKindsPrefix.size()),
+                             allKindsPrefix);
 }
 
 /// Writes one slot as an image, or shows why not.
@@ -99,17 +117,27 @@ CommandOutcome importTextures(Editor& editor)
     if (!chosen || chosen->filter < 1 || chosen->filter > list.files.size())
         return CommandOutcome::abandoned;
     if (chosen->paths.empty()) return refuse(editor, {Message::outOfMemory});
-    const UniqueModule& plugIn = plugInNamed(editor, list.files[chosen->filter - 1]);
+    const std::string& file = list.files[chosen->filter - 1];
+    const UniqueModule& plugIn = plugInNamed(editor, file);
     const std::uint32_t first = editor.document.textures.current;
     const std::uint32_t count = importCount(first, chosen->paths.size());
+    const bool closesUp = readsAllKinds(file);
+    std::string refused;
+    std::optional<InputFault> fault;
     (void)change(editor.document, Word::stepImport, [&] {
         Progress progress(editor.mainWindow, Word::importing, count);
+        std::uint32_t slot = first;
         // One that fails does not keep the others out.
-        for (std::uint32_t i = 0; i < count && progress.goesOn(chosen->paths[i]); ++i)
-            (void)importOne(editor, imageSource(plugIn, chosen->paths[i]), first + i);
+        for (std::uint32_t i = 0; i < count && progress.goesOn(chosen->paths[i]); ++i) {
+            fault = importOne(editor, imageSource(plugIn, chosen->paths[i]), slot);
+            if (fault) refused += refusalLine(editor, chosen->paths[i], *fault);
+            if (!fault || !closesUp) ++slot;
+        }
         return EditOutcome{};
     });
     showImported(editor);
+    if (chosen->paths.size() == 1 && fault) (void)refuse(editor, *fault);
+    else if (!refused.empty()) showReport(editor.mainWindow, refused);
     return CommandOutcome::done;
 }
 
@@ -119,12 +147,12 @@ CommandOutcome importTexturePath(Editor& editor, const std::string& path)
         const ImageSource source = imageSource(plugInNamed(editor, file), path);
         if (!source.check) return refuse(editor, {Message::noPlugIn});
         if (!source.check()) continue;
-        bool imported = false;
+        std::optional<InputFault> fault;
         (void)change(editor.document, Word::stepImport, [&] {
-            imported = importOne(editor, source, editor.document.textures.current);
+            fault = importOne(editor, source, editor.document.textures.current);
             return EditOutcome{};
         });
-        if (!imported) return CommandOutcome::abandoned;
+        if (fault) return refuse(editor, *fault);
         showImported(editor);
         return CommandOutcome::done;
     }
