@@ -115,5 +115,8 @@
 #define IDM_SHOW_MIXED 40213
 #define IDM_FILE_SAVE_PICTURE 40214
 #define IDM_FILE_COPY_PICTURE 40215
+#define IDM_VIEW_ZOOM_1 40216
+#define IDM_VIEW_ZOOM_2 40217
+#define IDM_VIEW_ZOOM_3 40218
 #define IDM_HIERARCHY_PICK 40211 // of the hierarchy window alone
 #define IDM_HIERARCHY_LINK 40212 // of the hierarchy window alone

@@ -1,6 +1,7 @@
 #include "session/menu_state.h"
 
 #include "session/command_numbers.h"
+#include "session/session_text.h"
 
 #include <algorithm>
 #include <cassert>
@@ -44,6 +45,8 @@ std::vector<CommandState> menuState(const MenuFacts& facts)
         states.push_back({command, facts.anyPicked, false});
     states.push_back({IDM_SHOW_HIDDEN, facts.anyHidden, false});
     states.push_back({IDM_SHOW_MIXED, true, facts.mixedShown});
+    for (int zoom = 1; zoom <= mostViewZoom; ++zoom)
+        states.push_back({IDM_VIEW_ZOOM_1 + zoom - 1, true, zoom == facts.zoom});
     return states;
 }
 

@@ -15,6 +15,7 @@ struct MenuFacts {
     bool isImported = false;                          ///< the model, from a file that is known
     bool hasImportReport = false;
     bool anyPicked = false; ///< at least one polygon is marked
+    int zoom = 1;           ///< of the view
     bool anyHidden = false; ///< and at least one is out of sight
     bool toolBoxShown = false;
     bool attributesShown = false;

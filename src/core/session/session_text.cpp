@@ -101,6 +101,9 @@ void parseLine(SessionRecord& session, std::string_view key, std::string_view va
     for (const FilesKey& known : filesKeys)
         if (key == known.key && (session.*known.files).size() < recentFileCapacity)
             (session.*known.files).emplace_back(value);
+    if (key == "Zoom")
+        if (const auto zoom = parseWhole(value); zoom && *zoom >= 1 && *zoom <= mostViewZoom)
+            session.zoom = *zoom;
     if (key == "LastTextureList") session.lastTextureList = value;
     if (key == "Imported" && session.imports.sources.size() < rememberedImports)
         if (const auto options = cutOptions(value); options && !value.empty())
@@ -138,6 +141,7 @@ std::string formatSession(const SessionRecord& session)
     };
     for (const SwitchKey& known : switchKeys)
         add(known.key, session.*known.value ? "TRUE" : "FALSE");
+    add("Zoom", std::to_string(session.zoom));
     for (const FilesKey& known : filesKeys)
         for (const std::string& path : session.*known.files)
             if (fitsLine(path)) add(known.key, path);

@@ -17,8 +17,12 @@ struct SessionRecord {
     bool keepsVersions = true, keepsRecovery = true;
     bool treeLinked = false; ///< the hierarchy window with what is picked
     bool mixedShown = false; ///< in the attribute window
+    int zoom = 1;            ///< of the view, 1 to mostViewZoom
     ImportMemory imports; ///< the last ones, at most rememberedImports of each kind
 };
+
+/// How many pixels of the screen a pixel of the view can take, across and down.
+inline constexpr int mostViewZoom = 3;
 
 inline constexpr std::size_t rememberedImports = 32;
 

@@ -100,6 +100,12 @@ CommandOutcome onFixedView(Editor& editor, int number, LPARAM)
     return CommandOutcome::done;
 }
 
+CommandOutcome onZoom(Editor& editor, int number, LPARAM)
+{
+    setViewZoom(editor, number - IDM_VIEW_ZOOM_1 + 1);
+    return CommandOutcome::done;
+}
+
 CommandOutcome onFrame(Editor& editor, int number, LPARAM)
 {
     frameInView(editor, number == IDM_VIEW_FIT_PICKED ? Framed::picked : Framed::model);
@@ -271,6 +277,7 @@ constexpr Command commands[] = {
     {inMain, IDM_SHOW_MIXED, IDM_SHOW_MIXED, perform<toggleMixedValues>},
     {inMain, IDM_FILE_SAVE_PICTURE, IDM_FILE_SAVE_PICTURE, perform<savePicture>},
     {inMain, IDM_FILE_COPY_PICTURE, IDM_FILE_COPY_PICTURE, perform<copyPicture>},
+    {inMain, IDM_VIEW_ZOOM_1, IDM_VIEW_ZOOM_3, onZoom},
     {inTextures, IDM_FILE_OPEN_PATH, IDM_FILE_OPEN_PATH, openPath<openTexturePath>, Flag::keep,
      Flag::clearOnSuccess},
     // What the question about unsaved textures sends; here it means this window's own Save as.

@@ -205,14 +205,14 @@ LRESULT CALLBACK mainWindowProcedure(HWND window, UINT message, WPARAM wParam, L
         return 0;
     case WM_TIMER: onTimer(editor, wParam); return 0;
     case WM_MOUSEMOVE:
-        onMouseMove(editor, latestPosition(window, wParam, lParam), wParam);
+        onMouseMove(editor, viewPosition(editor, latestPosition(window, wParam, lParam)), wParam);
         return 0;
     case WM_NCMOUSEMOVE: onCursorLeft(editor); break; // the frame's own buttons need it as well
-    case WM_LBUTTONDOWN: onLeftButtonDown(editor, mousePosition(lParam)); return 0;
+    case WM_LBUTTONDOWN: onLeftButtonDown(editor, viewPosition(editor, mousePosition(lParam))); return 0;
     case WM_LBUTTONUP: onLeftButtonUp(editor); return 0;
     case WM_LBUTTONDBLCLK:
         if (editor.toolBox.tool == ViewTool::selectPolygons)
-            selectConnectedAt(editor, mousePosition(lParam));
+            selectConnectedAt(editor, viewPosition(editor, mousePosition(lParam)));
         return 0;
     case WM_RBUTTONDOWN: onRightButtonDown(editor, mousePosition(lParam), wParam); return 0;
     case WM_RBUTTONUP: onRightButtonUp(editor); return 0;
@@ -221,7 +221,7 @@ LRESULT CALLBACK mainWindowProcedure(HWND window, UINT message, WPARAM wParam, L
         break;
     // What begins with Alt held goes on to the system as well, which would open the menu otherwise.
     case WM_SYSKEYDOWN: onTurningKey(editor, wParam); break;
-    case WM_MBUTTONDOWN: onMiddleButtonDown(editor, mousePosition(lParam)); break;
+    case WM_MBUTTONDOWN: onMiddleButtonDown(editor, viewPosition(editor, mousePosition(lParam))); break;
     case WM_MBUTTONUP: onMiddleButtonUp(editor); return 0;
     case WM_CAPTURECHANGED: onMiddleButtonUp(editor); return 0;
     case WM_MOUSEWHEEL:

@@ -77,6 +77,7 @@ void applySession(Editor& editor, bool hasSettings)
     editor.keeper.enabled = session.keepsRecovery;
     editor.treeLinked = session.treeLinked;
     editor.attributeEditing.showsMixed = session.mixedShown;
+    editor.zoom = session.zoom;
     if (!hasSettings) return; // deleted, to begin anew
     completePaths(editor.recentModels, session.modelFiles);
     completePaths(editor.recentTextures, session.textureFiles);
@@ -97,6 +98,7 @@ void writeSession(const Editor& editor)
     session.keepsVersions = editor.keepsVersions;
     session.keepsRecovery = editor.keeper.enabled;
     session.treeLinked = editor.treeLinked;
+    session.zoom = editor.zoom;
     session.mixedShown = editor.attributeEditing.showsMixed;
     session.imports = editor.imports;
     const std::string text = formatSession(session), path = sessionPath(editor.settingsPath);

@@ -28,7 +28,7 @@ void bakeGouraudTable(Editor& editor)
 {
     editModel(editor, Word::stepGouraudTable, ModelEdit::gouraudTable, [&](Model& model) {
         // A frame listed now leaves the present camera and light in the engine.
-        listFrame(editor.view, editor.engine, model, clientSize(editor.mainWindow));
+        listFrame(editor.view, editor.engine, model, viewSize(editor));
         buildGouraudTable(model, editor.engine.stack, editor.engine.settings.light);
     });
 }
@@ -49,7 +49,7 @@ void step(Editor& editor, Direction direction)
     const std::string textureFile = document.textureFile;
     const bool otherModel = takeStep(document, direction);
     if (otherModel)
-        fitModel(editor.view, editor.engine, document.model, clientSize(editor.mainWindow));
+        fitModel(editor.view, editor.engine, document.model, viewSize(editor));
     showTitle(editor);
     if (document.textureFile != textureFile) showTextureTitle(editor, {});
     refreshHierarchyTree(editor);

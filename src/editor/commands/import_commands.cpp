@@ -89,7 +89,7 @@ CommandOutcome importNew(Editor& editor, const std::string& path, const ImportOp
     (void)change(document, Word::stepImportModel, take,
                  hasTextures ? ChangeKind::openBoth : ChangeKind::openModel);
     addRecentModel(editor, path);
-    fitModel(editor.view, editor.engine, document.model, clientSize(editor.mainWindow));
+    fitModel(editor.view, editor.engine, document.model, viewSize(editor));
     finishImport(editor, imported.report, path, options);
     if (hasTextures) showTextureTitle(editor, {});
     if (!imported.report.notes.empty()) showReport(editor.mainWindow, editor.importReport);

@@ -43,7 +43,7 @@ CommandOutcome takeModel(Editor& editor, const Bytes& bytes)
     (void)change(document, Word::stepEarlierVersion, take, ChangeKind::openModel);
     undoClear(document.undo);
     showTitle(editor);
-    fitModel(editor.view, editor.engine, document.model, clientSize(editor.mainWindow));
+    fitModel(editor.view, editor.engine, document.model, viewSize(editor));
     refreshHierarchyTree(editor);
     requestRedraw(editor);
     return CommandOutcome::unsaved;

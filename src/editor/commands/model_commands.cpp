@@ -64,7 +64,7 @@ CommandOutcome loadModel(Editor& editor, const std::string& path)
     addRecentModel(editor, full);
     undoClear(document.undo);
     showTitle(editor);
-    fitModel(editor.view, editor.engine, document.model, clientSize(editor.mainWindow));
+    fitModel(editor.view, editor.engine, document.model, viewSize(editor));
     refreshHierarchyTree(editor);
     requestRedraw(editor);
     return CommandOutcome::done;

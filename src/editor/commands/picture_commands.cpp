@@ -23,7 +23,7 @@ Message pictureOfView(Editor& editor, ViewPicture& picture, Background backgroun
     const std::optional<PlacedTexture> slice = shownSlice(editor);
     const Message message =
         takePicture(picture, editor.view, editor.engine, editor.document.model,
-                    clientSize(editor.mainWindow), slice ? &*slice : nullptr, background);
+                    viewSize(editor), slice ? &*slice : nullptr, background);
     InvalidateRect(editor.mainWindow, nullptr, FALSE);
     return message;
 }

@@ -45,7 +45,7 @@ void selectMore(Editor& editor, int command)
 void selectConnectedAt(Editor& editor, POINT position)
 {
     Model& model = editor.document.model;
-    listFrame(editor.view, editor.engine, model, clientSize(editor.mainWindow));
+    listFrame(editor.view, editor.engine, model, viewSize(editor));
     sortPolygons(editor.engine);
     const auto hit =
         hitTest(editor.engine, {position.x, position.y}, isKeyDown(VK_TAB) ? 1u : 0u);

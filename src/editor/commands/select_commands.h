@@ -12,7 +12,7 @@ void selectMore(Editor& editor, int command);
 
 /// A double click with the selection tool: all that is connected to the polygon under the cursor is
 /// picked, with Ctrl or Shift held no longer picked; with Tab to the polygon behind it. `position`
-/// is in client pixels.
+/// is in pixels of the view.
 void selectConnectedAt(Editor& editor, POINT position);
 
 } // namespace facetor

@@ -44,7 +44,7 @@ CommandOutcome sliceCurrentTexture(Editor& editor)
         change(editor.document, Word::stepSlice, [&] {
             const WaitCursor waiting;
             // A frame listed now leaves the present camera in the engine.
-            listFrame(editor.view, editor.engine, model, clientSize(editor.mainWindow));
+            listFrame(editor.view, editor.engine, model, viewSize(editor));
             return EditOutcome{Message::none,
                                sliceTextures(list, model, editor.engine.stack,
                                              editor.engine.settings, editor.slice.settings,

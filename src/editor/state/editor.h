@@ -92,6 +92,7 @@ struct Editor {
     Document document;
     Engine engine;
     View view;
+    int zoom = 1; ///< pixels of the window that a pixel of the view takes, across and down
     DragState drag;
     RubberBand band;
     LightChoice light;

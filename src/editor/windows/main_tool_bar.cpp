@@ -75,6 +75,7 @@ void refreshMenuState(Editor& editor)
                           .isImported = !document.importedFrom.empty(),
                           .hasImportReport = !editor.importReport.empty(),
                           .anyPicked = isAnyPicked(document.model),
+                          .zoom = editor.zoom,
                           .anyHidden = editor.view.hidden.any(),
                           .toolBoxShown = toolBox && IsWindowVisible(toolBox) != FALSE,
                           .attributesShown = editor.attributeWindow != nullptr,

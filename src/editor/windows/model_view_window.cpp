@@ -32,18 +32,34 @@ const BITMAPINFO* bitmapInfo(const FrameSurface& surface)
     return reinterpret_cast<const BITMAPINFO*>(&surface.header());
 }
 
-/// Copies the whole surface. Its width is rounded down to a multiple of 4; the up to three columns
-/// of a narrow client area that this leaves repeat the surface's last one.
-void presentSurface(HDC dc, const FrameSurface& surface, ClientSize client)
+/// Copies the whole surface, each of its pixels as a square of `zoom` ones. Its width is rounded
+/// down to a multiple of 4; the up to three columns of a narrow client area that this leaves repeat
+/// the surface's last one.
+void presentSurface(HDC dc, const FrameSurface& surface, ClientSize size, int zoom)
 {
     const int width = surface.width, height = surface.height;
-    SetDIBitsToDevice(dc, 0, 0, static_cast<DWORD>(width), static_cast<DWORD>(height), 0, 0, 0,
-                      static_cast<UINT>(height), surface.pixels(), bitmapInfo(surface),
-                      DIB_RGB_COLORS);
-    const int missing = std::min(client.width, surfaceMaxWidth) - width;
-    if (missing > 0)
-        StretchDIBits(dc, width, 0, missing, height, width - 1, 0, 1, height, surface.pixels(),
+    if (zoom == 1) {
+        SetDIBitsToDevice(dc, 0, 0, static_cast<DWORD>(width), static_cast<DWORD>(height), 0, 0, 0,
+                          static_cast<UINT>(height), surface.pixels(), bitmapInfo(surface),
+                          DIB_RGB_COLORS);
+    } else {
+        SetStretchBltMode(dc, COLORONCOLOR); // the nearest pixel
+        StretchDIBits(dc, 0, 0, width * zoom, height * zoom, 0, 0, width, height, surface.pixels(),
                       bitmapInfo(surface), DIB_RGB_COLORS, SRCCOPY);
+    }
+    const int missing = std::min(size.width, surfaceMaxWidth) - width;
+    if (missing > 0)
+        StretchDIBits(dc, width * zoom, 0, missing * zoom, height * zoom, width - 1, 0, 1, height,
+                      surface.pixels(), bitmapInfo(surface), DIB_RGB_COLORS, SRCCOPY);
+}
+
+/// Lets what is drawn from here on have its places in pixels of the view.
+void scaleToView(HDC dc, int zoom)
+{
+    if (zoom == 1) return;
+    SetMapMode(dc, MM_ANISOTROPIC);
+    SetWindowExtEx(dc, 1, 1, nullptr);
+    SetViewportExtEx(dc, zoom, zoom, nullptr);
 }
 
 void setLeftButton(Editor& editor, ButtonState state)
@@ -71,7 +87,7 @@ void pickAtCursor(Editor& editor)
 {
     const bool held = editor.drag.left == ButtonState::down;
     if (!held && !editor.band.open) return;
-    listFrame(editor.view, editor.engine, editor.document.model, clientSize(editor.mainWindow));
+    listFrame(editor.view, editor.engine, editor.document.model, viewSize(editor));
     sortPolygons(editor.engine);
     const POINT cursor = editor.drag.last;
     const PickInput input{
@@ -82,7 +98,7 @@ void pickAtCursor(Editor& editor)
 
 void pickWithKey(Editor& editor, POINT direction)
 {
-    listFrame(editor.view, editor.engine, editor.document.model, clientSize(editor.mainWindow));
+    listFrame(editor.view, editor.engine, editor.document.model, viewSize(editor));
     const Neighbour neighbour =
         direction.x + direction.y > 0 ? Neighbour::next : Neighbour::previous;
     if (const auto polygon =
@@ -108,6 +124,30 @@ ClientSize clientSize(HWND window)
     RECT client{};
     GetClientRect(window, &client);
     return {client.right, client.bottom};
+}
+
+ClientSize viewSize(const Editor& editor)
+{
+    const ClientSize client = clientSize(editor.mainWindow);
+    const auto begun = [&](std::int32_t pixels) { return (pixels + editor.zoom - 1) / editor.zoom; };
+    return {begun(client.width), begun(client.height)};
+}
+
+POINT viewPosition(const Editor& editor, POINT client)
+{
+    // Rounded down, also left of and above the client area.
+    const auto pixel = [&](LONG at) {
+        return at >= 0 ? at / editor.zoom : -((editor.zoom - 1 - at) / editor.zoom);
+    };
+    return {pixel(client.x), pixel(client.y)};
+}
+
+void setViewZoom(Editor& editor, int zoom)
+{
+    editor.zoom = std::clamp(zoom, 1, mostViewZoom);
+    refreshMenuState(editor);
+    requestRedraw(editor);
+    InvalidateRect(editor.mainWindow, nullptr, TRUE); // the surface may cover less now
 }
 
 void frameInDashes(HDC dc, const RECT& outline)
@@ -142,12 +182,13 @@ void showFixedView(Editor& editor, FixedView direction)
 void paintModelView(Editor& editor)
 {
     const PaintContext paint(editor.mainWindow);
-    const ClientSize client = clientSize(editor.mainWindow);
+    const ClientSize client = viewSize(editor);
     if (client.width == 0 || client.height == 0) return;
     const std::optional<PlacedTexture> slice = shownSlice(editor);
     paintFrame(editor.view, editor.engine, editor.document.model, client,
                slice ? &*slice : nullptr);
-    presentSurface(paint.dc(), editor.engine.surface, client);
+    presentSurface(paint.dc(), editor.engine.surface, client, editor.zoom);
+    scaleToView(paint.dc(), editor.zoom);
     // What lies beside the surface is only erased, not painted anew: no overlay may reach there.
     IntersectClipRect(paint.dc(), 0, 0, surfaceMaxWidth, surfaceMaxHeight);
     if (editor.band.open) {
@@ -166,7 +207,7 @@ void eraseAroundModelView(Editor& editor, HDC dc)
         return;
     }
     const int saved = SaveDC(dc); // the paint message may go on with the same one
-    ExcludeClipRect(dc, 0, 0, surfaceMaxWidth, surfaceMaxHeight);
+    ExcludeClipRect(dc, 0, 0, surfaceMaxWidth * editor.zoom, surfaceMaxHeight * editor.zoom);
     FillRect(dc, &client,
              reinterpret_cast<HBRUSH>(GetClassLongPtrA(editor.mainWindow, GCLP_HBRBACKGROUND)));
     RestoreDC(dc, saved);

@@ -15,6 +15,18 @@ struct Editor;
 /// The size of a window's client area; 0 x 0 while it is minimised.
 ClientSize clientSize(HWND window);
 
+// The view has pixels of its own: `zoom` pixels of the main window's client area across and down
+// are one. All of the engine, the tools and the picture to be sliced is in those of the view.
+
+/// The client area in pixels of the view, begun ones too.
+ClientSize viewSize(const Editor& editor);
+
+/// The pixel of the view that a place of the client area lies in.
+POINT viewPosition(const Editor& editor, POINT client);
+
+/// Makes that many pixels of the window one of the view, 1 to 3.
+void setViewZoom(Editor& editor, int zoom);
+
 /// Which way an arrow key points, one pixel long; none for another virtual key.
 std::optional<POINT> arrowDirection(WPARAM key);
 
@@ -40,13 +52,13 @@ void showMenuAt(Editor& editor, UINT command, POINT cursor);
 /// Outlines a rectangle in dashes of black and white, which show on every background.
 void frameInDashes(HDC dc, const RECT& outline);
 
-// The mouse over the model view, positions in client pixels. What a drag does is the view tool's
+// The mouse over the model view, positions in pixels of the view. What a drag does is the view tool's
 // business; here it is only followed.
 
 void onLeftButtonDown(Editor& editor, POINT position);
 void onLeftButtonUp(Editor& editor);
 /// Shows a menu at the cursor, and returns when it is closed: Edit, with Shift among `keys` (MK_
-/// flags) the tools, with Ctrl the cameras.
+/// flags) the tools, with Ctrl the cameras. `position` is in client pixels.
 void onRightButtonDown(Editor& editor, POINT position, WPARAM keys);
 void onRightButtonUp(Editor& editor);
 /// `keys` are the MK_ flags of the message.

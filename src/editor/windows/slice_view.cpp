@@ -47,7 +47,7 @@ InclusiveRectangle slicePlace(const Editor& editor)
     if (editor.slice.place) return *editor.slice.place;
     const TextureList& list = editor.document.textures;
     const TextureSlot& texture = list.slot(list.current);
-    return startPlacement(clientSize(editor.mainWindow), texture.width, texture.height);
+    return startPlacement(viewSize(editor), texture.width, texture.height);
 }
 
 std::optional<PlacedTexture> shownSlice(Editor& editor)
@@ -83,7 +83,7 @@ void onSliceDrag(Editor& editor, POINT delta)
 void moveSlice(Editor& editor, unsigned sides, POINT delta)
 {
     editor.slice.place = draggedPlacement(slicePlace(editor), sides, delta.x, delta.y,
-                                          clientSize(editor.mainWindow));
+                                          viewSize(editor));
 }
 
 bool showSliceCursor(Editor& editor)
@@ -92,6 +92,7 @@ bool showSliceCursor(Editor& editor)
     POINT position{};
     GetCursorPos(&position);
     ScreenToClient(editor.mainWindow, &position);
+    position = viewPosition(editor, position);
     const bool dragging = editor.drag.left == ButtonState::down;
     const unsigned sides = dragging
                                ? editor.slice.dragged

@@ -28,7 +28,7 @@ void turnView(Editor& editor, POINT delta)
 float depthUnder(Editor& editor, POINT position)
 {
     const Model& model = editor.document.model;
-    listFrame(editor.view, editor.engine, model, clientSize(editor.mainWindow));
+    listFrame(editor.view, editor.engine, model, viewSize(editor));
     sortPolygons(editor.engine);
     return depthAt(editor.view, editor.engine, model, {position.x, position.y});
 }
@@ -42,6 +42,7 @@ void onWheel(Editor& editor, int turn, POINT screen)
     GetClientRect(editor.mainWindow, &client);
     ScreenToClient(editor.mainWindow, &screen);
     if (!PtInRect(&client, screen)) return;
+    screen = viewPosition(editor, screen);
     const float notches = static_cast<float>(turn) / WHEEL_DELTA;
     zoomAt(editor.view, editor.engine, editor.document.model, {screen.x, screen.y},
            depthUnder(editor, screen), std::pow(notchFactor, notches));
@@ -96,7 +97,7 @@ void onTurningKey(Editor& editor, WPARAM key)
 
 void frameInView(Editor& editor, Framed framed)
 {
-    const ClientSize client = clientSize(editor.mainWindow);
+    const ClientSize client = viewSize(editor);
     listFrame(editor.view, editor.engine, editor.document.model, client); // the window's own size
     if (frameView(editor.view, editor.engine, editor.document.model, client, framed))
         requestRedraw(editor);

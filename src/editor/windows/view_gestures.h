@@ -15,7 +15,7 @@ struct Editor;
 /// cursor elsewhere.
 void onWheel(Editor& editor, int turn, POINT screen);
 
-/// The middle button moves the view, with Ctrl or Alt it turns it; positions in client pixels.
+/// The middle button moves the view, with Ctrl or Alt it turns it; positions in pixels of the view.
 void onMiddleButtonDown(Editor& editor, POINT position);
 void onMiddleButtonUp(Editor& editor);
 /// A move of the mouse by `delta` with the middle button held; `keys` are the MK_ flags of its
