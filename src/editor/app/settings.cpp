@@ -77,8 +77,8 @@ void applySession(Editor& editor, bool hasSettings)
     editor.keeper.enabled = session.keepsRecovery;
     editor.treeLinked = session.treeLinked;
     editor.attributeEditing.showsMixed = session.mixedShown;
-    editor.zoom = session.zoom;
     if (!hasSettings) return; // deleted, to begin anew
+    editor.zoom = session.zoom;
     completePaths(editor.recentModels, session.modelFiles);
     completePaths(editor.recentTextures, session.textureFiles);
     editor.imports = std::move(session.imports);
