@@ -296,7 +296,7 @@ TEST(ModelView, RightButtonShowsAMenuAtTheCursor)
     editor.resizeClient(400, 320);
     POINT cursor{300, 200};
     ClientToScreen(editor.window(), &cursor);
-    for (const Case& current : {Case{MK_RBUTTON, 18, IDM_EDIT_UNDO},
+    for (const Case& current : {Case{MK_RBUTTON, 20, IDM_EDIT_UNDO},
                                 {MK_RBUTTON | MK_SHIFT, 5, IDM_TOOL_ROTATE},
                                 {MK_RBUTTON | MK_CONTROL, 11, IDM_CAMERA_FORWARD}}) {
         SCOPED_TRACE(current.first);

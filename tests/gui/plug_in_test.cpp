@@ -278,6 +278,8 @@ TEST(Import, PutsEveryKindOfPictureIntoTheCurrentSlot)
         {2, "full.gif", 0},        {6, "rgb.tif", 0},      {6, "lzw.tif", 0},
         {6, "cut.tif", 1},         {4, "rgb.png", 1},      {4, "rgba64.png", 1},
         {4, "palette-cut.png", 1}, {5, "rgba-rle.tga", 1}, {5, "palette.tga", 0},
+        {7, "bmp24.bmp", 0},       {7, "rgb.tif", 0},      {7, "palette.tga", 0},
+        {8, "rgba64.png", 1},      {9, "rgb.tif", 1},      {10, "holes.gif", 1},
     };
     const RunningEditor editor;
     std::uint32_t slot = 0;
@@ -319,12 +321,17 @@ TEST(Import, TakesSeveralFilesAndNeverFillsTheLastSlot)
 {
     const auto before = std::filesystem::current_path();
     const RunningEditor editor;
-    const auto importThree = [&](std::uint32_t slot, std::uint32_t usedCount) {
+    const auto importThree = [&](std::uint32_t slot, std::uint32_t usedCount, int filter = 1) {
         editor.call([&](Editor& e) { e.document.textures.current = slot; });
+        const std::uint32_t count = importCount(slot, 3);
         begin(editor, IDM_TEXTURE_IMPORT);
-        ASSERT_TRUE(editor.fillFileDialog(R"("bmp4.bmp" "12x8.bmp" "bmp24.bmp")", 1));
-        if (slot == 0) {
-            EXPECT_TRUE(editor.press(editor.waitForAlert(), IDOK)) << "the second is bad";
+        ASSERT_TRUE(editor.fillFileDialog(R"("bmp4.bmp" "12x8.bmp" "bmp24.bmp")", filter));
+        if (count == 3 && filter != 8) {
+            const ShownAlert list = editor.waitForAlert();
+            savePicture(editor.pictureOf(list.window), "refused");
+            EXPECT_EQ(windowText(GetDlgItem(list.window, IDC_REPORT_TEXT)),
+                      "12x8.bmp: Width of Texture should be multiple of 8. \r\n");
+            EXPECT_TRUE(editor.press(list, IDOK));
         }
         EXPECT_TRUE(waitUntil([&] {
             return editor.ask([](Editor& e) { return e.document.textures.usedCount(); }) ==
@@ -333,6 +340,8 @@ TEST(Import, TakesSeveralFilesAndNeverFillsTheLastSlot)
     };
     std::filesystem::current_path("tests/images/pictures");
     importThree(0, 3);
+    importThree(10, 12, 7); // of every kind: what is refused takes no slot
+    importThree(20, 23, 8);
     importThree(textureSlotCount - 2, textureSlotCount - 1);
     std::filesystem::current_path(before);
     editor.call([](Editor& e) {

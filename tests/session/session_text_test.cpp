@@ -35,6 +35,27 @@ TEST(SessionText, BringsBackEverythingAndPassesOverWhatIsWrong)
     EXPECT_EQ(importedFrom(read.imports, "C:\\o,n e0.obj.mx3"), "") << "the oldest";
 }
 
+TEST(SessionText, PlacesAreCompletedWhereTheyAreTheSame)
+{
+    SettingsRecord settings;
+    SessionRecord session;
+    session.mainWindow = {-1200, 20, -400, 620};
+    session.toolBox = {12000, 0, 12064, 200};
+    const auto cut = [](const WindowRectangle& place) {
+        SettingsRecord record;
+        record.mainWindow = place;
+        return parseSettings(formatSettings(record)).value_or(SettingsRecord{}).mainWindow;
+    };
+    settings.mainWindow = cut(session.mainWindow);
+    settings.toolBox = {5, 6, 70, 200}; // moved by another program
+    settings.hierarchy = {1, 2, 3, 4};
+    ASSERT_NE(settings.mainWindow, session.mainWindow);
+    completePlaces(settings, parseSession(formatSession(session)));
+    EXPECT_EQ(settings.mainWindow, session.mainWindow);
+    EXPECT_EQ(settings.toolBox.left, 5);
+    EXPECT_EQ(settings.hierarchy.right, 3);
+}
+
 TEST(SessionText, TheSettingsSayWhichFilesAreRecent)
 {
     const std::vector<std::string> whole{"C:\\my a.mx3", "C:\\my b.mx3", "C:\\plain.mx3",

@@ -32,6 +32,22 @@ TEST(WindowPlace, ARememberedPlaceIsMovedIntoTheScreen)
             << current.name;
 }
 
+TEST(WindowPlace, NoMonitorWhereItWasBringsItToTheNearestOne)
+{
+    // Side by side, the right one smaller and lower: above and below it nothing is shown.
+    Screen screen({0, 0, 2000, 1000});
+    screen.monitors = {{0, 0, 1000, 1000}, {1000, 300, 2000, 900}};
+    struct Case {
+        const char* name;
+        WindowRectangle remembered, restored;
+    };
+    for (const Case& c : {Case{"on the right one", {1200, 350, 1500, 650}, {1200, 350, 1500, 650}},
+                          {"across both", {900, 310, 1300, 500}, {900, 310, 1300, 500}},
+                          {"above it", {1500, 20, 1800, 200}, {1500, 300, 1800, 480}},
+                          {"with a bit of it seen", {960, 10, 1400, 200}, {560, 10, 1000, 200}}})
+        EXPECT_EQ(restoredPlace(c.remembered, screen, {}), c.restored) << c.name;
+}
+
 } // namespace
 
 } // namespace facetor

@@ -38,6 +38,18 @@ struct FilesKey {
 constexpr FilesKey filesKeys[] = {{"Model", &SessionRecord::modelFiles},
                                   {"List", &SessionRecord::textureFiles}};
 
+struct PlaceKey {
+    std::string_view key;
+    WindowRectangle SessionRecord::*place;
+    WindowRectangle SettingsRecord::*setting;
+};
+constexpr PlaceKey placeKeys[] = {
+    {"MainPlace", &SessionRecord::mainWindow, &SettingsRecord::mainWindow},
+    {"ToolPlace", &SessionRecord::toolBox, &SettingsRecord::toolBox},
+    {"HierPlace", &SessionRecord::hierarchy, &SettingsRecord::hierarchy},
+    {"AttrPlace", &SessionRecord::attributes, &SettingsRecord::attributes},
+    {"TextPlace", &SessionRecord::textures, &SettingsRecord::textures}};
+
 /// A path that a line can hold.
 bool fitsLine(std::string_view path)
 {
@@ -63,6 +75,25 @@ std::string_view cutField(std::string_view& text)
     const std::string_view field = text.substr(0, end);
     text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     return field;
+}
+
+std::string formatPlace(const WindowRectangle& place)
+{
+    std::string text = std::to_string(place.left);
+    for (const std::int32_t value : {place.top, place.right, place.bottom})
+        text += ',' + std::to_string(value);
+    return text;
+}
+
+std::optional<WindowRectangle> parsePlace(std::string_view text)
+{
+    WindowRectangle place{};
+    for (std::int32_t* value : {&place.left, &place.top, &place.right, &place.bottom}) {
+        const auto number = parseWhole(cutField(text));
+        if (!number) return std::nullopt;
+        *value = *number;
+    }
+    return place;
 }
 
 /// Takes the options off the front of a text.
@@ -101,6 +132,9 @@ void parseLine(SessionRecord& session, std::string_view key, std::string_view va
     for (const FilesKey& known : filesKeys)
         if (key == known.key && (session.*known.files).size() < recentFileCapacity)
             (session.*known.files).emplace_back(value);
+    for (const PlaceKey& known : placeKeys)
+        if (key == known.key)
+            session.*known.place = parsePlace(value).value_or(WindowRectangle{});
     if (key == "Zoom")
         if (const auto zoom = parseWhole(value); zoom && *zoom >= 1 && *zoom <= mostViewZoom)
             session.zoom = *zoom;
@@ -141,6 +175,8 @@ std::string formatSession(const SessionRecord& session)
     };
     for (const SwitchKey& known : switchKeys)
         add(known.key, session.*known.value ? "TRUE" : "FALSE");
+    for (const PlaceKey& known : placeKeys)
+        add(known.key, formatPlace(session.*known.place));
     add("Zoom", std::to_string(session.zoom));
     for (const FilesKey& known : filesKeys)
         for (const std::string& path : session.*known.files)
@@ -177,6 +213,17 @@ SessionRecord parseSession(std::string_view text, SessionRecord session)
             parseLine(session, line.substr(0, equals), line.substr(equals + between.size()));
     }
     return session;
+}
+
+void completePlaces(SettingsRecord& settings, const SessionRecord& session)
+{
+    for (const PlaceKey& known : placeKeys) {
+        SettingsRecord cut;
+        cut.mainWindow = session.*known.place;
+        const auto read = parseSettings(formatSettings(cut));
+        if (read && read->mainWindow == settings.*known.setting)
+            settings.*known.setting = session.*known.place;
+    }
 }
 
 void completePaths(std::vector<std::string>& files, const std::vector<std::string>& whole)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "session/import_memory.h"
+#include "session/settings_text.h"
 
 #include <string>
 #include <string_view>
@@ -17,6 +18,8 @@ struct SessionRecord {
     bool keepsVersions = true, keepsRecovery = true;
     bool treeLinked = false; ///< the hierarchy window with what is picked
     bool mixedShown = false; ///< in the attribute window
+    /// Places of windows, which the settings file cuts at four characters a number.
+    WindowRectangle mainWindow{}, toolBox{}, hierarchy{}, attributes{}, textures{};
     int zoom = 1;            ///< of the view, 1 to mostViewZoom
     ImportMemory imports; ///< the last ones, at most rememberedImports of each kind
 };
@@ -39,6 +42,10 @@ SessionRecord parseSession(std::string_view text, SessionRecord session = {});
 /// What someone begins with who has never used the program: what has been added since is on, where
 /// it would surprise those who are used to the program without it.
 SessionRecord firstSession();
+
+/// Gives places of windows from the settings file the numbers that it has no room for, where a place
+/// here is the same but for these.
+void completePlaces(SettingsRecord& settings, const SessionRecord& session);
 
 /// Gives recent files from the settings file, where a path ends at its first blank or with its
 /// line, the whole paths that the session holds; which files there are is the settings file's word.

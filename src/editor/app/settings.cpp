@@ -79,6 +79,7 @@ void applySession(Editor& editor, bool hasSettings)
     editor.attributeEditing.showsMixed = session.mixedShown;
     if (!hasSettings) return; // deleted, to begin anew
     editor.zoom = session.zoom;
+    completePlaces(editor.settings, session);
     completePaths(editor.recentModels, session.modelFiles);
     completePaths(editor.recentTextures, session.textureFiles);
     editor.imports = std::move(session.imports);
@@ -99,6 +100,12 @@ void writeSession(const Editor& editor)
     session.keepsRecovery = editor.keeper.enabled;
     session.treeLinked = editor.treeLinked;
     session.zoom = editor.zoom;
+    const SettingsRecord& settings = editor.settings;
+    session.mainWindow = settings.mainWindow;
+    session.toolBox = settings.toolBox;
+    session.hierarchy = settings.hierarchy;
+    session.attributes = settings.attributes;
+    session.textures = settings.textures;
     session.mixedShown = editor.attributeEditing.showsMixed;
     session.imports = editor.imports;
     const std::string text = formatSession(session), path = sessionPath(editor.settingsPath);
@@ -131,17 +138,17 @@ bool applySettings(Editor& editor)
         return false;
     }
     editor.settings = *settings;
+    editor.recentModels = settings->modelFiles;
+    editor.recentTextures = settings->textureFiles;
+    applySession(editor, true);
     const WindowRectangle place =
-        restoredPlace(settings->mainWindow, virtualScreen(), windowPlace(editor.mainWindow));
+        restoredPlace(editor.settings.mainWindow, virtualScreen(), windowPlace(editor.mainWindow));
     MoveWindow(editor.mainWindow, place.left, place.top, place.right - place.left,
                place.bottom - place.top, FALSE);
     editor.view.backgroundColour = settings->background;
     editor.engine.settings.pickedColour = settings->pickedPolygon;
     editor.transparentColour = settings->transparent;
     editor.view.dragDrawMode = static_cast<DragDrawMode>(settings->dragMethod);
-    editor.recentModels = settings->modelFiles;
-    editor.recentTextures = settings->textureFiles;
-    applySession(editor, true);
     return true;
 }
 

@@ -58,11 +58,20 @@ std::string fullPath(const std::string& path)
     return full;
 }
 
-WindowRectangle virtualScreen()
+static BOOL CALLBACK addMonitor(HMONITOR, HDC, RECT* place, LPARAM monitors)
+{
+    reinterpret_cast<std::vector<WindowRectangle>*>(monitors)->push_back(
+        {place->left, place->top, place->right, place->bottom});
+    return TRUE;
+}
+
+Screen virtualScreen()
 {
     const int left = GetSystemMetrics(SM_XVIRTUALSCREEN), top = GetSystemMetrics(SM_YVIRTUALSCREEN);
-    return {left, top, left + GetSystemMetrics(SM_CXVIRTUALSCREEN),
-            top + GetSystemMetrics(SM_CYVIRTUALSCREEN)};
+    Screen screen({left, top, left + GetSystemMetrics(SM_CXVIRTUALSCREEN),
+                   top + GetSystemMetrics(SM_CYVIRTUALSCREEN)});
+    EnumDisplayMonitors(nullptr, nullptr, addMonitor, reinterpret_cast<LPARAM>(&screen.monitors));
+    return screen;
 }
 
 WindowRectangle windowPlace(HWND window)

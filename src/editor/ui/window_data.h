@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/message.h"
-#include "session/settings_text.h"
+#include "session/window_place.h"
 
 #include <windows.h>
 
@@ -31,8 +31,8 @@ bool isKeyDown(int virtualKey);
 /// The absolute form of a path, by the current folder; the path as it is when there is none.
 std::string fullPath(const std::string& path);
 
-/// The rectangle of the whole screen, of all monitors, in pixels.
-WindowRectangle virtualScreen();
+/// The whole screen and its monitors, in pixels.
+Screen virtualScreen();
 
 /// Where a window is on the screen.
 WindowRectangle windowPlace(HWND window);

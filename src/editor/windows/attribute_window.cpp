@@ -176,6 +176,7 @@ void warn(Editor& editor, Message message)
 bool checkTexture(Editor& editor)
 {
     if (currentPage(editor) != AttributePage::material) return true;
+    if (isMixed(editor, IDC_ATTRIBUTE_TEXTURE)) return true; // left open, not wrong
     const HWND field = GetDlgItem(currentPageWindow(editor), IDC_ATTRIBUTE_TEXTURE);
     if (parseTextureNumber(windowText(field))) return true;
     setAlertTexts(editor.alerts, "ID", {});

@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <string>
 
@@ -145,17 +146,42 @@ void limitSize(HWND dialog, MINMAXINFO& limits)
     limits.ptMinTrackSize = {least.right - least.left, least.bottom - least.top};
 }
 
+/// Makes the window so wide that the tree shows every name, as far as the screen has room.
+void widenToNames(const Editor& editor, HWND dialog)
+{
+    const HWND tree = treeOf(editor);
+    LONG widest = 0;
+    for (const HTREEITEM item : editor.hierarchyItems) {
+        RECT text{};
+        std::memcpy(&text, &item, sizeof item); // where the message expects it
+        if (SendMessageA(tree, TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&text)))
+            widest = std::max(widest, text.right);
+    }
+    RECT inner{};
+    GetClientRect(tree, &inner);
+    const LONG missing = widest + GetSystemMetrics(SM_CXVSCROLL) - inner.right;
+    if (missing <= 0) return;
+    WindowRectangle place = windowPlace(dialog);
+    place.right += missing;
+    place = restoredPlace(place, virtualScreen(), place);
+    MoveWindow(dialog, place.left, place.top, place.right - place.left, place.bottom - place.top,
+               FALSE);
+    layOut(dialog);
+}
+
 void onInitialise(Editor& editor, HWND dialog)
 {
     setWindowTitle(editor, dialog, Word::hierarchyTitle);
+    const WindowRectangle remembered = editor.settings.hierarchy;
     const WindowRectangle place =
-        restoredPlace(editor.settings.hierarchy, virtualScreen(), windowPlace(dialog));
+        restoredPlace(remembered, virtualScreen(), windowPlace(dialog));
     MoveWindow(dialog, place.left, place.top, place.right - place.left, place.bottom - place.top,
                FALSE);
     layOut(dialog);
     editor.hierarchyWindow = dialog; // from here on its place is remembered
     editor.modelessDialogs.push_back(dialog);
     buildTree(editor);
+    if (remembered == WindowRectangle{}) widenToNames(editor, dialog);
     SetFocus(treeOf(editor));
 }
 
