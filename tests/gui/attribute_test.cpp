@@ -350,9 +350,9 @@ TEST(AttributeWindow, TheKeyboardReachesItsControlsAndApply)
     };
     editor.call([&](Editor&) { SetFocus(attributes.item(IDC_ATTRIBUTE_POLYGON)); });
     std::vector<int> reached;
-    for (int i = 0; i < 8; ++i) reached.push_back(press(VK_TAB));
+    for (int i = 0; i < 9; ++i) reached.push_back(press(VK_TAB));
     EXPECT_EQ(reached, (std::vector<int>{1020, 1031, 1011, 1012, 1013, IDOK, IDC_ATTRIBUTE_TABS,
-                                         IDC_ATTRIBUTE_POLYGON}));
+                                         IDC_ATTRIBUTE_COPY, IDC_ATTRIBUTE_POLYGON}));
     attributes.change(IDC_ATTRIBUTE_FLIP_H);
     press(VK_RETURN);
     EXPECT_TRUE(attributeOf(editor, 0).flags & flipHorizontal);

@@ -189,6 +189,10 @@ TEST(PlugIns, WhatIsNoneGetsItsAlertAndTheOthersServe)
         {"Png.dll", {}, "import, export"},
         {"Tga.dll", {}, "import, export"},
         {"Tiff.dll", {}, "import"},
+        {"Various.dll", {}, "import"},
+        {"VariousFitted.dll", {}, "import"},
+        {"VariousFittedDiffused.dll", {}, "import"},
+        {"VariousFittedPattern.dll", {}, "import"},
     };
     AddedPlugIns added;
     std::vector<std::string> alerts, import, export_;
@@ -387,7 +391,7 @@ TEST(Import, RefusesWhatBecomesNoTextureAndLeavesTheListAsItWas)
         begin(editor, IDM_FILE_OPEN_PATH, picture("rgb.png.rgba"));
         editor.dismiss(missing, "stop");
         begin(editor, IDM_TEXTURE_IMPORT);
-        EXPECT_TRUE(editor.fillFileDialog(odd("8,8,4,0"), 8));
+        EXPECT_TRUE(editor.fillFileDialog(odd("8,8,4,0"), 12));
         editor.dismiss(missing, "stop");
         editor.call([](Editor& e) { setTexturesChanged(e.document, false); });
     }

@@ -12,6 +12,7 @@ TEST(ViewPicture, IsTheFrameAndItsBackgroundCanBeLeftOut)
     ASSERT_EQ(createModelStore(model), Message::none);
     ASSERT_EQ(startEngine(engine), Message::none);
     startView(view, engine);
+    fitModel(view, engine, model, {320, 200});
     model.attributes[0].flags |= meshMode; // every other pixel shows what lies behind
     view.backgroundColour = 0x1234;
     ViewPicture kept, cut;

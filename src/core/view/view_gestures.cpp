@@ -73,13 +73,19 @@ void scaleAbout(Matrix& matrix, const Vector3& point, float factor)
     moved[2] += point.z * (1 - factor);
 }
 
-/// Puts the camera at a distance at which no point is too near. In perspective, scaling about the
-/// eye does that and leaves the picture as it is; in parallel projection a move along z.
-void keepDistance(View& view, Engine& engine, const Model& model)
+Extents extentsInView(const View& view, Engine& engine, const Model& model)
 {
     Extents points;
     engine.stack.current() = view.viewMatrix;
     visitPoints(engine, model, [&](const Vector3& point) { points.widen(point); });
+    return points;
+}
+
+/// Puts the camera at a distance at which no point is too near. In perspective, scaling about the
+/// eye does that and leaves the picture as it is; in parallel projection a move along z.
+void keepDistance(View& view, Engine& engine, const Model& model)
+{
+    const Extents points = extentsInView(view, engine, model);
     const float near = points.least.z, far = points.most.z;
     const float least = engine.settings.focalLength * nearMargin;
     if (points.isEmpty()) return;
@@ -116,10 +122,13 @@ float scaleToFit(const Engine& engine, float offset, float depthOffset, float ha
 
 } // namespace
 
-float depthAt(const View& view, const Engine& engine, const Model& model, ScreenPoint point)
+float depthAt(const View& view, Engine& engine, const Model& model, ScreenPoint point)
 {
     const std::optional<std::uint32_t> hit = hitTest(engine, point, 0);
-    if (!hit) return centreInView(view).z;
+    if (!hit) {
+        const Extents points = extentsInView(view, engine, model);
+        return points.isEmpty() ? centreInView(view).z : std::max(points.least.z, nearClampZ);
+    }
     const PolygonEntry& entry = engine.entries[*hit];
     Extents corners;
     for (const std::uint16_t corner : model.polygons[entry.attribute].corner)
@@ -181,6 +190,15 @@ bool frameView(View& view, Engine& engine, const Model& model, ClientSize client
     translation[0] -= middle.x * scale;
     translation[1] -= middle.y * scale;
     translation[2] += usualDistance - middle.z * scale;
+    // What is nearer appears larger: the middle of the box is not that of what is seen of it.
+    Extents seen;
+    engine.stack.current() = view.viewMatrix;
+    visitFramed(engine, model, framed, [&](const Vector3& point) {
+        const float size = isParallel(engine) ? 1 : usualDistance / point.z;
+        seen.widen({point.x * size, point.y * size, 0});
+    });
+    translation[0] -= seen.middle().x;
+    translation[1] -= seen.middle().y;
     view.turnCentre = box.middle();
     keepDistance(view, engine, model);
     view.frameNeedsDrawing = true;

@@ -55,7 +55,7 @@ std::string refusalLine(const Editor& editor, const std::string& path, const Inp
         loadCatalogueText(editor.mainWindow, fault.message),
         loadCatalogueText(editor.mainWindow, fault.word1),
         loadCatalogueText(editor.mainWindow, fault.word2));
-    return path.substr(folderOf(path).size()) + ": " + reason + "\r\n";
+    return path.substr(path.find_last_of("\\/") + 1) + ": " + reason + "\r\n";
 }
 
 /// Whether a plug-in is one of ours that reads pictures of every kind.
