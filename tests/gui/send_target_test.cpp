@@ -60,7 +60,7 @@ std::string contentsOf(const std::string& path)
 class SendTarget : public testing::Test {
 protected:
     /// Sends one image and returns the alert's text; empty when there was none.
-    std::string send(const RunningEditor& editor, int command) const
+    std::string send(const RunningEditor& editor, int command, int button = IDOK) const
     {
         editor.call([&](Editor& e) { e.targetFolders = folders; });
         editor.post(WM_COMMAND, static_cast<WPARAM>(command));
@@ -72,7 +72,7 @@ protected:
             return shown.window || done;
         }));
         shown = editor.findAlert();
-        if (shown.window && !editor.press(shown, IDOK)) ADD_FAILURE() << shown.text;
+        if (shown.window && !editor.press(shown, button)) ADD_FAILURE() << shown.text;
         done = false;
         return shown.text;
     }
@@ -178,6 +178,18 @@ TEST_F(SendTarget, WhatCannotBeWrittenIsMessage17AndTheUsersFolderTakesTheWindow
     const RunningMonitor monitor(monitorTitle, "0", report);
     EXPECT_EQ(send(editor, IDM_SEND_MODEL), "");
     EXPECT_TRUE(contentsOf(report).starts_with("5451414c 1 " + folders[1] + "\\devMX3.sal\n"));
+}
+
+TEST_F(SendTarget, WhatWouldOverwriteTheTargetsMemoryIsAskedAbout)
+{
+    const RunningEditor editor({"samples\\max.mx3"}); // 3645 Gouraud polygons, 968 fit
+    const RunningMonitor monitor(monitorTitle, "0", report);
+    const std::string path = folders[0] + "\\devMX3.sal";
+    EXPECT_NE(send(editor, IDM_SEND_MODEL, IDNO).find("3645 Gouraud polygons"), std::string::npos);
+    EXPECT_NE(send(editor, IDM_SEND_MODEL, IDCANCEL), "");
+    EXPECT_FALSE(std::filesystem::exists(path));
+    EXPECT_NE(send(editor, IDM_SEND_MODEL, IDYES), "");
+    EXPECT_TRUE(waitUntil([&] { return contentsOf(report).find(path) != std::string::npos; }));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "commands/send_target.h"
 
+#include "output/target_check.h"
 #include "output/target_image.h"
 #include "state/editor.h"
 #include "ui/handles.h"
@@ -33,6 +34,22 @@ Message writeImage(const Editor& editor, TargetImage image, const std::string& p
     return writeSceneImage({view.lightDirection, view.lightColour, view.viewAngle,
                             view.ambientColour, view.backgroundColour},
                            path);
+}
+
+/// What of the image would overwrite the target's memory; none when it can be sent as it is.
+std::optional<TargetWarning> overrunOf(const Editor& editor, TargetImage image)
+{
+    if (image == TargetImage::model) return findOverrun(editor.document.model);
+    if (image == TargetImage::textures) return findOverrun(editor.document.textures);
+    return std::nullopt;
+}
+
+/// Whether the user sends it in spite of that.
+bool sendsAllTheSame(Editor& editor, const TargetWarning& overrun)
+{
+    const auto textOf = [&](Word word) { return loadCatalogueText(editor.mainWindow, word); };
+    return alert(editor.alerts, editor.mainWindow, Message::sendOverrun, AlertStyle::question,
+                 describe(overrun, textOf)) == AlertButton::yes;
 }
 
 /// Writes the image into the first folder that takes it and returns its path; none when none does.
@@ -85,6 +102,8 @@ bool notifyMonitor(const Editor& editor, const std::string& path)
 
 void sendTarget(Editor& editor, TargetImage image)
 {
+    if (const auto overrun = overrunOf(editor, image))
+        if (!sendsAllTheSame(editor, *overrun)) return;
     Message message = Message::none;
     {
         const WaitCursor waiting;
