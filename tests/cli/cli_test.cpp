@@ -253,6 +253,25 @@ TEST_F(Cli, AHeaderDeclaresWhatTheSourceDefines)
               "extern OBJECT\tobject_Model00[];\r\n\r\n#endif\r\n");
 }
 
+TEST_F(Cli, AHeaderAndItsSourceCompileTogetherInBothLanguages)
+{
+    // Braces within a table are left out by the layout of the sources.
+    const std::string compiler = "g++ -Wall -Wextra -Werror -Wno-missing-braces -fsyntax-only "
+                                 "-include tests/cli/console_library.h -include ";
+    const std::string log = folder.file("log");
+    for (const char* input : {"samples/prop.mx3", "samples/ship.mx3", "samples/ship.mxt"}) {
+        SCOPED_TRACE(input);
+        const std::string end = std::string(input).ends_with("mxt") ? ".txr" : ".mdl";
+        const std::string source = folder.file("a" + end), header = folder.file("a.h");
+        ASSERT_EQ(runProgram({"convert", input, source, "--header", header, "--c-names"}).status,
+                  0);
+        for (const char* language : {" -x c -std=c99 ", " -x c++ -std=c++11 "}) {
+            const std::string line = compiler + header + language + source + " >" + log + " 2>&1";
+            EXPECT_EQ(std::system(line.c_str()), 0) << language << textOf(log).substr(0, 2000);
+        }
+    }
+}
+
 TEST_F(Cli, PicturesOutsideTheModelsFolderNeedTheirFolderNamed)
 {
     const std::string art = folder.file("art"), shape = folder.file("a/a.obj");
@@ -368,6 +387,54 @@ TEST_F(Cli, CheckWarnsOfWhatTheTargetCannotShow)
     const ProgramRun refused = runProgram({"convert", high, folder.file("high.sal")});
     EXPECT_EQ(refused.status, 1);
     EXPECT_NE(refused.errors.find("slot 1: 256 rows"), std::string::npos) << refused.errors;
+}
+
+TEST_F(Cli, NoDoorWritesAnImageThatOverwritesTheTargetsMemory)
+{
+    TextureList list;
+    ASSERT_EQ(list.create(), Message::none);
+    const auto fill = [&](std::uint32_t slot, std::uint16_t width, std::uint16_t height) {
+        Texels pixels;
+        ASSERT_TRUE(pixels.allocate(std::size_t{width} * height));
+        list.set(slot, width, height, std::move(pixels));
+    };
+    const auto putList = [&](const std::string& name) {
+        const std::string path = put(name, writeTextures(list));
+        list.clearAll();
+        return path;
+    };
+    fill(2048, 8, 8);
+    const std::string many = putList("many.mxt");
+    for (std::uint32_t i = 0; i < 7; ++i) fill(i, 256, 128);
+    fill(7, 8, 64); // 449 KiB
+    const std::string large = putList("large.mxt");
+    fill(0, 8, 256);
+    const std::string high = putList("high.mxt");
+    for (std::uint32_t i = 0; i < 969; ++i) {
+        model.polygons[i] = model.polygons[0];
+        model.attributes[i] = {0, 0, 0, 0, polygonFace | gouraudShading, i};
+    }
+    model.meshes[0].polygonCount = model.totalPolygonCount = 969;
+    const std::string shaded = put("shaded.mx3", writeModel(model));
+    const struct {
+        std::string input, says;
+        std::vector<std::string> pair; ///< makes one image with it
+    } rows[] = {
+        {many, "2049 textures", {cube, many}},
+        {large, "459776 bytes of texels", {cube, large}},
+        {high, "256 rows", {cube, high}},
+        {shaded, "969 Gouraud polygons", {shaded, "samples/prop.mxt"}},
+    };
+    const std::string out = folder.file("out.sal");
+    for (const auto& [input, says, pair] : rows)
+        for (const ProgramRun& run :
+             {runProgram({"convert", input, out}), runProgram({"convert", pair[0], pair[1], out}),
+              runProgram({"convert", "-", "-", "--to", "sal"}, {}, input)}) {
+            EXPECT_EQ(run.status, 1);
+            EXPECT_EQ(run.output, "");
+            EXPECT_NE(run.errors.find(says), std::string::npos) << run.errors;
+            EXPECT_FALSE(readFile(out));
+        }
 }
 
 TEST_F(Cli, AFailureLeavesNoOutputAndAnOldOneAsItWas)

@@ -184,12 +184,39 @@ TEST_F(SendTarget, WhatWouldOverwriteTheTargetsMemoryIsAskedAbout)
 {
     const RunningEditor editor({"samples\\max.mx3"}); // 3645 Gouraud polygons, 968 fit
     const RunningMonitor monitor(monitorTitle, "0", report);
-    const std::string path = folders[0] + "\\devMX3.sal";
-    EXPECT_NE(send(editor, IDM_SEND_MODEL, IDNO).find("3645 Gouraud polygons"), std::string::npos);
-    EXPECT_NE(send(editor, IDM_SEND_MODEL, IDCANCEL), "");
-    EXPECT_FALSE(std::filesystem::exists(path));
-    EXPECT_NE(send(editor, IDM_SEND_MODEL, IDYES), "");
-    EXPECT_TRUE(waitUntil([&] { return contentsOf(report).find(path) != std::string::npos; }));
+    const auto fill = [&](std::uint32_t slot, std::uint16_t width, std::uint16_t height) {
+        editor.call([&](Editor& e) {
+            e.document.textures.clearAll();
+            for (std::uint32_t i = slot; i < 8 || i == slot; ++i) {
+                Texels texels;
+                ASSERT_TRUE(texels.allocate(std::size_t{width} * height));
+                e.document.textures.set(i, width, height, std::move(texels));
+            }
+        });
+    };
+    const struct {
+        int command;
+        std::string file, says;
+        std::uint32_t slot; ///< from here to 7, or this one, textures of a size
+        std::uint16_t width, height;
+    } rows[] = {
+        {IDM_SEND_MODEL, "\\devMX3.sal", "3645 Gouraud polygons", 0, 8, 8},
+        {IDM_SEND_TEXTURES, "\\devMXT.sal", "2049 textures", 2048, 8, 8},
+        {IDM_SEND_TEXTURES, "\\devMXT.sal", "524288 bytes of texels", 0, 256, 128},
+        {IDM_SEND_TEXTURES, "\\devMXT.sal", "256 rows", 7, 8, 256},
+    };
+    for (const auto& [command, file, says, slot, width, height] : rows) {
+        fill(slot, width, height);
+        const std::string path = folders[0] + file;
+        EXPECT_NE(send(editor, command, IDNO).find(says), std::string::npos);
+        EXPECT_NE(send(editor, command, IDCANCEL), "");
+        EXPECT_FALSE(std::filesystem::exists(path)) << says;
+        EXPECT_NE(send(editor, command, IDYES), "");
+        EXPECT_TRUE(waitUntil([&] { return contentsOf(report).find(path) != std::string::npos; }));
+        std::filesystem::remove(path);
+        std::filesystem::remove(report);
+    }
+    EXPECT_EQ(send(editor, IDM_SEND_SCENE), "") << "it has no limits";
 }
 
 } // namespace
