@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <map>
 #include <set>
 
 namespace facetor {
@@ -163,6 +164,28 @@ TEST(TargetCheck, EveryCodeAppearsAtItsLimitAndNotBefore)
     EXPECT_TRUE(Document().codes(1000).contains(TargetCode::fixedRange)) << "50 becomes 50000";
 }
 
+TEST(TargetCheck, DuplicatesAreFoundALittleAtATimeAndAnewAfterAnEdit)
+{
+    Document d;
+    for (std::uint32_t i = 0; i < 6; ++i) d.fill(i, 16, 8, i % 3);
+    d.list.set(9, 16, 8, d.list.texels(1)); // shared
+    DuplicateSearch search;
+    const auto found = [&] {
+        search.begin(d.list);
+        int steps = 1;
+        while (!search.step(100)) ++steps;
+        EXPECT_GT(steps, 1);
+        return std::map(search.found().begin(), search.found().end());
+    };
+    using Pairs = std::map<std::uint32_t, std::uint32_t>;
+    EXPECT_EQ(found(), (Pairs{{3, 0}, {4, 1}, {5, 2}, {9, 1}}));
+    d.list.pixels(4)[7] ^= 1;
+    d.list.clear(2);
+    EXPECT_EQ(found(), (Pairs{{3, 0}, {9, 1}}));
+    d.list.pixels(4)[7] ^= 1; // in place, or at the same place of memory
+    EXPECT_EQ(found(), (Pairs{{3, 0}, {4, 1}, {9, 1}}));
+}
+
 TEST(TargetCheck, TheBudgetIsWhatTheImagesHold)
 {
     Document d;
@@ -176,6 +199,11 @@ TEST(TargetCheck, TheBudgetIsWhatTheImagesHold)
     EXPECT_EQ(budget.imageBytes, textures.size());
     EXPECT_EQ(budget.parts[0].used, 3u);
     EXPECT_EQ(budget.parts[1].used, 2u * (2 * 64 + 24 * 5));
+    const std::vector<BudgetPart> parts = budgetParts(d.model, d.list);
+    ASSERT_EQ(parts.size(), budgetPartCount);
+    EXPECT_EQ(parts[6].used, formatModelImage(d.model, 0.5f).size());
+    EXPECT_EQ(parts[7].used, textures.size());
+    EXPECT_EQ(parts[7].limit, 16u + 2048 * 8 + 458752);
     EXPECT_EQ(budgetOf(d.model, 1e6f).imageBytes, std::nullopt);
     d.fill(0, 8, 256, 1);
     EXPECT_EQ(budgetOf(d.list).imageBytes, std::nullopt);

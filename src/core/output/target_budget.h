@@ -31,4 +31,12 @@ TargetBudget budgetOf(const Model& model, float scale);
 /// empty ones below it as 8 x 8.
 TargetBudget budgetOf(const TextureList& list);
 
+/// The parts of both, and behind them the sizes of both images against the largest that there can
+/// be: also of an image that is refused.
+std::vector<BudgetPart> budgetParts(const Model& model, const TextureList& list);
+inline constexpr std::size_t budgetPartCount = 8;
+
+/// The share of the limit that is taken, 0 to 1.
+double shareOf(const BudgetPart& part);
+
 } // namespace facetor

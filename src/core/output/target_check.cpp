@@ -10,9 +10,7 @@
 #include <array>
 #include <bitset>
 #include <cmath>
-#include <new>
 #include <span>
-#include <unordered_map>
 
 namespace facetor {
 
@@ -150,65 +148,6 @@ TargetWarning ofFile(TargetCode code, Word text, std::uint64_t count, std::uint6
     return {code, {}, {}, {}, text, std::to_string(count), std::to_string(limit), {}};
 }
 
-/// A slot's texel as the target has it; `flips` mirrors columns (1) and rows (2).
-std::uint16_t texelAt(const TextureSlot& slot, std::uint32_t x, std::uint32_t y, unsigned flips)
-{
-    if ((flips & 1) != 0) x = slot.width - 1u - x;
-    if ((flips & 2) != 0) y = slot.height - 1u - y;
-    const Rgb555 texel = slot.pixels[std::size_t{y} * slot.width + x];
-    return (texel & opaqueBit) != 0 ? texel : std::uint16_t{0};
-}
-
-bool isFlipOf(const TextureSlot& a, const TextureSlot& b, unsigned flips)
-{
-    for (std::uint32_t y = 0; y < a.height; ++y)
-        for (std::uint32_t x = 0; x < a.width; ++x)
-            if (texelAt(a, x, y, 0) != texelAt(b, x, y, flips)) return false;
-    return true;
-}
-
-/// The same for all flips of a texture.
-std::uint64_t hashOf(const TextureSlot& slot)
-{
-    std::uint64_t sum = std::uint64_t{slot.width} << 16 | slot.height;
-    for (std::uint32_t y = 0; y < slot.height; ++y)
-        for (std::uint32_t x = 0; x < slot.width; ++x) {
-            // Texels that flips bring to each other's place count alike.
-            const std::uint64_t column = std::min(x, slot.width - 1u - x);
-            const std::uint64_t row = std::min(y, slot.height - 1u - y);
-            std::uint64_t mixed =
-                (texelAt(slot, x, y, 0) + (column << 16) + (row << 32)) * 0x9E3779B97F4A7C15u;
-            mixed ^= mixed >> 29;
-            sum += mixed * 0xBF58476D1CE4E5B9u;
-        }
-    return sum;
-}
-
-/// For each used slot the lower one that it equals.
-std::unordered_map<std::uint32_t, std::uint32_t> findDuplicates(const TextureList& list)
-{
-    std::unordered_map<std::uint32_t, std::uint32_t> duplicates;
-    std::unordered_multimap<std::uint64_t, std::uint32_t> byHash;
-    for (std::uint32_t i = 0; i < list.usedCount(); ++i) {
-        if (list.isEmpty(i)) continue;
-        const TextureSlot& slot = list.slot(i);
-        const std::uint64_t hash = hashOf(slot);
-        const auto [begin, end] = byHash.equal_range(hash);
-        const auto same = std::find_if(begin, end, [&](const auto& entry) {
-            const TextureSlot& other = list.slot(entry.second);
-            if (other.width != slot.width || other.height != slot.height) return false;
-            for (unsigned flips = 0; flips < 4; ++flips)
-                if (isFlipOf(slot, other, flips)) return true;
-            return false;
-        });
-        if (same != end)
-            duplicates.emplace(i, same->second);
-        else
-            byHash.emplace(hash, i);
-    }
-    return duplicates;
-}
-
 std::bitset<textureSlotCount> shownSlots(const Model& model)
 {
     std::bitset<textureSlotCount> shown;
@@ -323,10 +262,19 @@ std::vector<TargetWarning> checkTarget(const Model& model, float scale, const Te
 
 std::vector<TargetWarning> checkTarget(const TextureList& list, const Model* model)
 {
+    DuplicateSearch search;
+    search.begin(list);
+    while (!search.step(allTexels)) {
+    }
+    return checkTarget(list, model, search.found());
+}
+
+std::vector<TargetWarning> checkTarget(const TextureList& list, const Model* model,
+                                       const DuplicateTextures& duplicates)
+{
     Warnings found;
     checkTotals(found, list);
     const auto shown = model ? shownSlots(*model) : std::bitset<textureSlotCount>().set();
-    const auto duplicates = findDuplicates(list);
     for (std::uint32_t i = 0; i < list.usedCount(); ++i) {
         if (list.isEmpty(i)) continue;
         checkSize(found, list.slot(i), i);

@@ -2,6 +2,7 @@
 
 #include "base/message.h"
 #include "model/model.h"
+#include "output/duplicate_textures.h"
 #include "texture/texture_list.h"
 
 #include <cstdint>
@@ -76,8 +77,11 @@ std::string describe(const TargetWarning& warning);
 std::vector<TargetWarning> checkTarget(const Model& model, float scale, const TextureList* list);
 
 /// What it cannot show of a texture list, and what is of no use in it: with a model, the slots that
-/// no polygon of it shows. Duplicates are equal to a lower slot, perhaps flipped, as far as the
+/// no polygon of it shows. Duplicates equal a lower slot as DuplicateSearch says.
 std::vector<TargetWarning> checkTarget(const TextureList& list, const Model* model);
+/// The same with duplicates that have been found already.
+std::vector<TargetWarning> checkTarget(const TextureList& list, const Model* model,
+                                       const DuplicateTextures& duplicates);
 
 /// The overruns of a model's image and of a list's: what isOverrun() says of. None of the others is
 /// looked for, so this is fast.

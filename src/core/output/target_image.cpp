@@ -15,8 +15,6 @@ namespace facetor {
 
 namespace {
 
-constexpr std::uint64_t blockHeadSize = 8; ///< address and size
-
 /// In bytes; far above the console's memory, and what a 32-bit process may have in one piece.
 constexpr std::uint64_t largestImage = 0x7FFFFFFF;
 

@@ -33,6 +33,9 @@ inline constexpr std::uint32_t texelsAddress = spriteMemoryAddress + firstTexelO
 /// then those of table Gouraud polygons.
 inline constexpr std::uint16_t firstGouraudTable = 0x1C38;
 
+/// What stands before a block's data in the file, in bytes: address and size.
+inline constexpr std::uint32_t blockHeadSize = 8;
+
 // Sizes of the console's records, in bytes.
 inline constexpr std::uint32_t matrixSize = 48;
 inline constexpr std::uint32_t objectSize = 44;
