@@ -9,6 +9,7 @@
 #include "outputs.h"
 #include "png.h"
 #include "texture/texture_file.h"
+#include "view/draw_order.h"
 
 #include <algorithm>
 #include <chrono>
@@ -91,16 +92,13 @@ Message readInto(Run& run, Store& store, const std::string& path, Reason& reason
 Bytes orderOf(const Engine& engine, const Model& model)
 {
     Json list = Json::array();
-    for (std::uint32_t i = 0; i < engine.entryCount; ++i) {
-        const PolygonEntry& entry = engine.entries[engine.sortList[i]];
-        const std::uint16_t sort = model.attributes[entry.attribute].sort;
-        list.push_back({{"object", entry.mesh},
-                        {"polygon", entry.polygon},
-                        {"depth", toJson(entry.depth)},
-                        {"sort", sort == sortNearest    ? "min"
-                                 : sort == sortFarthest ? "max"
-                                                        : "cen"}});
-    }
+    for (const OrderedPolygon& polygon : orderedPolygons(engine, model))
+        list.push_back({{"object", polygon.object},
+                        {"polygon", polygon.polygon},
+                        {"depth", toJson(polygon.depth)},
+                        {"sort", polygon.sort == sortNearest    ? "min"
+                                 : polygon.sort == sortFarthest ? "max"
+                                                                : "cen"}});
     return bytesOf(toText(list) + "\n");
 }
 

@@ -1,10 +1,8 @@
-#include "engine/engine.h"
+#include "engine/draw_entry.h"
 
 #include "engine/rasteriser.h"
 
 #include <algorithm>
-#include <bit>
-#include <utility>
 
 namespace facetor {
 
@@ -68,27 +66,25 @@ void drawShaded(Engine& engine, const Model& model, const PolygonEntry& entry,
         fillFlat(engine, entry.point, attribute.color, level, flags);
 }
 
-/// Whether a polygon is drawn as lines: what is in its attribute counts as a whole only without
-/// the draw flags.
+Facing facingOf(const PolygonEntry& entry)
+{
+    return entry.normal.z < backNormalZ ? Facing::front : Facing::back;
+}
+
+} // namespace
+
 bool isOutline(std::uint32_t drawFlags, const PolygonAttribute& attribute)
 {
     if ((drawFlags & drawWireframe) != 0) return true;
     return (drawFlags & drawFlat) == 0 && (attribute.flags & polyLine) != 0;
 }
 
-Facing facingOf(const PolygonEntry& entry)
-{
-    return entry.normal.z < backNormalZ ? Facing::front : Facing::back;
-}
-
-/// Whether the polygon in the list is left out because of the side that it shows.
 bool isHidden(std::uint32_t drawFlags, const PolygonEntry& entry, const PolygonAttribute& attribute)
 {
     return (drawFlags & (drawWireframe | drawFlat)) == 0 && facingOf(entry) == Facing::back &&
            (attribute.plane & dualPlaneBit) == 0;
 }
 
-/// The polygon without its mark.
 void drawPlain(Engine& engine, const Model& model, const PolygonEntry& entry,
                const PolygonAttribute& attribute)
 {
@@ -105,6 +101,8 @@ void drawPlain(Engine& engine, const Model& model, const PolygonEntry& entry,
     }
 }
 
+namespace {
+
 void drawEntry(Engine& engine, const Model& model, const PolygonEntry& entry)
 {
     const PolygonAttribute& attribute = model.attributes[entry.attribute];
@@ -117,99 +115,12 @@ void drawEntry(Engine& engine, const Model& model, const PolygonEntry& entry)
     }
 }
 
-/// Finds out what a polygon writes: of the surface its rectangle is prepared, drawn into and read.
-class WriteCounter {
-public:
-    explicit WriteCounter(Engine& engine) : engine_(engine), counts_(engine.surface.pixelCount()) {}
-
-    /// The polygons' part of the surface; false when it has none.
-    bool select(const ScreenQuad& quad)
-    {
-        const auto [left, right] = std::minmax({quad[0].x, quad[1].x, quad[2].x, quad[3].x});
-        const auto [top, bottom] = std::minmax({quad[0].y, quad[1].y, quad[2].y, quad[3].y});
-        left_ = std::max(left, 0);
-        top_ = std::max(top, 0);
-        right_ = std::min(right, engine_.surface.width - 1);
-        bottom_ = std::min(bottom, engine_.surface.height - 1);
-        return left_ <= right_ && top_ <= bottom_;
-    }
-
-    /// Counts what `fill` writes in shadow mode, each time of which takes a bit from white.
-    template <typename Fill> void countFill(const Fill& fill)
-    {
-        prepare(31);
-        fill();
-        collect([](Rgb555 pixel) { return 5 - std::popcount(pixel & 31u); });
-    }
-
-    /// The four lines of an outline, of which one writes a pixel once.
-    void countOutline(const ScreenQuad& quad)
-    {
-        constexpr std::array<std::array<std::size_t, 2>, 4> edges{{{0, 1}, {0, 3}, {2, 1}, {2, 3}}};
-        for (const auto& [from, to] : edges) {
-            prepare(0);
-            drawLine(engine_.surface, quad[from], quad[to], 1);
-            collect([](Rgb555 pixel) { return static_cast<int>(pixel); });
-        }
-    }
-
-    std::vector<std::uint8_t> take() { return std::move(counts_); }
-
-private:
-    Rgb555* rowOf(std::int32_t y)
-    {
-        FrameSurface& surface = engine_.surface;
-        return surface.pixels() +
-               static_cast<std::ptrdiff_t>(surface.height - 1 - y) * surface.width;
-    }
-    void prepare(Rgb555 value)
-    {
-        for (std::int32_t y = top_; y <= bottom_; ++y)
-            std::fill(rowOf(y) + left_, rowOf(y) + right_ + 1, value);
-    }
-    template <typename Times> void collect(const Times& times)
-    {
-        for (std::int32_t y = top_; y <= bottom_; ++y)
-            for (std::int32_t x = left_; x <= right_; ++x) {
-                std::uint8_t& count = counts_[static_cast<std::size_t>(y) *
-                                                  static_cast<std::size_t>(engine_.surface.width) +
-                                              static_cast<std::size_t>(x)];
-                count = static_cast<std::uint8_t>(std::min(count + times(rowOf(y)[x]), 255));
-            }
-    }
-
-    Engine& engine_;
-    std::vector<std::uint8_t> counts_;
-    std::int32_t left_ = 0, top_ = 0, right_ = 0, bottom_ = 0;
-};
-
 } // namespace
 
 void drawPolygons(Engine& engine, const Model& model, std::uint32_t count)
 {
     for (std::uint32_t i = 0; i < std::min(count, engine.entryCount); ++i)
         drawEntry(engine, model, engine.entries[engine.sortList[i]]);
-}
-
-std::vector<std::uint8_t> countWrites(Engine& engine, const Model& model, std::uint32_t count)
-{
-    WriteCounter counter(engine);
-    const std::uint32_t drawFlags = engine.settings.drawFlags;
-    for (std::uint32_t i = 0; i < std::min(count, engine.entryCount); ++i) {
-        const PolygonEntry& entry = engine.entries[engine.sortList[i]];
-        PolygonAttribute attribute = model.attributes[entry.attribute];
-        if (!counter.select(entry.point) || isHidden(drawFlags, entry, attribute)) continue;
-        attribute.flags |= shadowMode;
-        if (isOutline(drawFlags, attribute))
-            counter.countOutline(entry.point);
-        else
-            counter.countFill([&] { drawPlain(engine, model, entry, attribute); });
-        if ((attribute.flags & picked) == 0) continue;
-        counter.countFill(
-            [&] { fillFlat(engine, entry.point, 0, 0, std::uint32_t{meshMode} | shadowMode); });
-        counter.countOutline(entry.point);
-    }
-    return counter.take();
 }
 
 } // namespace facetor

@@ -155,6 +155,10 @@ void drawPolygons(Engine& engine, const Model& model, std::uint32_t count = allP
 std::vector<std::uint8_t> countWrites(Engine& engine, const Model& model,
                                       std::uint32_t count = allPolygons);
 
+/// The polygons that write one pixel, as places in the sorted list, far to near; none for a pixel
+/// beyond the surface. Uses the surface like countWrites().
+std::vector<std::uint32_t> findWriters(Engine& engine, const Model& model, ScreenPoint pixel);
+
 /// Where a point in view space appears on the screen: the centre plus trunc(x f), trunc(y f) with
 /// f = focal length / max(z, 40), or f = 1 in parallel projection. Far outside, or for what is no
 /// number, the result is clamped to +-2^28, so that differences fit 32 bits.

@@ -5,11 +5,10 @@
 #include "model/polygon_attribute.h"
 #include "output/target_budget.h"
 #include "output/target_check.h"
-#include "view/view.h"
+#include "view/visible_polygon.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <map>
 #include <span>
 #include <utility>
@@ -215,34 +214,17 @@ private:
         out_ += "</p>\n";
     }
 
-    /// The whole model from the side that a polygon faces, the polygon marked.
+    /// The whole model from the side that shows most of a polygon, the polygon marked.
     std::string pictureOf(const TargetWarning& warning)
     {
         const Mesh& mesh = marked_.meshes[marked_.objects[*warning.object].mesh];
         std::uint32_t& flags = marked_.attributes[mesh.attributeTable + *warning.polygon].flags;
         flags |= picked;
-        constexpr FixedView directions[] = {FixedView::forward, FixedView::back, FixedView::left,
-                                            FixedView::right,   FixedView::top,  FixedView::bottom};
-        // From where it is the largest on the screen.
-        std::int64_t largest = -1;
-        FixedView best = FixedView::forward;
-        for (const FixedView direction : directions) {
-            View view;
-            startView(view, engine_);
-            fitModel(view, engine_, marked_, pictureSize);
-            applyFixedView(view, engine_, direction);
-            listFrame(view, engine_, marked_, pictureSize);
-            for (std::uint32_t i = 0; i < engine_.entryCount; ++i) {
-                const PolygonEntry& entry = engine_.entries[i];
-                if (entry.attribute != mesh.attributeTable + *warning.polygon) continue;
-                std::int64_t area = 0; // doubled and signed
-                for (std::size_t c = 0; c < 4; ++c) {
-                    const ScreenPoint &a = entry.point[c], &b = entry.point[(c + 1) % 4];
-                    area += std::int64_t{a.x} * b.y - std::int64_t{b.x} * a.y;
-                }
-                if (std::abs(area) > largest) largest = std::abs(area), best = direction;
-            }
-        }
+        View view;
+        startView(view, engine_);
+        fitModel(view, engine_, marked_, pictureSize);
+        const FixedView best = findBestView(view, engine_, marked_,
+                                            mesh.attributeTable + *warning.polygon, pictureSize);
         std::string picture = frame(best, 0, describe(warning));
         flags &= ~std::uint32_t{picked};
         return picture;

@@ -158,6 +158,19 @@ void selectAll(Model& model, Mark mark)
     for (PolygonAttribute& attribute : attributesInUse(model)) apply(attribute, mark);
 }
 
+void selectOnly(Model& model, std::span<const std::uint32_t> attributes)
+{
+    selectAll(model, Mark::clear);
+    for (const std::uint32_t attribute : attributes) apply(model.attributes[attribute], Mark::set);
+}
+
+std::uint32_t countPicked(const Model& model)
+{
+    const PolygonAttribute* first = model.attributes.data();
+    return static_cast<std::uint32_t>(
+        std::count_if(first, first + model.totalPolygonCount, isPicked));
+}
+
 bool isAnyPicked(const Model& model)
 {
     const PolygonAttribute* first = model.attributes.data();

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 
 namespace facetor {
 
@@ -60,6 +61,12 @@ Message selectMaterial(Model& model, Mark mark);
 
 /// Marks or unmarks every polygon.
 void selectAll(Model& model, Mark mark);
+
+/// Marks these polygons, given by the pool indices of their attributes, and no others.
+void selectOnly(Model& model, std::span<const std::uint32_t> attributes);
+
+/// How many polygons are marked.
+std::uint32_t countPicked(const Model& model);
 
 bool isAnyPicked(const Model& model);
 
