@@ -5,6 +5,7 @@
 #include "model/polygon_attribute.h"
 #include "output/target_budget.h"
 #include "output/target_check.h"
+#include "view/draw_order.h"
 #include "view/visible_polygon.h"
 
 #include <algorithm>
@@ -19,6 +20,8 @@ namespace facetor {
 namespace {
 
 constexpr ClientSize pictureSize{320, 240};
+/// Frames of which a part becomes a picture.
+constexpr ClientSize closeSize{640, 480};
 constexpr std::uint32_t turnPictures = 8;
 /// Warnings with a picture, at most; the page says how many more there are.
 constexpr std::size_t shownWarnings = 40;
@@ -34,10 +37,12 @@ figure{display:inline-block;vertical-align:top;width:240px;max-width:100%;margin
 .sheet img{background:repeating-conic-gradient(#999 0 25%,#bbb 0 50%) 0/16px 16px;max-height:128px;object-fit:contain}
 .wide{overflow-x:auto}table{border-collapse:collapse}
 th,td{padding:.2em .7em .2em 0;text-align:left;border-bottom:1px solid var(--line);vertical-align:top}
-td.n{text-align:right;font-variant-numeric:tabular-nums}
+td.n{text-align:right;white-space:nowrap;font-variant-numeric:tabular-nums}
 .bar{width:12em;max-width:30vw;height:.9em;border:1px solid var(--line)}
 .bar i{display:block;height:100%;background:var(--bar)}.bar .over{background:var(--full)}
 ul{padding-left:1.4em}code{font-family:ui-monospace,monospace}
+@media(max-width:560px){figure{width:46%;margin:0 3% 1rem 0}.sheet figure{width:29%}
+th,td{padding-right:.4em}.bar{width:4.5em}}
 @media print{body{max-width:none;font-size:11pt}figure,tr{break-inside:avoid}.bar i{print-color-adjust:exact}}
 )";
 
@@ -110,6 +115,30 @@ std::string figure(const std::string& picture, const std::string& caption)
     return "<figure>" + picture + "<figcaption>" + caption + "</figcaption></figure>\n";
 }
 
+/// The part of a frame of closeSize that shows a polygon with as much again on each side, in the
+/// proportions of the pictures.
+InclusiveRectangle areaAround(const ScreenQuad& quad)
+{
+    const auto [left, right] = std::minmax({quad[0].x, quad[1].x, quad[2].x, quad[3].x});
+    const auto [top, bottom] = std::minmax({quad[0].y, quad[1].y, quad[2].y, quad[3].y});
+    constexpr std::int32_t least = 80;
+    const std::int64_t wanted =
+        std::max(std::int64_t{right} - left,
+                 (std::int64_t{bottom} - top) * pictureSize.width / pictureSize.height) *
+        3;
+    const auto width =
+        static_cast<std::int32_t>(std::clamp<std::int64_t>(wanted, least, closeSize.width));
+    const std::int32_t height = width * pictureSize.height / pictureSize.width;
+    const auto start = [](std::int64_t from, std::int64_t to, std::int32_t size,
+                          std::int32_t whole) {
+        return static_cast<std::int32_t>(
+            std::clamp<std::int64_t>((from + to - size) / 2, 0, whole - size));
+    };
+    const std::int32_t x = start(left, right, width, closeSize.width);
+    const std::int32_t y = start(top, bottom, height, closeSize.height);
+    return {x, y, x + width - 1, y + height - 1};
+}
+
 class ReportWriter {
 public:
     explicit ReportWriter(const ReportSubject& subject) : subject_(subject) {}
@@ -154,16 +183,22 @@ private:
         buildViewMatrix(view, engine_, ViewDirectionUse::ignore);
         if (direction) applyFixedView(view, engine_, *direction);
         paintFrame(view, engine_, marked_, pictureSize);
+        return part({0, 0, engine_.surface.width - 1, engine_.surface.height - 1}, alt);
+    }
+
+    /// A part of the surface, shown in the size of all pictures.
+    std::string part(const InclusiveRectangle& area, const std::string& alt) const
+    {
+        const auto width = static_cast<std::uint32_t>(area.right - area.left + 1);
+        const auto height = static_cast<std::uint32_t>(area.bottom - area.top + 1);
         std::vector<std::uint8_t> rgb;
-        rgb.reserve(engine_.surface.pixelCount() * 3);
-        for (std::int32_t y = 0; y < engine_.surface.height; ++y)
-            for (std::int32_t x = 0; x < engine_.surface.width; ++x) {
+        rgb.reserve(std::size_t{width} * height * 3);
+        for (std::int32_t y = area.top; y <= area.bottom; ++y)
+            for (std::int32_t x = area.left; x <= area.right; ++x) {
                 const auto colour = toScreenColour(engine_.surface.at(x, y));
                 rgb.insert(rgb.end(), colour.begin(), colour.end());
             }
-        return image(stbEncodePng(static_cast<std::uint32_t>(engine_.surface.width),
-                                  static_cast<std::uint32_t>(engine_.surface.height), 3, rgb),
-                     pictureSize, alt);
+        return image(stbEncodePng(width, height, 3, rgb), pictureSize, alt);
     }
 
     void writeViews()
@@ -214,20 +249,23 @@ private:
         out_ += "</p>\n";
     }
 
-    /// The whole model from the side that shows most of a polygon, the polygon marked.
+    /// A polygon, marked, with what is around it, from the side that shows most of it.
     std::string pictureOf(const TargetWarning& warning)
     {
         const Mesh& mesh = marked_.meshes[marked_.objects[*warning.object].mesh];
-        std::uint32_t& flags = marked_.attributes[mesh.attributeTable + *warning.polygon].flags;
-        flags |= picked;
+        const std::uint32_t attribute = mesh.attributeTable + *warning.polygon;
         View view;
         startView(view, engine_);
-        fitModel(view, engine_, marked_, pictureSize);
-        const FixedView best = findBestView(view, engine_, marked_,
-                                            mesh.attributeTable + *warning.polygon, pictureSize);
-        std::string picture = frame(best, 0, describe(warning));
+        fitModel(view, engine_, marked_, closeSize);
+        applyFixedView(view, engine_, findBestView(view, engine_, marked_, attribute, closeSize));
+        std::uint32_t& flags = marked_.attributes[attribute].flags;
+        flags |= picked;
+        InclusiveRectangle area{0, 0, closeSize.width - 1, closeSize.height - 1};
+        for (const OrderedPolygon& polygon : listDrawOrder(view, engine_, marked_, closeSize))
+            if (polygon.attribute == attribute) area = areaAround(polygon.point);
+        paintFrame(view, engine_, marked_, closeSize);
         flags &= ~std::uint32_t{picked};
-        return picture;
+        return part(area, describe(warning));
     }
 
     void writeWarnings()
