@@ -65,6 +65,10 @@ TEST(Windows, AreAsTheirTextSays)
         const HeldKey shift(editor, VK_SHIFT), control(editor, VK_CONTROL);
         showDialog(hierarchy, IDM_HIERARCHY_INFORMATION); // the object editor
     }
+    editor.sendCommand(IDM_VIEW_BUDGET);
+    show(editor.ask([](Editor& e) { return e.budget.window; }), "budget");
+    editor.sendCommand(IDM_VIEW_DRAW_ORDER);
+    show(editor.ask([](Editor& e) { return e.drawOrder.window; }), "draw order");
     editor.sendCommand(IDM_VIEW_TEXTURES);
     const HWND textures = editor.ask([](Editor& e) { return e.textureWindow.window; });
     SendMessageA(textures, WM_COMMAND, IDM_TEXTURE_EMPTY_CLIPBOARD, 0);

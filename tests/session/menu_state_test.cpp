@@ -24,6 +24,8 @@ TEST(MenuState, EachFactTurnsItsOwnCommandsAndNoOther)
         {"the attribute window", {.attributesShown = true}, {{40008, true, true}}},
         {"the hierarchy window", {.hierarchyShown = true}, {{40009, true, true}}},
         {"the texture list window", {.texturesShown = true}, {{40030, true, true}}},
+        {"the budget window", {.budgetShown = true}, {{40170, true, true}}},
+        {"the drawing order window", {.drawOrderShown = true}, {{40171, true, true}}},
         {"the tool box", {.toolBoxShown = true}, {{40125, true, true}}},
         {"a stored camera", {.cameraStored = {false, false, true, false}}, {{40052, true, false}}},
         {"a tool", {.menuTool = ViewTool::scaleModel}, {{40103, true, false}, {40105, true, true}}},

@@ -16,6 +16,8 @@ TEST(SessionText, BringsBackEverythingAndPassesOverWhatIsWrong)
     session.lastTextureList = "C:\\last one.mxt";
     session.hierarchyShown = session.texturesShown = true;
     session.keepsRecovery = false;
+    session.drawOrderShown = true;
+    session.budget = {-20, 10, 280, 400};
     for (std::size_t i = 0; i < rememberedImports + 1; ++i) {
         const std::string path = "C:\\o,n e" + std::to_string(i) + ".obj";
         rememberSource(session.imports, path,
@@ -23,11 +25,13 @@ TEST(SessionText, BringsBackEverythingAndPassesOverWhatIsWrong)
         rememberModel(session.imports, path + ".mx3", path);
     }
     const std::string text = formatSession(session);
-    const SessionRecord read =
-        parseSession("Strange = line\r\nKeepVersions = PERHAPS\r\nImported = 1,2,3,x\r\n" + text +
-                     "Imported = 0,0,0,64,64,0,zero.obj\r\nModel");
+    const SessionRecord read = parseSession("Strange = line\r\nKeepVersions = PERHAPS\r\nImported "
+                                            "= 1,2,3,x\r\nDrawOrderPlace = 1,2,3\r\n" +
+                                            text + "Imported = 0,0,0,64,64,0,zero.obj\r\nModel");
     EXPECT_EQ(formatSession(read), text);
     EXPECT_EQ(read.modelFiles, session.modelFiles);
+    EXPECT_EQ(read.budget, session.budget);
+    EXPECT_EQ(read.drawOrder, WindowRectangle{});
     EXPECT_TRUE(read.keepsVersions && !read.keepsRecovery && read.hierarchyShown);
     const std::string last = "C:\\o,n e32.obj";
     EXPECT_EQ(importedFrom(read.imports, last + ".mx3"), last);

@@ -281,7 +281,7 @@ TEST_F(ManualPictures, MainWindow)
     GetWindowRect(editor.ask([](Editor& e) { return e.toolBar; }), &bar);
     GetWindowRect(editor.ask([](Editor& e) { return e.statusBar; }), &status);
     savePicture(cutOut(whole, 0, bar.top - outer.top, 360, bar.bottom - bar.top), "tool-bar");
-    savePicture(cutOut(whole, 0, status.top - outer.top, 360, status.bottom - status.top),
+    savePicture(cutOut(whole, 0, status.top - outer.top, 608, status.bottom - status.top),
                 "status-bar");
     save(box, "tool-box");
     beginDrag({264, 176}, {320, 200});
@@ -363,6 +363,27 @@ TEST_F(ManualPictures, HierarchyWindow)
     sendTree(TVM_EXPAND, TVE_COLLAPSE, wingRight);
     SendMessageA(window, WM_COMMAND, IDC_HIERARCHY_HIDE, 0);
     savePicture(scene({window}), "hierarchy-hidden");
+}
+
+TEST_F(ManualPictures, TargetWindows)
+{
+    const auto count = [](HWND window, int list) {
+        return SendDlgItemMessageA(window, list, LVM_GETITEMCOUNT, 0, 0);
+    };
+    const HWND budget = openWindow(
+        IDM_VIEW_BUDGET, [](Editor& e) { return e.budget.window; }, {660, 40, 660, 40});
+    EXPECT_TRUE(waitUntil([&] { return count(budget, IDC_BUDGET_WARNINGS) > 0; }));
+    save(budget, "budget");
+    const HWND order = openWindow(
+        IDM_VIEW_DRAW_ORDER, [](Editor& e) { return e.drawOrder.window; }, {660, 40, 660, 40});
+    CheckDlgButton(order, IDC_ORDER_ASK, BST_CHECKED);
+    SendMessageA(order, WM_COMMAND, IDC_ORDER_ASK, 0);
+    click({330, 205});
+    SendDlgItemMessageA(order, IDC_ORDER_SLIDER, TBM_SETPOS, TRUE, 120);
+    SendMessageA(order, WM_HSCROLL, 0, 0);
+    EXPECT_TRUE(waitUntil([&] { return count(order, IDC_ORDER_PAIRS) > 0; }));
+    save(order, "draw-order");
+    savePicture(editor.picture(), "draw-order-view");
 }
 
 TEST_F(ManualPictures, Dialogs)

@@ -40,6 +40,8 @@ std::vector<CommandState> menuState(const MenuFacts& facts)
                                  {IDM_FILE_IMPORT_AGAIN, facts.isImported, false},
                                  {IDM_FILE_IMPORT_REPORT, facts.hasImportReport, false},
                                  {IDM_SEND_ON_SAVE, true, facts.resendsOnSave},
+                                 {IDM_VIEW_BUDGET, true, facts.budgetShown},
+                                 {IDM_VIEW_DRAW_ORDER, true, facts.drawOrderShown},
                                  {IDM_VIEW_FIT_PICKED, facts.anyPicked, false}});
     for (int command = IDM_SELECT_GROW; command <= IDM_HIDE_PICKED; ++command)
         states.push_back({command, facts.anyPicked, false});

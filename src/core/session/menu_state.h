@@ -21,6 +21,8 @@ struct MenuFacts {
     bool attributesShown = false;
     bool hierarchyShown = false;
     bool texturesShown = false;
+    bool budgetShown = false;
+    bool drawOrderShown = false;
     bool sliceShown = false;                   ///< the picture that is to be sliced
     bool mixedShown = false;                   ///< in the attribute window
     bool resendsOnSave = false;

@@ -26,6 +26,8 @@ struct SwitchKey {
 constexpr SwitchKey switchKeys[] = {{"Attributes", &SessionRecord::attributesShown},
                                     {"Hierarchy", &SessionRecord::hierarchyShown},
                                     {"Textures", &SessionRecord::texturesShown},
+                                    {"Budget", &SessionRecord::budgetShown},
+                                    {"DrawOrder", &SessionRecord::drawOrderShown},
                                     {"KeepVersions", &SessionRecord::keepsVersions},
                                     {"KeepRecovery", &SessionRecord::keepsRecovery},
                                     {"TreeLinked", &SessionRecord::treeLinked},
@@ -41,14 +43,16 @@ constexpr FilesKey filesKeys[] = {{"Model", &SessionRecord::modelFiles},
 struct PlaceKey {
     std::string_view key;
     WindowRectangle SessionRecord::*place;
-    WindowRectangle SettingsRecord::*setting;
+    WindowRectangle SettingsRecord::*setting; ///< null where the settings have none
 };
 constexpr PlaceKey placeKeys[] = {
     {"MainPlace", &SessionRecord::mainWindow, &SettingsRecord::mainWindow},
     {"ToolPlace", &SessionRecord::toolBox, &SettingsRecord::toolBox},
     {"HierPlace", &SessionRecord::hierarchy, &SettingsRecord::hierarchy},
     {"AttrPlace", &SessionRecord::attributes, &SettingsRecord::attributes},
-    {"TextPlace", &SessionRecord::textures, &SettingsRecord::textures}};
+    {"TextPlace", &SessionRecord::textures, &SettingsRecord::textures},
+    {"BudgetPlace", &SessionRecord::budget, nullptr},
+    {"DrawOrderPlace", &SessionRecord::drawOrder, nullptr}};
 
 /// A path that a line can hold.
 bool fitsLine(std::string_view path)
@@ -218,6 +222,7 @@ SessionRecord parseSession(std::string_view text, SessionRecord session)
 void completePlaces(SettingsRecord& settings, const SessionRecord& session)
 {
     for (const PlaceKey& known : placeKeys) {
+        if (!known.setting) continue;
         SettingsRecord cut;
         cut.mainWindow = session.*known.place;
         const auto read = parseSettings(formatSettings(cut));

@@ -15,6 +15,9 @@ struct SessionRecord {
     std::vector<std::string> modelFiles, textureFiles; ///< recent ones by their whole paths
     std::string lastTextureList;                       ///< opened or saved last; empty: none
     bool attributesShown = false, hierarchyShown = false, texturesShown = false;
+    bool budgetShown = false, drawOrderShown = false;
+    /// Where these were last; empty until they were open.
+    WindowRectangle budget{}, drawOrder{};
     bool keepsVersions = true, keepsRecovery = true;
     bool treeLinked = false; ///< the hierarchy window with what is picked
     bool mixedShown = false; ///< in the attribute window

@@ -24,6 +24,8 @@
 #include "session/menu_state.h"
 #include "state/editor.h"
 #include "windows/attribute_window.h"
+#include "windows/budget_window.h"
+#include "windows/draw_order_window.h"
 #include "windows/hierarchy_window.h"
 #include "windows/main_tool_bar.h"
 #include "windows/model_view_window.h"
@@ -272,6 +274,8 @@ constexpr Command commands[] = {
     {inMain, IDM_FILE_RECOVER, IDM_FILE_RECOVER, perform<recoverDocument>},
     {inMain, IDM_SEND_ON_SAVE, IDM_SEND_ON_SAVE, onSendOnSave},
     {inMain, IDM_START_MONITOR, IDM_START_MONITOR, perform<startMonitor>},
+    {inMain, IDM_VIEW_BUDGET, IDM_VIEW_BUDGET, perform<toggleBudgetWindow>},
+    {inMain, IDM_VIEW_DRAW_ORDER, IDM_VIEW_DRAW_ORDER, perform<toggleDrawOrderWindow>},
     {inMain, IDM_VIEW_FIT, IDM_VIEW_FIT_PICKED, onFrame},
     {inMain, IDM_SELECT_INVERT, IDM_SHOW_HIDDEN, onSelectMore},
     {inMain, IDM_SHOW_MIXED, IDM_SHOW_MIXED, perform<toggleMixedValues>},

@@ -14,6 +14,8 @@
 #include "ui/status_bar.h"
 #include "ui/tool_bar.h"
 #include "ui/window_data.h"
+#include "windows/draw_order_view.h"
+#include "windows/further_status.h"
 #include "windows/main_tool_bar.h"
 #include "windows/model_view_window.h"
 #include "windows/recent_menu.h"
@@ -34,8 +36,6 @@ namespace facetor {
 namespace {
 
 constexpr UINT_PTR keeperTimer = 1;
-
-constexpr int statusPartEdges[] = {100, 200, 300}; // right edges in pixels
 
 Message startContents(Editor& editor)
 {
@@ -73,7 +73,7 @@ bool createContents(Editor& editor)
     startView(editor.view, editor.engine);
     editor.toolBar = createMainToolBar(editor.mainWindow);
     if (!editor.toolBar) return false;
-    editor.statusBar = createStatusBar(editor.mainWindow, statusPartEdges);
+    editor.statusBar = createMainStatusBar(editor.mainWindow);
     if (!editor.statusBar) return false;
     refreshStatus(editor);
     if (!applySettings(editor)) placeFirst(editor);
@@ -211,7 +211,8 @@ LRESULT CALLBACK mainWindowProcedure(HWND window, UINT message, WPARAM wParam, L
     case WM_LBUTTONDOWN: onLeftButtonDown(editor, viewPosition(editor, mousePosition(lParam))); return 0;
     case WM_LBUTTONUP: onLeftButtonUp(editor); return 0;
     case WM_LBUTTONDBLCLK:
-        if (editor.toolBox.tool == ViewTool::selectPolygons)
+        if (!onAskedPixel(editor, viewPosition(editor, mousePosition(lParam))) &&
+            editor.toolBox.tool == ViewTool::selectPolygons)
             selectConnectedAt(editor, viewPosition(editor, mousePosition(lParam)));
         return 0;
     case WM_RBUTTONDOWN: onRightButtonDown(editor, mousePosition(lParam), wParam); return 0;
@@ -229,7 +230,7 @@ LRESULT CALLBACK mainWindowProcedure(HWND window, UINT message, WPARAM wParam, L
         return 0;
     case WM_SETCURSOR:
         if (LOWORD(lParam) == HTCLIENT && reinterpret_cast<HWND>(wParam) == window &&
-            showSliceCursor(editor))
+            (showAskCursor(editor) || showSliceCursor(editor)))
             return TRUE;
         break;
     case WM_COMMAND:
@@ -290,6 +291,7 @@ void refreshStatus(Editor& editor)
     for (int part = 0; const auto& [word, count] : parts)
         setStatusText(editor.statusBar, part++,
                       loadCatalogueText(editor.mainWindow, word) + " = " + std::to_string(count));
+    refreshFurtherStatus(editor);
     showStatusMessage(editor.statusBar, editor.statusLine);
 }
 

@@ -68,8 +68,9 @@ private:
 /// Gives the keyboard to the editor's next window that is open; after the last to the first.
 void goToNextWindow(const Editor& editor)
 {
-    const HWND windows[] = {editor.mainWindow, editor.textureWindow.window, editor.attributeWindow,
-                            editor.hierarchyWindow};
+    const HWND windows[] = {editor.mainWindow,      editor.textureWindow.window,
+                            editor.attributeWindow, editor.hierarchyWindow,
+                            editor.budget.window,   editor.drawOrder.window};
     const auto current = std::ranges::find(windows, GetActiveWindow());
     const auto first = current == std::end(windows) ? std::begin(windows) : current + 1;
     const auto isOpen = [](HWND window) { return window && IsWindowVisible(window); };

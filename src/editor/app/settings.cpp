@@ -96,6 +96,10 @@ void writeSession(const Editor& editor)
     session.attributesShown = editor.attributeWindow != nullptr;
     session.hierarchyShown = editor.hierarchyWindow != nullptr;
     session.texturesShown = editor.textureWindow.window != nullptr;
+    session.budgetShown = editor.budget.window != nullptr;
+    session.drawOrderShown = editor.drawOrder.window != nullptr;
+    session.budget = editor.session.budget;
+    session.drawOrder = editor.session.drawOrder;
     session.keepsVersions = editor.keepsVersions;
     session.keepsRecovery = editor.keeper.enabled;
     session.treeLinked = editor.treeLinked;
@@ -157,7 +161,9 @@ void reopenWindows(Editor& editor)
     const SessionRecord& session = editor.session;
     for (const auto& [shown, command] : {std::pair{session.attributesShown, IDM_VIEW_ATTRIBUTES},
                                          {session.hierarchyShown, IDM_VIEW_HIERARCHY},
-                                         {session.texturesShown, IDM_VIEW_TEXTURES}})
+                                         {session.texturesShown, IDM_VIEW_TEXTURES},
+                                         {session.budgetShown, IDM_VIEW_BUDGET},
+                                         {session.drawOrderShown, IDM_VIEW_DRAW_ORDER}})
         if (shown) SendMessageA(editor.mainWindow, WM_COMMAND, static_cast<WPARAM>(command), 0);
     SetActiveWindow(editor.mainWindow);
 }

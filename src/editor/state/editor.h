@@ -12,6 +12,7 @@
 #include "session/session_text.h"
 #include "session/settings_text.h"
 #include "state/command.h"
+#include "state/target_windows.h"
 #include "state/window_state.h"
 #include "ui/alert.h"
 #include "ui/colour_picker.h"
@@ -26,6 +27,7 @@
 #include <commctrl.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -111,7 +113,7 @@ struct Editor {
     std::string statusLine;   ///< stands in the status bar until the next command; mostly empty
 
     std::array<std::string, 2> targetFolders; ///< for target images: the first that takes them
-    bool resendsOnSave = false; ///< what is saved is sent to the target as well
+    bool resendsOnSave = false;               ///< what is saved is sent to the target as well
     std::string settingsPath;                 ///< empty when no settings are kept
     SessionRecord session;                    ///< as read; beside the settings
     SettingsRecord settings; ///< as read; what belongs to no window of this run is written again
@@ -134,7 +136,10 @@ struct Editor {
     HWND hierarchyWindow = nullptr; ///< while it is open
     std::vector<HTREEITEM> hierarchyItems; ///< of its tree, by object index
     bool treeLinked = false;               ///< with what is picked in the view
-    HACCEL accelerators = nullptr;         ///< of the program's resources, which own it
+    BudgetWindow budget;
+    DrawOrderWindow drawOrder;
+    std::optional<FurtherStatus> furtherStatus; ///< none before the bar shows any
+    HACCEL accelerators = nullptr;              ///< of the program's resources, which own it
     /// Open modeless dialogs that take the keyboard's dialog navigation, in the order in which the
     /// main loop offers them a message.
     std::vector<HWND> modelessDialogs;

@@ -56,6 +56,15 @@ struct AttributeEditing {
     std::optional<WorkingAttribute> copied;
 };
 
+/// What the status bar's parts behind the documented ones show.
+struct FurtherStatus {
+    std::uint32_t pickedPolygons = 0;
+    std::uint64_t texelBytes = 0;
+    bool modified = false;
+
+    bool operator==(const FurtherStatus&) const = default;
+};
+
 /// Which slots a transform is for, as its dialog was left.
 struct ExtentChoice {
     SlotExtent extent{0, 0};

@@ -17,4 +17,14 @@ template <typename State> State& dialogState(HWND dialog)
     return *reinterpret_cast<State*>(GetWindowLongPtrA(dialog, DWLP_USER));
 }
 
+// Dialogs whose size the user can change.
+
+/// Makes a control as wide as its dialog leaves, with the margin on its left on its right, too.
+void stretchAcross(HWND dialog, int control);
+/// The same, and as high, with that margin below.
+void stretchToEnd(HWND dialog, int control);
+
+/// For the message that asks for limits: a client area of at least this size, in dialog units.
+void limitClientSize(HWND dialog, LONG leastWidth, LONG leastHeight, MINMAXINFO& limits);
+
 } // namespace facetor

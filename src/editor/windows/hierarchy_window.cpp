@@ -6,6 +6,7 @@
 #include "session/object_text.h"
 #include "session/window_place.h"
 #include "state/editor.h"
+#include "ui/dialog.h"
 #include "ui/window_data.h"
 #include "view/select_more.h"
 #include "windows/main_tool_bar.h"
@@ -124,28 +125,6 @@ LRESULT onTreeNotify(Editor& editor, const NMHDR& header)
     }
 }
 
-/// Lets the tree fill what the buttons leave, with the same margin on all sides.
-void layOut(HWND dialog)
-{
-    const HWND tree = GetDlgItem(dialog, IDC_HIERARCHY_TREE);
-    RECT client{}, place{};
-    GetClientRect(dialog, &client);
-    GetWindowRect(tree, &place);
-    MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&place), 2);
-    SetWindowPos(tree, nullptr, 0, 0, std::max(0L, client.right - 2 * place.left),
-                 std::max(0L, client.bottom - place.top - place.left),
-                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
-void limitSize(HWND dialog, MINMAXINFO& limits)
-{
-    RECT least{0, 0, leastWidth, leastHeight};
-    MapDialogRect(dialog, &least);
-    AdjustWindowRectEx(&least, static_cast<DWORD>(GetWindowLongPtrA(dialog, GWL_STYLE)), TRUE,
-                       static_cast<DWORD>(GetWindowLongPtrA(dialog, GWL_EXSTYLE)));
-    limits.ptMinTrackSize = {least.right - least.left, least.bottom - least.top};
-}
-
 /// Makes the window so wide that the tree shows every name, as far as the screen has room.
 void widenToNames(const Editor& editor, HWND dialog)
 {
@@ -166,7 +145,7 @@ void widenToNames(const Editor& editor, HWND dialog)
     place = restoredPlace(place, virtualScreen(), place);
     MoveWindow(dialog, place.left, place.top, place.right - place.left, place.bottom - place.top,
                FALSE);
-    layOut(dialog);
+    stretchToEnd(dialog, IDC_HIERARCHY_TREE);
 }
 
 void onInitialise(Editor& editor, HWND dialog)
@@ -177,7 +156,7 @@ void onInitialise(Editor& editor, HWND dialog)
         restoredPlace(remembered, virtualScreen(), windowPlace(dialog));
     MoveWindow(dialog, place.left, place.top, place.right - place.left, place.bottom - place.top,
                FALSE);
-    layOut(dialog);
+    stretchToEnd(dialog, IDC_HIERARCHY_TREE);
     editor.hierarchyWindow = dialog; // from here on its place is remembered
     editor.modelessDialogs.push_back(dialog);
     buildTree(editor);
@@ -225,9 +204,11 @@ INT_PTR CALLBACK hierarchyProcedure(HWND dialog, UINT message, WPARAM wParam, LP
     Editor& editor = theEditor();
     switch (message) {
     case WM_INITDIALOG: onInitialise(editor, dialog); return FALSE; // the tree has the focus
-    case WM_SIZE: layOut(dialog); [[fallthrough]];
+    case WM_SIZE: stretchToEnd(dialog, IDC_HIERARCHY_TREE); [[fallthrough]];
     case WM_MOVE: rememberPlace(editor, dialog); return TRUE;
-    case WM_GETMINMAXINFO: limitSize(dialog, *reinterpret_cast<MINMAXINFO*>(lParam)); return TRUE;
+    case WM_GETMINMAXINFO:
+        limitClientSize(dialog, leastWidth, leastHeight, *reinterpret_cast<MINMAXINFO*>(lParam));
+        return TRUE;
     case WM_COMMAND: onCommand(editor, LOWORD(wParam)); return TRUE;
     case WM_NOTIFY:
         if (reinterpret_cast<const NMHDR*>(lParam)->idFrom == IDC_HIERARCHY_TREE)

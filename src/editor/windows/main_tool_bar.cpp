@@ -6,6 +6,7 @@
 #include "ui/menu.h"
 #include "ui/tool_bar.h"
 #include "view/selection.h"
+#include "windows/further_status.h"
 
 #include <vector>
 
@@ -67,6 +68,7 @@ bool onMainToolBarNotify(const Editor& editor, LPARAM notification)
 
 void refreshMenuState(Editor& editor)
 {
+    refreshFurtherStatus(editor);
     const HWND toolBox = editor.toolBox.window;
     const Document& document = editor.document;
     const MenuFacts facts{.undoAvailable = !document.undo.isEmpty(),
@@ -81,6 +83,8 @@ void refreshMenuState(Editor& editor)
                           .attributesShown = editor.attributeWindow != nullptr,
                           .hierarchyShown = editor.hierarchyWindow != nullptr,
                           .texturesShown = editor.textureWindow.window != nullptr,
+                          .budgetShown = editor.budget.window != nullptr,
+                          .drawOrderShown = editor.drawOrder.window != nullptr,
                           .sliceShown = editor.slice.shown,
                           .mixedShown = editor.attributeEditing.showsMixed,
                           .resendsOnSave = editor.resendsOnSave,

@@ -7,6 +7,7 @@
 #include "ui/menu.h"
 #include "ui/window_data.h"
 #include "windows/attribute_window.h"
+#include "windows/draw_order_view.h"
 #include "windows/hierarchy_window.h"
 #include "windows/main_tool_bar.h"
 #include "windows/slice_view.h"
@@ -185,8 +186,9 @@ void paintModelView(Editor& editor)
     const ClientSize client = viewSize(editor);
     if (client.width == 0 || client.height == 0) return;
     const std::optional<PlacedTexture> slice = shownSlice(editor);
-    paintFrame(editor.view, editor.engine, editor.document.model, client,
-               slice ? &*slice : nullptr);
+    if (paintFrame(editor.view, editor.engine, editor.document.model, client,
+                   slice ? &*slice : nullptr))
+        noteFrame(editor);
     presentSurface(paint.dc(), editor.engine.surface, client, editor.zoom);
     scaleToView(paint.dc(), editor.zoom);
     // What lies beside the surface is only erased, not painted anew: no overlay may reach there.
@@ -196,6 +198,7 @@ void paintModelView(Editor& editor)
         frameInDashes(paint.dc(), {band.left, band.top, band.right + 1, band.bottom + 1});
     }
     paintSliceOutline(editor, paint.dc());
+    paintDrawOrder(editor, paint.dc());
 }
 
 void eraseAroundModelView(Editor& editor, HDC dc)
@@ -222,6 +225,7 @@ void showMenuAt(Editor& editor, UINT command, POINT cursor)
 
 void onLeftButtonDown(Editor& editor, POINT position)
 {
+    if (onAskedPixel(editor, position)) return;
     editor.drag.last = position;
     onSliceDown(editor, position);
     setLeftButton(editor, ButtonState::down);

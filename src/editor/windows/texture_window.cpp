@@ -338,6 +338,12 @@ void scrollTextures(Editor& editor, GridScroll step)
     refreshMenuState(editor);
 }
 
+void showTexture(Editor& editor, std::uint32_t slot)
+{
+    chooseTexture(editor, slot);
+    if (editor.textureWindow.window) showSlot(editor, slot);
+}
+
 GridArea gridArea(const TextureWindow& textures)
 {
     RECT client{}, bar{};

@@ -32,6 +32,9 @@ void redrawTextures(Editor& editor);
 /// Needs slot < textureSlotCount.
 void chooseTexture(Editor& editor, std::uint32_t slot);
 
+/// The same, and scrolls the window, if it is open, until the slot is in sight.
+void showTexture(Editor& editor, std::uint32_t slot);
+
 /// Scrolls the window, if it is open, and enables what leads back to the start.
 void scrollTextures(Editor& editor, GridScroll step);
 
