@@ -49,13 +49,20 @@ class EditorProcess {
 public:
     EditorProcess(const fs::path& program, const std::string& model)
     {
-        SetErrorMode(SEM_NOGPFAULTERRORBOX); // inherited: a crash brings up no debugger
+        SetErrorMode(SEM_NOGPFAULTERRORBOX); // inherited: a crash brings up no dialog
+        // What a debugger says of the crash is nobody's business here.
+        SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+        const UniqueHandle<HANDLE, CloseHandle> nowhere(
+            CreateFileA("NUL", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                        &inherited, OPEN_EXISTING, 0, nullptr));
         STARTUPINFOW start{};
         start.cb = sizeof start;
+        start.dwFlags = STARTF_USESTDHANDLES;
+        start.hStdInput = start.hStdOutput = start.hStdError = nowhere.get();
         std::wstring line =
             L"\"" + program.wstring() + L"\" \"" + fs::path(model).wstring() + L"\"";
         PROCESS_INFORMATION started{};
-        EXPECT_TRUE(CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr,
+        EXPECT_TRUE(CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr,
                                    nullptr, &start, &started));
         CloseHandle(started.hThread);
         process_.reset(started.hProcess);

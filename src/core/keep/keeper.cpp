@@ -1,5 +1,6 @@
 #include "keep/keeper.h"
 
+#include <algorithm>
 #include <new>
 #include <utility>
 
@@ -83,6 +84,27 @@ bool writeAndWait(Keeper& keeper, const Document& document, const View& view)
     return keeper.fault.empty();
 }
 
+/// A document that was left among the recoverable ones is written, or cannot be.
+void takeKept(Keeper& keeper, std::optional<RecoveryWriter::Outcome> outcome)
+{
+    if (!outcome) return;
+    const auto kept = std::ranges::find_if(keeper.recoverable, [&](const Recoverable& recoverable) {
+        return recoverable.set.statePath() == keeper.laterState;
+    });
+    if (kept == keeper.recoverable.end()) return;
+    if (outcome->message == Message::none) {
+        const RecoveryState& written = outcome->copy->state;
+        kept->state.writtenAt = written.writtenAt;
+        kept->state.texturesNumber = written.texturesNumber;
+        kept->state.texturesSize = written.texturesSize;
+        kept->state.texturesChecksum = written.texturesChecksum;
+    } else {
+        keeper.fault = outcome->reason;
+        kept->set.remove();
+        keeper.recoverable.erase(kept);
+    }
+}
+
 void dropLive(Keeper& keeper)
 {
     waitForWriter(keeper);
@@ -105,6 +127,7 @@ void startKeeper(Keeper& keeper, const std::string& folder)
 
 void tickKeeper(Keeper& keeper, const Document& document, const View& view, std::uint64_t now)
 {
+    takeKept(keeper, keeper.laterWriter.poll());
     takeOutcome(keeper, keeper.writer.poll());
     if (document.changing || keeper.writer.isBusy()) return;
     if (!isOn(keeper) || !isChanged(document)) {
@@ -141,17 +164,20 @@ std::unique_ptr<DocumentCopy> copyForLater(const Keeper& keeper, const Document&
 
 bool keepForLater(Keeper& keeper, std::unique_ptr<DocumentCopy> copy)
 {
-    if (!copy || !isOn(keeper)) return false;
+    if (!copy || !isOn(keeper) || !keeper.laterWriter.start()) return false;
+    waitForKept(keeper);
     Recoverable kept;
     if (!kept.set.create(keeper.folder, keeper.fault)) return false;
-    if (writeRecovery(kept.set, copy->state, copy->model, copy->textures, false, keeper.fault) !=
-        Message::none) {
-        kept.set.remove();
-        return false;
-    }
     kept.state = copy->state;
+    keeper.laterState = kept.set.statePath();
+    keeper.laterWriter.begin(kept.set, std::move(copy), false);
     keeper.recoverable.insert(keeper.recoverable.begin(), std::move(kept));
     return true;
+}
+
+void waitForKept(Keeper& keeper)
+{
+    takeKept(keeper, keeper.laterWriter.waitFor(withoutEnd));
 }
 
 Message recover(Keeper& keeper, std::size_t index, Document& document, View& view,
@@ -178,6 +204,7 @@ Message recover(Keeper& keeper, std::size_t index, Document& document, View& vie
 void endKeeper(Keeper& keeper, const Document& document, const View& view, KeeperEnd end)
 {
     waitForWriter(keeper);
+    waitForKept(keeper);
     const bool stays = end == KeeperEnd::undecided && isOn(keeper) && isChanged(document);
     if (stays && (isWritten(keeper, document) || writeAndWait(keeper, document, view)))
         keeper.live.leave();
@@ -194,6 +221,7 @@ void endKeeper(Keeper& keeper, const Document& document, const View& view, Keepe
 void keepAtCrash(Keeper& keeper, const Document& document, const View& view)
 {
     takeOutcome(keeper, keeper.writer.waitFor(crashPatience));
+    (void)keeper.laterWriter.waitFor(crashPatience);
     if (!isOn(keeper) || document.changing || keeper.writer.isBusy() || !isChanged(document) ||
         isWritten(keeper, document) || !isSafeToDraw(document.model))
         return;

@@ -33,6 +33,8 @@ struct Keeper {
     bool unsavedOnPurpose = false;        ///< the user wanted to save, and then did not
 
     RecoveryWriter writer;
+    RecoveryWriter laterWriter; ///< of the last recoverable document of this run
+    std::string laterState;     ///< and the path of its set's state
 };
 
 /// Begins, with what others have left behind. Reads it all: some milliseconds a document.
@@ -45,12 +47,15 @@ void tickKeeper(Keeper& keeper, const Document& document, const View& view, std:
 /// Before a step that could lose something: writes what has changed, whatever the time.
 void keepNow(Keeper& keeper, const Document& document, const View& view, std::uint64_t now);
 
-/// Leaves the document among the recoverable ones, as it is. Waits for the disk. False when it
-/// could not be written, with the cause in keeper.fault.
+/// Leaves the document among the recoverable ones, as it is. It is written aside; one that cannot
+/// be is taken away again, with the cause in keeper.fault. False when that is known at once.
 bool keepForLater(Keeper& keeper, const Document& document, const View& view);
 
 /// The same of a copy that was made earlier.
 bool keepForLater(Keeper& keeper, std::unique_ptr<DocumentCopy> copy);
+
+/// Waits until what is kept for later is written: keeper.recoverable then has no more than that.
+void waitForKept(Keeper& keeper);
 
 /// A copy of the document, to be kept in case that what comes goes wrong; none when recovery is
 /// off or memory is short.
@@ -58,7 +63,7 @@ std::unique_ptr<DocumentCopy> copyForLater(const Keeper& keeper, const Document&
                                            const View& view);
 
 /// Makes keeper.recoverable[index] the document, writes it to the live set, and only then lets go
-/// of what it came from. Waits for the disk.
+/// of what it came from. Waits for the disk. After waitForKept(), which may change the indices.
 Message recover(Keeper& keeper, std::size_t index, Document& document, View& view,
                 std::string& reason);
 

@@ -100,6 +100,14 @@ Recoverable look(RecoverySet set, Model& model)
 
 } // namespace
 
+RecoverySet RecoverySet::withoutLock() const
+{
+    RecoverySet set;
+    set.folder_ = folder_;
+    set.name_ = name_;
+    return set;
+}
+
 bool RecoverySet::create(const std::string& folder, std::string& reason)
 {
     reason = makeFolder(folder);

@@ -23,6 +23,8 @@ public:
     /// Takes a set that no process holds. False when one does.
     [[nodiscard]] bool claim(const std::string& folder, const std::string& name);
     bool isHeld() const { return lock_.isHeld(); }
+    /// The same files without the lock: for who writes them while the set is held here.
+    RecoverySet withoutLock() const;
 
     std::string statePath() const;
     std::string texturesPath(std::uint32_t number) const;

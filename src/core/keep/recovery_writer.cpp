@@ -48,7 +48,7 @@ void RecoveryWriter::begin(const RecoverySet& set, std::unique_ptr<DocumentCopy>
     busy_ = true;
     {
         const std::lock_guard lock(mutex_);
-        set_ = &set;
+        set_ = set.withoutLock();
         texturesAreThere_ = texturesAreThere;
         outcome_ = {Message::none, {}, std::move(copy)};
         done_ = false;
@@ -77,7 +77,8 @@ void RecoveryWriter::run()
     for (;;) {
         changed_.wait(lock, [this] { return set_ || ends_; });
         if (!set_) return;
-        const RecoverySet& set = *std::exchange(set_, nullptr);
+        const RecoverySet set = std::move(*set_);
+        set_.reset();
         DocumentCopy& copy = *outcome_.copy;
         lock.unlock();
         std::string reason;

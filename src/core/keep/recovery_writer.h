@@ -47,8 +47,8 @@ public:
 
     /// Something is written, or was and poll() has not told of it.
     bool isBusy() const { return busy_; }
-    /// Begins to write; the set has to stay where it is until poll() tells of the end. Needs
-    /// !isBusy() and a start() that returned true.
+    /// Begins to write; the set has to be held until poll() tells of the end. Needs !isBusy() and a
+    /// start() that returned true.
     void begin(const RecoverySet& set, std::unique_ptr<DocumentCopy> copy, bool texturesAreThere);
     /// The outcome, once there is one.
     std::optional<Outcome> poll();
@@ -61,7 +61,7 @@ private:
     std::thread thread_;
     std::mutex mutex_;
     std::condition_variable changed_;
-    const RecoverySet* set_ = nullptr; ///< to be written
+    std::optional<RecoverySet> set_; ///< to be written
     bool texturesAreThere_ = false;
     std::atomic<bool> done_ = false; ///< what is written is behind it
     bool ends_ = false;

@@ -122,6 +122,7 @@ PartlyRead askPartlyRead(Editor& editor, const std::string& source, const std::s
 
 CommandOutcome recoverDocument(Editor& editor)
 {
+    waitForKept(editor.keeper);
     const auto chosen = askRecovery(editor);
     if (!chosen || !isRunning(editor)) return CommandOutcome::abandoned;
     keepBeforeRisk(editor);
@@ -134,6 +135,7 @@ CommandOutcome recoverDocument(Editor& editor)
         const WaitCursor waiting;
         const std::size_t count = editor.keeper.recoverable.size();
         keepUnsaved(editor); // which may put another one in front
+        waitForKept(editor.keeper);
         const std::size_t index = *chosen + (editor.keeper.recoverable.size() - count);
         message = recover(editor.keeper, index, editor.document, editor.view, reason);
     }

@@ -1,0 +1,146 @@
+// Disks and folders that take nothing more. Each is tried by a child process, which mounts a small
+// disk in memory for itself.
+#ifdef __linux__
+
+#include "base/file.h"
+#include "base/folder.h"
+#include "base/temporary_folder.h"
+#include "keep/keeper.h"
+#include "keep/versions.h"
+#include "model/model_file.h"
+
+#include <gtest/gtest.h>
+
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <string>
+
+namespace facetor {
+
+namespace {
+
+constexpr int notAllowed = 77; // to mount anything
+
+/// Gives this process a disk of 128 KiB at a folder, which no other one sees.
+void mountSmallDisk(const std::string& folder)
+{
+    const bool isOwn = unshare(CLONE_NEWNS) == 0 || unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0;
+    if (!isOwn || mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+        mount("none", folder.c_str(), "tmpfs", 0, "size=128k") != 0)
+        std::_Exit(notAllowed);
+}
+
+void require(bool holds, const char* what)
+{
+    if (holds) return;
+    std::fprintf(stderr, "%s\n", what);
+    std::_Exit(1);
+}
+
+/// Saves and keeps in a folder that takes nothing, for the reason `expected`, once `close` has run,
+/// and takes all again after `open`.
+[[noreturn]] void tryDisk(const std::string& folder, const std::string& expected,
+                          const std::function<void()>& close, const std::function<void()>& open)
+{
+    const std::string file = pathIn(folder, "model.mx3"), kept = pathIn(folder, "kept");
+    const VersionStore versions{pathIn(folder, "versions"), 10, 1u << 20};
+    Document document;
+    const View view;
+    require(startDocument(document) == Message::none, "no memory");
+    Keeper keeper;
+    startKeeper(keeper, kept);
+    std::uint64_t now = 1;
+    const auto edit = [&](const std::string& name) {
+        (void)change(document, Word::stepRename, [&] {
+            document.model.names[0] = name;
+            return EditOutcome{};
+        });
+        tickKeeper(keeper, document, view, now += keeperPeriod);
+        while (keeper.writer.isBusy()) tickKeeper(keeper, document, view, now);
+    };
+    require(writeModelFile(document.model, file) == Message::none, "the first save");
+    edit("first");
+    require(keeper.fault.empty(), "the first recovery file");
+    const auto saved = readFile(file), state = readFile(keeper.live.statePath());
+    close();
+    std::string reason;
+    const Bytes bytes = writeModel(document.model);
+    require(writeFile(file, bytes, &reason) == Message::cannotCreateFile, "a save is refused");
+    require(reason == expected, reason.c_str());
+    require(keepVersion(versions, file, KeptKind::model, reason) == Message::versionNotKept,
+            "so is a version");
+    require(reason == expected, reason.c_str());
+    edit("second");
+    require(keeper.fault == expected, keeper.fault.c_str());
+    require(!keepForLater(keeper, document, view) ||
+                (waitForKept(keeper), keeper.recoverable.empty()),
+            "nothing is offered that is not there");
+    require(readFile(file) == saved && readFile(keeper.live.statePath()) == state,
+            "what was there stands");
+    open();
+    require(namesIn(kept).size() == 2 && readVersions(versions).all.empty(),
+            "nothing is left about");
+    require(writeFile(file, bytes) == Message::none, "a save again");
+    require(keepVersion(versions, file, KeptKind::model, reason) == Message::none, "a version");
+    edit("third");
+    require(keeper.fault.empty() && readFile(keeper.live.statePath()) != state, "and what is kept");
+    std::_Exit(0);
+}
+
+bool skipped = false;
+
+bool isFine(int status)
+{
+    skipped = WIFEXITED(status) && WEXITSTATUS(status) == notAllowed;
+    return skipped || (WIFEXITED(status) && WEXITSTATUS(status) == 0);
+}
+
+TEST(FullDisk, SaysSoAndLosesNothing)
+{
+    const TemporaryFolder folder;
+    const std::string disk = folder.path().string(), filler = pathIn(disk, "filler");
+    const auto fill = [&] {
+        std::FILE* file = std::fopen(filler.c_str(), "wb");
+        while (std::fputc(0, file) != EOF && std::fflush(file) == 0) {
+        }
+        (void)std::fclose(file);
+    };
+    EXPECT_EXIT(
+        (mountSmallDisk(disk), tryDisk(disk, "disk full", fill, [&] { (void)removeFile(filler); })),
+        isFine, "");
+    if (skipped) GTEST_SKIP() << "nothing can be mounted here";
+}
+
+TEST(ReadOnlyFolder, SaysSoAndLosesNothing)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.path().string();
+    const bool isRoot = geteuid() == 0; // who may write everywhere
+    const auto allow = [&](mode_t rights) {
+        for (const std::string& each : {path, pathIn(path, "kept")})
+            require(chmod(each.c_str(), rights) == 0, "no rights");
+    };
+    constexpr uid_t nobody = 65534;
+    const auto close = [&] {
+        allow(0555);
+        require(!isRoot || seteuid(nobody) == 0, "nobody");
+    };
+    const auto open = [&] {
+        require(!isRoot || seteuid(0) == 0, "root");
+        allow(0755);
+    };
+    EXPECT_EXIT(tryDisk(path, "no permission", close, open), isFine, "");
+}
+
+} // namespace
+
+} // namespace facetor
+
+#endif
