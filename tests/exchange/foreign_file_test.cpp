@@ -5,6 +5,7 @@
 #include "exchange/export_files.h"
 #include "session/import_memory.h"
 #include "session/import_text.h"
+#include "texture/numbered_texture.h"
 
 #include <gtest/gtest.h>
 
@@ -53,6 +54,37 @@ TEST(ForeignFile, NotesOfAnImportOntoAModelAreOfItsNewPolygons)
     ASSERT_EQ(importOnto(result, textures, old, imported, reason), Message::none);
     ASSERT_EQ(imported.report.notes.size(), 2u);
     EXPECT_EQ(imported.report.notes[0].text, "1 polygons b");
+}
+
+TEST(ForeignFile, APictureThatWasPaintedAnewIsSeenWhereNobodyHasChangedItsTexture)
+{
+    ImportedModel imported;
+    Model result, old;
+    TextureList textures;
+    Reason reason;
+    for (Model* model : {&imported.model, &result, &old})
+        ASSERT_EQ(createModelStore(*model), Message::none);
+    for (TextureList* list : {&textures, &imported.textures})
+        ASSERT_EQ(list->create(), Message::none);
+    putNumbered(textures, 5, 8, 8);
+    putNumbered(textures, 6, 8, 8, 1);
+    ImportedSlots slots = importedSlots(textures);
+    textures.pixels(6)[0] ^= 1; // by the user
+    for (const int texture : {0, 1, 2})
+        putNumbered(imported.textures, static_cast<std::uint32_t>(texture), 16, 8, texture);
+    constexpr std::uint16_t before[] = {5, 5, 5, 6}, now[] = {0, 0, 2, 1}, after[] = {5, 5, 7, 6};
+    for (std::uint32_t p = 0; p < 4; ++p)
+        for (auto [model, texture] :
+             {std::pair{&old, before[p]}, std::pair{&imported.model, now[p]}}) {
+            model->attributes[p].flags |= textureMap;
+            model->attributes[p].texture = texture;
+        }
+    ASSERT_EQ(importOnto(result, textures, old, imported, reason, &slots), Message::none);
+    for (std::uint32_t p = 0; p < 4; ++p) EXPECT_EQ(result.attributes[p].texture, after[p]) << p;
+    EXPECT_TRUE(sameTexture(textures.slot(5), imported.textures.slot(0)));
+    EXPECT_TRUE(sameTexture(textures.slot(7), imported.textures.slot(2)));
+    EXPECT_EQ(textures.slot(6).width, 8);
+    EXPECT_EQ(slots.at(5), contentOf(textures.slot(5))) << "which is known from then on";
 }
 
 TEST(ImportText, WhatReadersSayIsKnownToTheCatalogueByItsForm)

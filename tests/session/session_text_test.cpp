@@ -15,13 +15,15 @@ TEST(SessionText, BringsBackEverythingAndPassesOverWhatIsWrong)
     session.textureFiles = {"/tmp/a list.mxt"};
     session.lastTextureList = "C:\\last one.mxt";
     session.hierarchyShown = session.texturesShown = true;
-    session.keepsRecovery = false;
+    session.keepsRecovery = session.watchesPictures = false;
+    session.listWithModel = ListWithModel::ask;
     session.drawOrderShown = true;
     session.budget = {-20, 10, 280, 400};
     for (std::size_t i = 0; i < rememberedImports + 1; ++i) {
         const std::string path = "C:\\o,n e" + std::to_string(i) + ".obj";
         rememberSource(session.imports, path,
                        {0.5f, UpAxis::z, Triangles::keep, {64, 32, Dither::diffuse}});
+        rememberFiles(session.imports, path, {path + ".mtl", path + " a.png"});
         rememberModel(session.imports, path + ".mx3", path);
     }
     const std::string text = formatSession(session);
@@ -36,6 +38,7 @@ TEST(SessionText, BringsBackEverythingAndPassesOverWhatIsWrong)
     const std::string last = "C:\\o,n e32.obj";
     EXPECT_EQ(importedFrom(read.imports, last + ".mx3"), last);
     EXPECT_EQ(optionsOf(read.imports, last, {}), session.imports.sources.back().options);
+    EXPECT_EQ(filesOf(read.imports, last), session.imports.sources.back().files);
     EXPECT_EQ(importedFrom(read.imports, "C:\\o,n e0.obj.mx3"), "") << "the oldest";
 }
 

@@ -40,11 +40,78 @@ std::uint32_t firstFreeSlot(const TextureList& textures, const Model& model)
     return next;
 }
 
+constexpr std::uint32_t shownBy = textureMap | flipHorizontal | flipVertical;
+
+/// Puts textures of an import into slots of a list.
+class SlotFiller {
+public:
+    SlotFiller(TextureList& textures, const TextureList& imported, ImportedSlots* made,
+               std::uint32_t next)
+        : textures_(textures), imported_(imported), made_(made), next_(next)
+    {
+    }
+
+    /// The slot that shows an imported texture: one behind the others, the same for each polygon.
+    std::uint32_t slotOf(std::uint32_t texture)
+    {
+        const auto [at, isNew] = slots_.try_emplace(texture, next_);
+        if (!isNew) return at->second;
+        if (next_++ < textureSlotCount) {
+            put(at->second, texture);
+            ++filled_;
+        }
+        return at->second;
+    }
+
+    /// The slot of a polygon that showed `slot` and is to show an imported texture: that one, with
+    /// the new contents, when nobody has changed what an import put there.
+    std::uint32_t refreshed(std::uint32_t slot, std::uint32_t texture)
+    {
+        const auto [at, isFirst] = refreshed_.try_emplace(slot, texture);
+        if (!isFirst) return at->second == texture ? slot : slotOf(texture);
+        put(slot, texture);
+        return slot;
+    }
+    bool isUnchanged(std::uint32_t slot) const
+    {
+        if (refreshed_.contains(slot)) return true;
+        const auto known = made_->find(slot);
+        return known != made_->end() && !textures_.isEmpty(slot) &&
+               contentOf(textures_.slot(slot)) == known->second;
+    }
+
+    std::uint32_t end() const { return next_; }
+    std::uint32_t filled() const { return filled_; }
+
+private:
+    void put(std::uint32_t slot, std::uint32_t texture)
+    {
+        const TextureSlot& from = imported_.slot(texture);
+        textures_.set(slot, from.width, from.height, imported_.texels(texture));
+        if (made_) (*made_)[slot] = contentOf(from);
+    }
+
+    TextureList& textures_;
+    const TextureList& imported_;
+    ImportedSlots* made_;
+    std::uint32_t next_, filled_ = 0;
+    std::map<std::uint32_t, std::uint32_t> slots_;     ///< by imported texture
+    std::map<std::uint32_t, std::uint32_t> refreshed_; ///< imported textures by slot
+};
+
+/// Whether a polygon shows a texture that the import has. A model that was Facetor's may name slots
+/// that its list does not fill.
+bool showsImported(const PolygonAttribute& attribute, const TextureList& imported)
+{
+    return (attribute.flags & textureMap) != 0 && attribute.texture < textureSlotCount &&
+           !imported.isEmpty(attribute.texture);
+}
+
 /// Takes the polygons that are as they were out of what notes say of polygons.
 void leaveToFresh(std::vector<ImportNote>& notes, const KeptPolygons& polygons)
 {
     std::set<std::uint32_t> fresh;
-    for (const KeptPolygons::Fresh& polygon : polygons.fresh) fresh.insert(polygon.imported);
+    for (const KeptPolygons::Polygon& polygon : polygons.fresh) fresh.insert(polygon.imported);
     std::erase_if(notes, [&](ImportNote& note) {
         if (note.polygons.empty()) return false;
         std::erase_if(note.polygons, [&](std::uint32_t p) { return !fresh.contains(p); });
@@ -144,18 +211,27 @@ Message importModel(ImportedModel& imported, ForeignKind kind, Bytes file, const
 
 Message importModelFile(ImportedModel& imported, const std::string& path,
                         const ImportOptions& options, const ImportProgress& progress,
-                        Reason& reason)
+                        Reason& reason, std::vector<std::string>* filesRead)
 {
     const auto kind = foreignKindOf(path);
     if (!kind) return Message::formatNotSupported;
     std::optional<Bytes> file = readFile(path, largestForeignModel, &reason.text);
     if (!file) return Message::cannotOpenFile;
     return importModel(imported, *kind, std::move(*file), titleOf(path),
-                       assetsBelow(folderOf(path)), options, ImportPictures::yes, progress, reason);
+                       assetsBelow(folderOf(path), filesRead), options, ImportPictures::yes,
+                       progress, reason);
+}
+
+ImportedSlots importedSlots(const TextureList& textures)
+{
+    ImportedSlots slots;
+    for (std::uint32_t slot = 0, end = textures.usedCount(); slot < end; ++slot)
+        if (!textures.isEmpty(slot)) slots[slot] = contentOf(textures.slot(slot));
+    return slots;
 }
 
 Message importOnto(Model& result, TextureList& textures, const Model& old, ImportedModel& imported,
-                   Reason& reason)
+                   Reason& reason, ImportedSlots* slots)
 {
     try {
         KeptPolygons polygons;
@@ -163,27 +239,25 @@ Message importOnto(Model& result, TextureList& textures, const Model& old, Impor
             message != Message::none)
             return message;
         ImportReport& report = imported.report;
-        report.textures = 0;
-        std::uint32_t next = firstFreeSlot(textures, old);
-        std::map<std::uint32_t, std::uint32_t> slots;
-        for (const KeptPolygons::Fresh& fresh : polygons.fresh) {
-            PolygonAttribute& attribute = result.attributes[fresh.index];
-            if ((attribute.flags & textureMap) == 0) continue;
-            // A model that was Facetor's may name slots that its list does not fill.
-            if (attribute.texture >= textureSlotCount ||
-                imported.textures.isEmpty(attribute.texture))
+        SlotFiller filler(textures, imported.textures, slots, firstFreeSlot(textures, old));
+        for (const KeptPolygons::Polygon& same : polygons.same) {
+            PolygonAttribute& attribute = result.attributes[same.index];
+            const PolygonAttribute& now = imported.model.attributes[same.imported];
+            if (!slots || !showsImported(now, imported.textures) ||
+                (attribute.flags & shownBy) != (now.flags & shownBy) ||
+                !filler.isUnchanged(attribute.texture))
                 continue;
-            const auto [at, isNew] = slots.try_emplace(attribute.texture, next);
-            if (isNew && next++ < textureSlotCount) {
-                const TextureSlot slot = imported.textures.slot(attribute.texture);
-                textures.set(at->second, slot.width, slot.height,
-                             imported.textures.texels(attribute.texture));
-                ++report.textures;
-            }
-            attribute.texture = static_cast<std::uint16_t>(at->second);
+            attribute.texture =
+                static_cast<std::uint16_t>(filler.refreshed(attribute.texture, now.texture));
         }
-        if (next > textureSlotCount) {
-            reason.text = std::to_string(next) + " textures where " +
+        for (const KeptPolygons::Polygon& fresh : polygons.fresh) {
+            PolygonAttribute& attribute = result.attributes[fresh.index];
+            if (showsImported(attribute, imported.textures))
+                attribute.texture = static_cast<std::uint16_t>(filler.slotOf(attribute.texture));
+        }
+        report.textures = filler.filled();
+        if (filler.end() > textureSlotCount) {
+            reason.text = std::to_string(filler.end()) + " textures where " +
                           std::to_string(textureSlotCount) + " fit";
             return Message::formatNotSupported;
         }

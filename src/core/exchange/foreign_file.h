@@ -6,6 +6,8 @@
 #include "model/model.h"
 #include "texture/texture_list.h"
 
+#include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -55,18 +57,26 @@ Message importModel(ImportedModel& imported, ForeignKind kind, Bytes file, const
                     const AssetReader& assets, const ImportOptions& options,
                     ImportPictures pictures, const ImportProgress& progress, Reason& reason);
 
-/// The same with pictures, of a file at a path and what it names beside and below it.
-/// cannotOpenFile when it cannot be read.
+/// The same with pictures, of a file at a path and what it names beside and below it; those files
+/// are added to `filesRead`, when given. cannotOpenFile when it cannot be read.
 Message importModelFile(ImportedModel& imported, const std::string& path,
                         const ImportOptions& options, const ImportProgress& progress,
-                        Reason& reason);
+                        Reason& reason, std::vector<std::string>* filesRead = nullptr);
+
+/// The slots that imports have filled, with contentOf() what they put there: a slot that still
+/// shows it has not been changed since.
+using ImportedSlots = std::map<std::uint32_t, std::uint64_t>;
+
+/// The slots of a list that has just been imported.
+ImportedSlots importedSlots(const TextureList& textures);
 
 /// Makes `result` of a model that was imported anew and of the older one that it comes after, as
 /// keepAttributes() does. Textures of polygons that the older model did not have go into `textures`
 /// behind those that it holds and those that old polygons name. The report gets what was kept.
-/// Needs pools of `result`. formatNotSupported, with the cause in `reason`, when objects or
-/// textures are too many then; outOfMemory.
+/// With `slots`, which is brought up to date, those of them that nobody has changed get what the
+/// pictures of their polygons show now. Needs pools of `result`. formatNotSupported, with the cause
+/// in `reason`, when objects or textures are too many then; outOfMemory.
 Message importOnto(Model& result, TextureList& textures, const Model& old, ImportedModel& imported,
-                   Reason& reason);
+                   Reason& reason, ImportedSlots* slots = nullptr);
 
 } // namespace facetor

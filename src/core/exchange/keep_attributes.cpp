@@ -358,7 +358,10 @@ private:
                 const PolygonAttribute& attribute = old_.model.attributes[was.attributeTable + old];
                 result_.attributes[to] = attribute;
                 result_.gouraud[to] = old_.model.gouraud[attribute.gouraud];
-                polygon.corner = match->cornersLike(old_.polygon(source.old, old), p);
+                const auto corners = match->cornersLike(old_.polygon(source.old, old), p);
+                if (!isTurned && corners == polygon.corner)
+                    polygons_.same.push_back({to, from.polygonTable + p});
+                polygon.corner = corners;
                 ++kept;
             }
             result_.attributes[to].gouraud = to;

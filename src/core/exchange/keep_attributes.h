@@ -10,10 +10,11 @@ namespace facetor {
 /// What an import onto an older model found.
 struct KeptPolygons {
     std::uint32_t kept = 0, gone = 0;
-    struct Fresh {
+    struct Polygon {
         std::uint32_t index, imported; ///< in the pools of the result and of the imported model
     };
-    std::vector<Fresh> fresh; ///< the new polygons
+    std::vector<Polygon> fresh; ///< the new polygons
+    std::vector<Polygon> same;  ///< those found again whose corners begin where the import has them
 };
 
 /// Makes `result` of a model that was imported anew and of the older one that it comes after. The

@@ -99,6 +99,10 @@
 #define IDM_FILE_EXPORT 40133
 #define IDM_FILE_VERSIONS 40140
 #define IDM_FILE_RECOVER 40141
+#define IDM_FILE_WATCH 40142
+#define IDM_FILE_WITH_TEXTURES 40143
+#define IDM_FILE_REREAD 40144   // no menu item: what another program has written
+#define IDM_TEXTURE_WATCH 40145 // of the texture list window alone
 #define IDM_SEND_ON_SAVE 40160
 #define IDM_START_MONITOR 40161
 #define IDM_VIEW_BUDGET 40170

@@ -12,4 +12,7 @@ std::string modelSavePath(std::string_view path);
 /// The same of a texture list, with ".mxt".
 std::string textureSavePath(std::string_view path);
 
+/// The name of a file without its folder.
+std::string fileNameOf(std::string_view path);
+
 } // namespace facetor

@@ -3,6 +3,7 @@
 #include "base/text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace facetor {
 
@@ -21,7 +22,7 @@ void rememberSource(ImportMemory& memory, const std::string& path, const ImportO
     if (const auto known = findPath(memory.sources, path); known != memory.sources.end())
         known->options = options;
     else
-        memory.sources.push_back({path, options});
+        memory.sources.push_back({path, options, {}});
 }
 
 ImportOptions optionsOf(const ImportMemory& memory, const std::string& path,
@@ -29,6 +30,18 @@ ImportOptions optionsOf(const ImportMemory& memory, const std::string& path,
 {
     const auto known = findPath(memory.sources, path);
     return known == memory.sources.end() ? otherwise : known->options;
+}
+
+void rememberFiles(ImportMemory& memory, const std::string& path, std::vector<std::string> files)
+{
+    if (const auto known = findPath(memory.sources, path); known != memory.sources.end())
+        known->files = std::move(files);
+}
+
+std::vector<std::string> filesOf(const ImportMemory& memory, const std::string& path)
+{
+    const auto known = findPath(memory.sources, path);
+    return known == memory.sources.end() ? std::vector<std::string>() : known->files;
 }
 
 void rememberModel(ImportMemory& memory, const std::string& path, const std::string& importedFrom)

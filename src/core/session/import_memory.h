@@ -13,6 +13,7 @@ struct ImportMemory {
     struct Source {
         std::string path; ///< of another program's file
         ImportOptions options;
+        std::vector<std::string> files; ///< what it named and was read with it
     };
     struct SavedModel {
         std::string path;
@@ -28,6 +29,12 @@ void rememberSource(ImportMemory& memory, const std::string& path, const ImportO
 /// The options that a file was imported with last; `otherwise` when it was not.
 ImportOptions optionsOf(const ImportMemory& memory, const std::string& path,
                         const ImportOptions& otherwise);
+
+/// What the import of that file has read beside it; it is remembered by rememberSource() already.
+void rememberFiles(ImportMemory& memory, const std::string& path, std::vector<std::string> files);
+
+/// What the last import of that file has read beside it.
+std::vector<std::string> filesOf(const ImportMemory& memory, const std::string& path);
 
 /// A model was saved at `path` that was imported, or an empty text.
 void rememberModel(ImportMemory& memory, const std::string& path, const std::string& importedFrom);

@@ -39,6 +39,8 @@ std::vector<CommandState> menuState(const MenuFacts& facts)
                                  {IDM_EDIT_STEP_FORWARD, facts.canStepForward, false},
                                  {IDM_FILE_IMPORT_AGAIN, facts.isImported, false},
                                  {IDM_FILE_IMPORT_REPORT, facts.hasImportReport, false},
+                                 {IDM_FILE_WATCH, true, facts.watchesFiles},
+                                 {IDM_FILE_WITH_TEXTURES, true, facts.opensTextures},
                                  {IDM_SEND_ON_SAVE, true, facts.resendsOnSave},
                                  {IDM_VIEW_BUDGET, true, facts.budgetShown},
                                  {IDM_VIEW_DRAW_ORDER, true, facts.drawOrderShown},
@@ -59,7 +61,8 @@ std::vector<CommandState> textureMenuState(const TextureMenuFacts& facts)
             {IDM_TEXTURE_UNDO, facts.undoAvailable, false},
             {IDM_TEXTURE_PASTE, facts.pasteAvailable, false},
             {IDM_TEXTURE_EMPTY_CLIPBOARD, facts.pasteAvailable, false},
-            {IDM_TEXTURE_SHOW_SLICED, true, facts.sliceShown}};
+            {IDM_TEXTURE_SHOW_SLICED, true, facts.sliceShown},
+            {IDM_TEXTURE_WATCH, true, facts.watchesPictures}};
 }
 
 int commandOf(ViewTool tool)

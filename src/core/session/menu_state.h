@@ -26,6 +26,8 @@ struct MenuFacts {
     bool sliceShown = false;                   ///< the picture that is to be sliced
     bool mixedShown = false;                   ///< in the attribute window
     bool resendsOnSave = false;
+    bool watchesFiles = false;                 ///< that other programs write
+    bool opensTextures = false;                ///< with a model
     ViewTool menuTool = ViewTool::rotateModel; ///< chosen last from the menu
     std::array<bool, cameraCount> cameraStored{};
 };
@@ -49,6 +51,7 @@ struct TextureMenuFacts {
     bool aboveStart = false; ///< slots lie before the one in the first cell
     bool pasteAvailable = false;
     bool sliceShown = false; ///< behind the model
+    bool watchesPictures = false;
 };
 
 /// The same of the texture list window.

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <utility>
 
 namespace facetor {
 
@@ -31,7 +32,13 @@ constexpr SwitchKey switchKeys[] = {{"Attributes", &SessionRecord::attributesSho
                                     {"KeepVersions", &SessionRecord::keepsVersions},
                                     {"KeepRecovery", &SessionRecord::keepsRecovery},
                                     {"TreeLinked", &SessionRecord::treeLinked},
-                                    {"MixedShown", &SessionRecord::mixedShown}};
+                                    {"MixedShown", &SessionRecord::mixedShown},
+                                    {"WatchFiles", &SessionRecord::watchesFiles},
+                                    {"WatchPictures", &SessionRecord::watchesPictures}};
+
+constexpr std::string_view withModelKey = "OpenTextures";
+constexpr std::pair<std::string_view, ListWithModel> withModelValues[] = {
+    {"FALSE", ListWithModel::no}, {"TRUE", ListWithModel::yes}, {"ASK", ListWithModel::ask}};
 
 struct FilesKey {
     std::string_view key;
@@ -137,15 +144,19 @@ void parseLine(SessionRecord& session, std::string_view key, std::string_view va
         if (key == known.key && (session.*known.files).size() < recentFileCapacity)
             (session.*known.files).emplace_back(value);
     for (const PlaceKey& known : placeKeys)
-        if (key == known.key)
-            session.*known.place = parsePlace(value).value_or(WindowRectangle{});
+        if (key == known.key) session.*known.place = parsePlace(value).value_or(WindowRectangle{});
     if (key == "Zoom")
         if (const auto zoom = parseWhole(value); zoom && *zoom >= 1 && *zoom <= mostViewZoom)
             session.zoom = *zoom;
+    for (const auto& [text, meaning] : withModelValues)
+        if (key == withModelKey && value == text) session.listWithModel = meaning;
     if (key == "LastTextureList") session.lastTextureList = value;
     if (key == "Imported" && session.imports.sources.size() < rememberedImports)
         if (const auto options = cutOptions(value); options && !value.empty())
-            session.imports.sources.push_back({std::string(value), *options});
+            session.imports.sources.push_back({std::string(value), *options, {}});
+    if (key == "Uses" && !session.imports.sources.empty() &&
+        session.imports.sources.back().files.size() < rememberedFiles)
+        session.imports.sources.back().files.emplace_back(value);
     if (key == "Saved" && session.imports.models.size() < rememberedImports)
         session.imports.models.push_back({std::string(value), {}});
     if (key == "From" && !session.imports.models.empty())
@@ -179,16 +190,20 @@ std::string formatSession(const SessionRecord& session)
     };
     for (const SwitchKey& known : switchKeys)
         add(known.key, session.*known.value ? "TRUE" : "FALSE");
-    for (const PlaceKey& known : placeKeys)
-        add(known.key, formatPlace(session.*known.place));
+    for (const PlaceKey& known : placeKeys) add(known.key, formatPlace(session.*known.place));
     add("Zoom", std::to_string(session.zoom));
+    for (const auto& [value, meaning] : withModelValues)
+        if (session.listWithModel == meaning) add(withModelKey, value);
     for (const FilesKey& known : filesKeys)
         for (const std::string& path : session.*known.files)
             if (fitsLine(path)) add(known.key, path);
     if (fitsLine(session.lastTextureList)) add("LastTextureList", session.lastTextureList);
     for (const ImportMemory::Source& source : lastOf(session.imports.sources))
-        if (fitsLine(source.path))
+        if (fitsLine(source.path)) {
             add("Imported", formatOptions(source.options) + ',' + source.path);
+            for (const std::string& file : source.files)
+                if (fitsLine(file)) add("Uses", file);
+        }
     for (const ImportMemory::SavedModel& model : lastOf(session.imports.models))
         if (fitsLine(model.path) && fitsLine(model.importedFrom)) {
             add("Saved", model.path);

@@ -9,6 +9,14 @@
 
 namespace facetor {
 
+/// Whether the texture list of the same name is opened with a model.
+enum class ListWithModel {
+    unknown, ///< nothing is said of it
+    no,
+    yes,
+    ask, ///< the user, the first time that there is one
+};
+
 /// What the program remembers beyond the settings file, whose format has no room for it. The format
 /// is docs/formats/session.md.
 struct SessionRecord {
@@ -23,7 +31,9 @@ struct SessionRecord {
     bool mixedShown = false; ///< in the attribute window
     /// Places of windows, which the settings file cuts at four characters a number.
     WindowRectangle mainWindow{}, toolBox{}, hierarchy{}, attributes{}, textures{};
-    int zoom = 1;            ///< of the view, 1 to mostViewZoom
+    int zoom = 1; ///< of the view, 1 to mostViewZoom
+    bool watchesFiles = true, watchesPictures = true;
+    ListWithModel listWithModel = ListWithModel::unknown;
     ImportMemory imports; ///< the last ones, at most rememberedImports of each kind
 };
 
@@ -31,6 +41,7 @@ struct SessionRecord {
 inline constexpr int mostViewZoom = 3;
 
 inline constexpr std::size_t rememberedImports = 32;
+inline constexpr std::size_t rememberedFiles = 256; ///< of an import
 
 /// The file of the session beside a settings file.
 std::string sessionPath(const std::string& settingsPath);
@@ -46,8 +57,8 @@ SessionRecord parseSession(std::string_view text, SessionRecord session = {});
 /// it would surprise those who are used to the program without it.
 SessionRecord firstSession();
 
-/// Gives places of windows from the settings file the numbers that it has no room for, where a place
-/// here is the same but for these.
+/// Gives places of windows from the settings file the numbers that it has no room for, where a
+/// place here is the same but for these.
 void completePlaces(SettingsRecord& settings, const SessionRecord& session);
 
 /// Gives recent files from the settings file, where a path ends at its first blank or with its

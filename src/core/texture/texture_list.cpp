@@ -1,6 +1,9 @@
 #include "texture/texture_list.h"
 
+#include "base/checksum.h"
+
 #include <algorithm>
+#include <array>
 #include <cassert>
 #include <utility>
 
@@ -19,6 +22,15 @@ bool sameTexture(const TextureSlot& a, const TextureSlot& b)
 {
     return a.width == b.width && a.height == b.height &&
            (a.pixels == b.pixels || std::ranges::equal(texelsOf(a), texelsOf(b)));
+}
+
+std::uint64_t contentOf(const TextureSlot& texture)
+{
+    const std::array<std::uint64_t, 2> parts{
+        std::uint64_t{texture.width} << 16 | texture.height,
+        contentHash(
+            std::as_bytes(std::span(texture.pixels, std::size_t{texture.width} * texture.height)))};
+    return contentHash(std::as_bytes(std::span(parts)));
 }
 
 TextureList::~TextureList()

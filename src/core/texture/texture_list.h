@@ -17,6 +17,9 @@ inline constexpr std::uint32_t textureSlotCount = textureSlots; ///< what polygo
 /// Whether two slots show the same: size and every texel.
 bool sameTexture(const TextureSlot& a, const TextureSlot& b);
 
+/// What tells textures apart: a hash of size and texels.
+std::uint64_t contentOf(const TextureSlot& texture);
+
 /// A texture list: 4096 slots that polygons refer to by number. A slot is empty exactly when it
 /// shows the blank texture; it owns its pixels otherwise, which copies of the list share with it.
 class TextureList {

@@ -17,6 +17,7 @@
 #include "commands/texture_file_commands.h"
 #include "commands/transform_commands.h"
 #include "commands/view_commands.h"
+#include "commands/watch_commands.h"
 #include "dialogs/light_dialog.h"
 #include "dialogs/property_dialog.h"
 #include "dialogs/screen_dialog.h"
@@ -187,6 +188,13 @@ CommandOutcome onSendOnSave(Editor& editor, int, LPARAM)
     return CommandOutcome::done;
 }
 
+CommandOutcome onWithTextures(Editor& editor, int, LPARAM)
+{
+    editor.listWithModel =
+        editor.listWithModel == ListWithModel::yes ? ListWithModel::no : ListWithModel::yes;
+    return CommandOutcome::done;
+}
+
 CommandOutcome onCloseTextures(Editor& editor, int, LPARAM)
 {
     if (const HWND window = editor.textureWindow.window) SendMessageA(window, WM_CLOSE, 0, 0);
@@ -272,6 +280,9 @@ constexpr Command commands[] = {
     {inMain, IDM_FILE_EXPORT, IDM_FILE_EXPORT, perform<exportModel>},
     {inMain, IDM_FILE_VERSIONS, IDM_FILE_VERSIONS, perform<openEarlierVersion>},
     {inMain, IDM_FILE_RECOVER, IDM_FILE_RECOVER, perform<recoverDocument>},
+    {inMain, IDM_FILE_WATCH, IDM_FILE_WATCH, perform<toggleWatching>},
+    {inMain, IDM_FILE_WITH_TEXTURES, IDM_FILE_WITH_TEXTURES, onWithTextures},
+    {inMain, IDM_FILE_REREAD, IDM_FILE_REREAD, perform<rereadChanged>},
     {inMain, IDM_SEND_ON_SAVE, IDM_SEND_ON_SAVE, onSendOnSave},
     {inMain, IDM_START_MONITOR, IDM_START_MONITOR, perform<startMonitor>},
     {inMain, IDM_VIEW_BUDGET, IDM_VIEW_BUDGET, perform<toggleBudgetWindow>},
@@ -319,6 +330,7 @@ constexpr Command commands[] = {
      Flag::clearOnSuccess},
     {inTextures, IDM_TEXTURE_DELETE_ALL, IDM_TEXTURE_DELETE_ALL, perform<deleteAllTextures>,
      Flag::keep, Flag::clearOnSuccess},
+    {inTextures, IDM_TEXTURE_WATCH, IDM_TEXTURE_WATCH, perform<toggleWatchingPictures>},
     {inHierarchy, IDM_HIERARCHY_RENAME, IDM_HIERARCHY_RENAME, perform<renameSelected>},
     {inHierarchy, IDM_HIERARCHY_CLOSE, IDM_HIERARCHY_CLOSE, perform<toggleHierarchyWindow>},
     {inHierarchy, IDM_HIERARCHY_SHOW, IDM_HIERARCHY_HIDE, onShowObject},
@@ -377,6 +389,7 @@ bool runCommand(Editor& editor, CommandWindow window, int number, LPARAM argumen
     Document& document = editor.document;
     keepFlag(document, command->model, outcome, markModelChanged, markModelSaved);
     keepFlag(document, command->textures, outcome, markTexturesChanged, markTexturesSaved);
+    followDocument(editor);
     refreshStatus(editor);
     refreshMenuState(editor);
     return true;

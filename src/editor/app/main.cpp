@@ -8,5 +8,5 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int showCommand)
     using namespace facetor;
     const std::string settingsPath = findSettingsPath();
     return runProgram({instance, readPlatform(), showCommand, commandLineArguments(), settingsPath,
-                       findKeepFolder(settingsPath)});
+                       findKeepFolder(settingsPath), true});
 }

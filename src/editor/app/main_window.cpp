@@ -6,6 +6,7 @@
 #include "commands/model_commands.h"
 #include "commands/plug_in_commands.h"
 #include "commands/select_commands.h"
+#include "commands/watch_commands.h"
 #include "engine/frame_surface.h"
 #include "resources/resource_ids.h"
 #include "session/window_place.h"
@@ -89,6 +90,7 @@ bool createContents(Editor& editor)
 
 void releaseContents(Editor& editor)
 {
+    editor.watching.looker.stop();
     releaseToolBarImages(editor.toolBar);
     editor.engine.settings.textures = {};
     stopEngine(editor.engine);
@@ -140,6 +142,7 @@ void onEndSession(Editor& editor)
 
 void onTimer(Editor& editor, UINT_PTR timer)
 {
+    if (timer == watchTimer) return onWatchTimer(editor);
     if (timer != keeperTimer || !isRunning(editor)) return;
     Keeper& keeper = editor.keeper;
     const std::string fault = keeper.fault;
@@ -208,7 +211,9 @@ LRESULT CALLBACK mainWindowProcedure(HWND window, UINT message, WPARAM wParam, L
         onMouseMove(editor, viewPosition(editor, latestPosition(window, wParam, lParam)), wParam);
         return 0;
     case WM_NCMOUSEMOVE: onCursorLeft(editor); break; // the frame's own buttons need it as well
-    case WM_LBUTTONDOWN: onLeftButtonDown(editor, viewPosition(editor, mousePosition(lParam))); return 0;
+    case WM_LBUTTONDOWN:
+        onLeftButtonDown(editor, viewPosition(editor, mousePosition(lParam)));
+        return 0;
     case WM_LBUTTONUP: onLeftButtonUp(editor); return 0;
     case WM_LBUTTONDBLCLK:
         if (!onAskedPixel(editor, viewPosition(editor, mousePosition(lParam))) &&
@@ -222,7 +227,9 @@ LRESULT CALLBACK mainWindowProcedure(HWND window, UINT message, WPARAM wParam, L
         break;
     // What begins with Alt held goes on to the system as well, which would open the menu otherwise.
     case WM_SYSKEYDOWN: onTurningKey(editor, wParam); break;
-    case WM_MBUTTONDOWN: onMiddleButtonDown(editor, viewPosition(editor, mousePosition(lParam))); break;
+    case WM_MBUTTONDOWN:
+        onMiddleButtonDown(editor, viewPosition(editor, mousePosition(lParam)));
+        break;
     case WM_MBUTTONUP: onMiddleButtonUp(editor); return 0;
     case WM_CAPTURECHANGED: onMiddleButtonUp(editor); return 0;
     case WM_MOUSEWHEEL:
@@ -248,6 +255,9 @@ LRESULT CALLBACK mainWindowProcedure(HWND window, UINT message, WPARAM wParam, L
         for (const HWND dialog : editor.modelessDialogs) EnableWindow(dialog, wParam != FALSE);
         return 0;
     case WM_ACTIVATEAPP: refreshMenuState(editor); break; // the clipboard may have changed
+    case messageFilesLooked:
+        if (takeLook(editor)) SendMessageA(window, WM_COMMAND, IDM_FILE_REREAD, 0);
+        return 0;
     case messageRedraw: requestRedraw(editor); return 0;
     case messageOpenPath: SendMessageA(window, WM_COMMAND, IDM_FILE_OPEN_PATH, lParam); return 0;
     default: break;

@@ -140,8 +140,10 @@ int runProgram(const Start& start)
     editor->accelerators = LoadAcceleratorsA(start.instance, "IDR_ACCEL");
     editor->settingsPath = start.settingsPath;
     editor->targetFolders = sharedFolders();
+    editor->watching.files = editor->watching.pictures = start.watchesFiles;
     if (!start.keepFolder.empty()) {
         editor->versions.folder = pathIn(start.keepFolder, "Versions");
+        editor->watching.picturesPath = pathIn(start.keepFolder, "Pictures.txt");
         startKeeper(editor->keeper, pathIn(start.keepFolder, "Recovery"));
     }
     if (!registerMainWindow(*editor)) return 0;
@@ -158,7 +160,11 @@ int runProgram(const Start& start)
     if (!editor->keeper.recoverable.empty())
         SendMessageA(editor->mainWindow, WM_COMMAND, IDM_FILE_RECOVER, 0);
     const std::size_t opened = std::min<std::size_t>(start.arguments.size(), 2);
+    // With a list of its own the model needs no other.
+    const ListWithModel withModel = editor->listWithModel;
+    if (opened == 2) editor->listWithModel = ListWithModel::no;
     for (std::size_t i = 0; i < opened; ++i) openAnyPath(*editor, start.arguments[i]);
+    if (opened == 2) editor->listWithModel = withModel;
     // The view shows nothing of a texture list that was opened alone.
     if (opened == 1 && isTextureFile(start.arguments[0]) && !editor->textureWindow.window)
         SendMessageA(editor->mainWindow, WM_COMMAND, IDM_VIEW_TEXTURES, 0);

@@ -17,6 +17,7 @@ struct Start {
     std::vector<std::string> arguments; ///< without the program's name
     std::string settingsPath;           ///< empty: no settings are read or written
     std::string keepFolder;             ///< of earlier versions; empty: none are kept
+    bool watchesFiles = false; ///< that other programs write, unless the user does not want that
 };
 
 /// The platform identifier that the operating system reports.

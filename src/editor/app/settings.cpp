@@ -77,6 +77,10 @@ void applySession(Editor& editor, bool hasSettings)
     editor.keeper.enabled = session.keepsRecovery;
     editor.treeLinked = session.treeLinked;
     editor.attributeEditing.showsMixed = session.mixedShown;
+    if (!session.watchesFiles) editor.watching.files = false;
+    if (!session.watchesPictures) editor.watching.pictures = false;
+    if (session.listWithModel != ListWithModel::unknown)
+        editor.listWithModel = session.listWithModel;
     if (!hasSettings) return; // deleted, to begin anew
     editor.zoom = session.zoom;
     completePlaces(editor.settings, session);
@@ -111,6 +115,9 @@ void writeSession(const Editor& editor)
     session.attributes = settings.attributes;
     session.textures = settings.textures;
     session.mixedShown = editor.attributeEditing.showsMixed;
+    session.watchesFiles = editor.watching.files;
+    session.watchesPictures = editor.watching.pictures;
+    session.listWithModel = editor.listWithModel;
     session.imports = editor.imports;
     const std::string text = formatSession(session), path = sessionPath(editor.settingsPath);
     if (writeFile(path, std::as_bytes(std::span(text))) != Message::none) DeleteFileA(path.c_str());
@@ -138,6 +145,8 @@ bool applySettings(Editor& editor)
 {
     const auto settings = readSettings(editor.settingsPath);
     if (!settings) {
+        // Whoever comes here for the first time; others find everything as they know it.
+        if (!editor.settingsPath.empty()) editor.listWithModel = ListWithModel::ask;
         applySession(editor, false);
         return false;
     }

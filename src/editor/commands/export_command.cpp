@@ -1,5 +1,6 @@
 #include "base/text.h"
 #include "commands/import_commands.h"
+#include "commands/watch_commands.h"
 #include "exchange/export_files.h"
 #include "exchange/foreign_file.h"
 #include "exchange/gltf_writer.h"
@@ -55,6 +56,7 @@ CommandOutcome exportModel(Editor& editor)
         const WaitCursor waiting;
         message = writeExport(folder, files, reason);
     }
+    noteWritten(editor, WatchedPart::source);
     if (message == Message::none) return CommandOutcome::done;
     alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation, reason.text);
     return CommandOutcome::abandoned;

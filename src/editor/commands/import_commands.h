@@ -22,6 +22,12 @@ CommandOutcome importModelPath(Editor& editor, const std::string& path);
 /// The view and the marks stay.
 CommandOutcome importAgain(Editor& editor);
 
+/// importAgain() of a file that another program has changed: what fails, with the cause in
+/// `reason`, is not shown and leaves everything as it is. A file that the import before could read
+/// and this one cannot is a failure, too.
+enum class Reimport { done, failed, stopped };
+Reimport reimportChanged(Editor& editor, std::string& reason);
+
 /// Shows the report on the last import.
 void showImportReport(Editor& editor);
 

@@ -102,10 +102,7 @@ void noteBrokenOff(Editor& editor, ChangeKind kind, const std::string& path,
 
 PartlyRead askPartlyRead(Editor& editor, const std::string& source, const std::string& target)
 {
-    const auto nameOf = [](const std::string& path) {
-        return path.substr(path.find_last_of("\\/") + 1);
-    };
-    setAlertTexts(editor.alerts, nameOf(source), nameOf(target));
+    setAlertTexts(editor.alerts, fileNameOf(source), fileNameOf(target));
     switch (alert(editor.alerts, editor.mainWindow, Message::savePartlyRead, AlertStyle::question,
                   source + "\n" + target)) {
     case AlertButton::yes: return PartlyRead::saveAs;

@@ -4,6 +4,8 @@
 #include "commands/import_commands.h"
 #include "commands/keep_commands.h"
 #include "commands/sample_folder.h"
+#include "commands/texture_file_commands.h"
+#include "commands/watch_commands.h"
 #include "model/model_file.h"
 #include "output/model_source.h"
 #include "resources/resource_ids.h"
@@ -42,6 +44,7 @@ CommandOutcome loadModel(Editor& editor, const std::string& path)
     const std::string full = fullPath(path);
     keepUnsaved(editor);
     auto before = copyForLater(editor.keeper, document, editor.view);
+    const FileStamp stamp = stampOf(full);
     const auto read = [&] {
         const WaitCursor waiting;
         const Message message = readModelFile(document.model, path);
@@ -61,12 +64,15 @@ CommandOutcome loadModel(Editor& editor, const std::string& path)
         requestRedraw(editor);
         return CommandOutcome::abandoned;
     }
+    editor.watching.watch.watch(WatchedPart::model, {{full, stamp}});
     addRecentModel(editor, full);
     undoClear(document.undo);
     showTitle(editor);
     fitModel(editor.view, editor.engine, document.model, viewSize(editor));
     refreshHierarchyTree(editor);
     requestRedraw(editor);
+    markModelSaved(document); // here, since the list's question comes before the end of the command
+    openTexturesOf(editor, full);
     return CommandOutcome::done;
 }
 
@@ -90,6 +96,7 @@ CommandOutcome writeModelAs(Editor& editor, const std::string& path, DWORD filte
         return CommandOutcome::abandoned;
     }
     if (filter != saveAsSource) {
+        noteWritten(editor, WatchedPart::model);
         addRecentModel(editor, path);
         editor.document.partlyReadModel.clear();
     }

@@ -1,6 +1,7 @@
 #include "commands/plug_in_commands.h"
 
 #include "base/text.h"
+#include "commands/watch_commands.h"
 #include "dialogs/export_dialog.h"
 #include "dialogs/report_dialog.h"
 #include "plug_ins/plug_ins.h"
@@ -39,22 +40,26 @@ const UniqueModule& plugInNamed(Editor& editor, const std::string& file)
 }
 
 /// Puts one image into a slot. None, or why not.
-std::optional<InputFault> importOne(Editor& editor, const ImageSource& source, std::uint32_t slot)
+std::optional<InputFault> importOne(Editor& editor, const std::string& plugIn,
+                                    const std::string& path, std::uint32_t slot)
 {
     const WaitCursor waiting;
-    ImportedImage image = importImage(source, editor.transparentColour);
-    if (!image.fault)
-        editor.document.textures.set(slot, image.width, image.height, std::move(image.pixels));
-    return image.fault;
+    const FileStamp stamp = stampOf(path);
+    ImportedImage image = readPicture(editor, plugIn, path);
+    if (image.fault) return image.fault;
+    TextureList& list = editor.document.textures;
+    list.set(slot, image.width, image.height, std::move(image.pixels));
+    linkPicture(editor.watching.links, list, {slot, plugIn, fullPath(path), stamp, 0});
+    return std::nullopt;
 }
 
 /// A line of the list of what was refused.
 std::string refusalLine(const Editor& editor, const std::string& path, const InputFault& fault)
 {
-    const std::string reason = expandPlaceholders(
-        loadCatalogueText(editor.mainWindow, fault.message),
-        loadCatalogueText(editor.mainWindow, fault.word1),
-        loadCatalogueText(editor.mainWindow, fault.word2));
+    const std::string reason =
+        expandPlaceholders(loadCatalogueText(editor.mainWindow, fault.message),
+                           loadCatalogueText(editor.mainWindow, fault.word1),
+                           loadCatalogueText(editor.mainWindow, fault.word2));
     return path.substr(path.find_last_of("\\/") + 1) + ": " + reason + "\r\n";
 }
 
@@ -118,7 +123,6 @@ CommandOutcome importTextures(Editor& editor)
         return CommandOutcome::abandoned;
     if (chosen->paths.empty()) return refuse(editor, {Message::outOfMemory});
     const std::string& file = list.files[chosen->filter - 1];
-    const UniqueModule& plugIn = plugInNamed(editor, file);
     const std::uint32_t first = editor.document.textures.current;
     const std::uint32_t count = importCount(first, chosen->paths.size());
     const bool closesUp = readsAllKinds(file);
@@ -129,15 +133,17 @@ CommandOutcome importTextures(Editor& editor)
         std::uint32_t slot = first;
         // One that fails does not keep the others out.
         for (std::uint32_t i = 0; i < count && progress.goesOn(chosen->paths[i]); ++i) {
-            fault = importOne(editor, imageSource(plugIn, chosen->paths[i]), slot);
+            fault = importOne(editor, file, chosen->paths[i], slot);
             if (fault) refused += refusalLine(editor, chosen->paths[i], *fault);
             if (!fault || !closesUp) ++slot;
         }
         return EditOutcome{};
     });
     showImported(editor);
-    if (chosen->paths.size() == 1 && fault) (void)refuse(editor, *fault);
-    else if (!refused.empty()) showReport(editor.mainWindow, refused);
+    if (chosen->paths.size() == 1 && fault)
+        (void)refuse(editor, *fault);
+    else if (!refused.empty())
+        showReport(editor.mainWindow, refused);
     return CommandOutcome::done;
 }
 
@@ -149,7 +155,7 @@ CommandOutcome importTexturePath(Editor& editor, const std::string& path)
         if (!source.check()) continue;
         std::optional<InputFault> fault;
         (void)change(editor.document, Word::stepImport, [&] {
-            fault = importOne(editor, source, editor.document.textures.current);
+            fault = importOne(editor, file, path, editor.document.textures.current);
             return EditOutcome{};
         });
         if (fault) return refuse(editor, *fault);
@@ -157,6 +163,11 @@ CommandOutcome importTexturePath(Editor& editor, const std::string& path)
         return CommandOutcome::done;
     }
     return refuse(editor, {Message::formatNotSupported});
+}
+
+ImportedImage readPicture(Editor& editor, const std::string& plugIn, const std::string& path)
+{
+    return importImage(imageSource(plugInNamed(editor, plugIn), path), editor.transparentColour);
 }
 
 CommandOutcome exportTextures(Editor& editor)
@@ -182,6 +193,7 @@ CommandOutcome exportTextures(Editor& editor)
         if (!progress.goesOn(path)) break;
         exportOne(editor, plugIn, path, slot); // one that fails, likewise
     }
+    noteWritten(editor, WatchedPart::pictures);
     return CommandOutcome::done;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "state/command.h"
+#include "texture/image_import.h"
 
 #include <string>
 
@@ -21,6 +22,9 @@ CommandOutcome importTextures(Editor& editor);
 /// Puts an image file into the current slot, through the first plug-in that reads it.
 /// `abandoned`, with a message shown, when there is none or it cannot be taken.
 CommandOutcome importTexturePath(Editor& editor, const std::string& path);
+
+/// An image file as a texture, through the plug-in of that name.
+ImportedImage readPicture(Editor& editor, const std::string& plugIn, const std::string& path);
 
 /// Lets the user choose textures, a file name and a plug-in, and writes each texture as a file with
 /// its slot's number in the name, with a message for each that cannot be written. `abandoned` when

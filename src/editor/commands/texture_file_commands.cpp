@@ -5,6 +5,8 @@
 #include "commands/model_commands.h"
 #include "commands/plug_in_commands.h"
 #include "commands/sample_folder.h"
+#include "commands/watch_commands.h"
+#include "commands/watched_pictures.h"
 #include "exchange/foreign_file.h"
 #include "output/texture_source.h"
 #include "session/file_names.h"
@@ -25,6 +27,15 @@ namespace {
 /// Numbers of the filters of both file dialogs.
 enum TextureFilter : DWORD { textureListFile = 1, textureSourceFile = 2 };
 
+/// What follows an opening, also one that failed.
+void showOpened(Editor& editor, const std::string& path)
+{
+    addRecentTextures(editor, path);
+    undoClear(editor.document.undo); // what it holds may be of textures that are gone
+    redrawTextures(editor);
+    requestRedraw(editor);
+}
+
 CommandOutcome loadTextures(Editor& editor, const std::string& path)
 {
     if (!isRunning(editor)) return CommandOutcome::abandoned;
@@ -32,6 +43,8 @@ CommandOutcome loadTextures(Editor& editor, const std::string& path)
     const std::string full = fullPath(path);
     keepUnsaved(editor);
     auto before = copyForLater(editor.keeper, document, editor.view);
+    const FileStamp stamp = stampOf(full);
+    const TextureList listBefore = document.textures; // its texels are shared: no copies
     bool isPart = false; // memory was short: that is no failure, and yet not the whole file
     const auto read = [&] {
         const WaitCursor waiting;
@@ -46,13 +59,56 @@ CommandOutcome loadTextures(Editor& editor, const std::string& path)
         change(document, Word::stepOpenTextures, read, ChangeKind::openTextures);
     if (brokenOff || isPart)
         noteBrokenOff(editor, ChangeKind::openTextures, full, std::move(before));
-    addRecentTextures(editor, full);
-    undoClear(document.undo); // what it holds may be of textures that are gone
-    redrawTextures(editor);
-    requestRedraw(editor);
+    showOpened(editor, full);
     if (message != Message::none) return CommandOutcome::abandoned;
     showTextureTitle(editor, {});
+    if (listBefore.slots().size() == document.textures.slots().size())
+        noteTexturesRead(editor, stamp, replacedSlots(listBefore, document.textures));
     return CommandOutcome::done;
+}
+
+/// Makes the file's textures the list, without those that it had. What cannot be read is said in
+/// the status bar and leaves everything as it is.
+void openTexturesAlone(Editor& editor, const std::string& path)
+{
+    Document& document = editor.document;
+    TextureList list;
+    Reason reason;
+    const FileStamp stamp = stampOf(path);
+    Message message = list.create();
+    if (message == Message::none) message = readTextureFile(list, path, &reason);
+    if (message != Message::none || !reason.text.empty()) {
+        editor.statusLine = expandPlaceholders(
+            loadCatalogueText(editor.mainWindow, Word::statusListNotOpened), fileNameOf(path),
+            reason.text.empty() ? loadCatalogueText(editor.mainWindow, message) : reason.text);
+        return;
+    }
+    keepUnsaved(editor);
+    const auto take = [&] {
+        replaceTextures(document.textures, list);
+        document.textureFile = path;
+        document.partlyReadTextures.clear();
+        return EditOutcome{};
+    };
+    (void)change(document, Word::stepOpenTextures, take, ChangeKind::openTextures);
+    markTexturesSaved(document);
+    showOpened(editor, path);
+    showTextureTitle(editor, {});
+    noteTexturesRead(editor, stamp, usedSlots(document.textures));
+}
+
+/// Whether the list of a model's name is opened with it; asks the first time that there is one,
+/// when it is not said yet.
+bool wantsTexturesOf(Editor& editor, const std::string& list)
+{
+    if (editor.listWithModel == ListWithModel::ask) {
+        setAlertTexts(editor.alerts, fileNameOf(list), {});
+        const AlertButton answer =
+            alert(editor.alerts, editor.mainWindow, Message::openListToo, AlertStyle::choice);
+        if (!isRunning(editor)) return false;
+        editor.listWithModel = answer == AlertButton::yes ? ListWithModel::yes : ListWithModel::no;
+    }
+    return editor.listWithModel == ListWithModel::yes;
 }
 
 /// Writes the list, in the form that a filter stands for, and shows the message of a failure.
@@ -72,6 +128,8 @@ CommandOutcome writeTexturesAs(Editor& editor, const std::string& path, DWORD fi
         return CommandOutcome::abandoned;
     }
     if (filter != textureSourceFile) {
+        noteWritten(editor, WatchedPart::textures);
+        rememberPictures(editor, path);
         addRecentTextures(editor, path);
         editor.document.partlyReadTextures.clear();
     }
@@ -105,6 +163,19 @@ CommandOutcome openTexturePath(Editor& editor, const std::string& path)
     if (importTexturePath(editor, path) == CommandOutcome::done)
         markTexturesChanged(editor.document);
     return CommandOutcome::abandoned;
+}
+
+void openTexturesOf(Editor& editor, const std::string& modelFile)
+{
+    const std::string path = textureSavePath(modelFile);
+    const Document& document = editor.document;
+    const bool isOpen = equalIgnoringCase(path, document.textureFile);
+    if (editor.listWithModel == ListWithModel::no || !isTextureFile(path) ||
+        (isOpen && !areTexturesChanged(document)) || !wantsTexturesOf(editor, path) ||
+        askSaveTextures(editor, Word::openingNewFile) == Decision::stay || !isRunning(editor))
+        return;
+    const WaitCursor waiting;
+    openTexturesAlone(editor, path);
 }
 
 CommandOutcome saveTextures(Editor& editor)

@@ -20,6 +20,10 @@ CommandOutcome openTexturesWithDialog(Editor& editor);
 /// slot; that is `abandoned` as well, and leaves the list changed.
 CommandOutcome openTexturePath(Editor& editor, const std::string& path);
 
+/// Where the user wants it: opens the texture list that lies beside a model under its name, in
+/// place of the one that is open, about which it asks when it is changed.
+void openTexturesOf(Editor& editor, const std::string& modelFile);
+
 /// Saves the list under its name with the extension ".mxt"; one without a file as Save as does. The
 /// message of a failure has been shown when this returns.
 CommandOutcome saveTextures(Editor& editor);

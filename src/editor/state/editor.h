@@ -13,6 +13,7 @@
 #include "session/settings_text.h"
 #include "state/command.h"
 #include "state/target_windows.h"
+#include "state/watching.h"
 #include "state/window_state.h"
 #include "ui/alert.h"
 #include "ui/colour_picker.h"
@@ -45,8 +46,8 @@ struct DragState {
     ButtonState left = ButtonState::up;
     ButtonState right = ButtonState::up;
     ButtonState middle = ButtonState::up;
-    POINT last{};  ///< where the cursor was last seen
-    POINT delta{}; ///< how far the last move with the left button held went
+    POINT last{};    ///< where the cursor was last seen
+    POINT delta{};   ///< how far the last move with the left button held went
     float depth = 0; ///< in view space, of what the middle button moves
 };
 
@@ -114,10 +115,12 @@ struct Editor {
 
     std::array<std::string, 2> targetFolders; ///< for target images: the first that takes them
     bool resendsOnSave = false;               ///< what is saved is sent to the target as well
-    std::string settingsPath;                 ///< empty when no settings are kept
-    SessionRecord session;                    ///< as read; beside the settings
-    SettingsRecord settings; ///< as read; what belongs to no window of this run is written again
-    VersionStore versions;   ///< without a folder nothing is kept
+    Watching watching;
+    ListWithModel listWithModel = ListWithModel::no;
+    std::string settingsPath; ///< empty when no settings are kept
+    SessionRecord session;    ///< as read; beside the settings
+    SettingsRecord settings;  ///< as read; what belongs to no window of this run is written again
+    VersionStore versions;    ///< without a folder nothing is kept
     bool keepsVersions = true;
     bool toldVersionNotKept = false; ///< in this run
     Keeper keeper;                   ///< of recovery files

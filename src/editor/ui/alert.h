@@ -25,6 +25,8 @@ enum class AlertStyle : UINT {
     exclamation = MB_OK | MB_ICONEXCLAMATION,    ///< 48
     stop = MB_OK | MB_ICONSTOP,                  ///< 16
     question = MB_YESNOCANCEL | MB_ICONQUESTION, ///< 35
+    /// For what comes up without a command: a key that was meant for something else does no harm.
+    choice = MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2,
 };
 
 /// The button that ended an alert, as the system numbers it.

@@ -152,8 +152,7 @@ void onInitialise(Editor& editor, HWND dialog)
 {
     setWindowTitle(editor, dialog, Word::hierarchyTitle);
     const WindowRectangle remembered = editor.settings.hierarchy;
-    const WindowRectangle place =
-        restoredPlace(remembered, virtualScreen(), windowPlace(dialog));
+    const WindowRectangle place = restoredPlace(remembered, virtualScreen(), windowPlace(dialog));
     MoveWindow(dialog, place.left, place.top, place.right - place.left, place.bottom - place.top,
                FALSE);
     stretchToEnd(dialog, IDC_HIERARCHY_TREE);
@@ -240,6 +239,11 @@ void refreshHierarchyTree(Editor& editor)
     if (editor.hierarchyWindow) buildTree(editor);
 }
 
+bool isNaming(const Editor& editor)
+{
+    return editor.hierarchyWindow && SendMessageA(treeOf(editor), TVM_GETEDITCONTROL, 0, 0) != 0;
+}
+
 std::optional<std::uint32_t> selectedObject(const Editor& editor)
 {
     const auto selected =
@@ -254,7 +258,8 @@ void showSelectedObject(Editor& editor, Visibility visibility)
     const auto selected = selectedObject(editor);
     if (!selected) return;
     const HWND tree = treeOf(editor);
-    const std::uint32_t end = setVisibility(editor.document.model, *selected, branchOf(editor, *selected), visibility);
+    const std::uint32_t end =
+        setVisibility(editor.document.model, *selected, branchOf(editor, *selected), visibility);
     for (std::uint32_t i = *selected; i < end; ++i) {
         TVITEMA item{};
         item.mask = TVIF_STATE;

@@ -19,6 +19,9 @@ void refreshHierarchyTree(Editor& editor);
 /// Chooses the object of a polygon that was picked in the tree, if the window is open and linked.
 void showObjectOf(Editor& editor, std::uint32_t polygon);
 
+/// Whether a name is being typed in the tree.
+bool isNaming(const Editor& editor);
+
 // What the window's own commands do. Each needs an open window.
 
 /// The object whose item is selected.

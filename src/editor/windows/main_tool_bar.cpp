@@ -88,6 +88,8 @@ void refreshMenuState(Editor& editor)
                           .sliceShown = editor.slice.shown,
                           .mixedShown = editor.attributeEditing.showsMixed,
                           .resendsOnSave = editor.resendsOnSave,
+                          .watchesFiles = editor.watching.files,
+                          .opensTextures = editor.listWithModel == ListWithModel::yes,
                           .menuTool = editor.toolBox.menuTool,
                           .cameraStored = editor.view.cameraStored};
     const HMENU menu = GetMenu(editor.mainWindow);
@@ -102,7 +104,8 @@ void refreshMenuState(Editor& editor)
                    textureMenuState({.undoAvailable = facts.undoAvailable,
                                      .aboveStart = textures.topSlot > 0,
                                      .pasteAvailable = IsClipboardFormatAvailable(CF_DIB) != FALSE,
-                                     .sliceShown = facts.sliceShown}));
+                                     .sliceShown = facts.sliceShown,
+                                     .watchesPictures = editor.watching.pictures}));
 }
 
 } // namespace facetor

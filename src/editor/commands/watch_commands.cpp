@@ -1,0 +1,299 @@
+#include "commands/watch_commands.h"
+
+#include "commands/import_commands.h"
+#include "commands/watched_pictures.h"
+#include "model/model_file.h"
+#include "session/file_names.h"
+#include "state/editor.h"
+#include "texture/texture_file.h"
+#include "ui/handles.h"
+#include "ui/window_data.h"
+#include "windows/hierarchy_window.h"
+#include "windows/model_view_window.h"
+#include "windows/texture_window.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace facetor {
+
+namespace {
+
+constexpr UINT lookPace = 150; ///< milliseconds from look to look while something changes
+
+/// How reading a part again ends.
+struct Reread {
+    bool done = false;
+    std::string reason; ///< of a failure
+};
+
+std::vector<std::string> pathsOf(const Editor& editor, WatchedPart part)
+{
+    const Document& document = editor.document;
+    std::vector<std::string> paths;
+    switch (part) {
+    case WatchedPart::model: paths.push_back(document.modelFile); break;
+    case WatchedPart::textures: paths.push_back(document.textureFile); break;
+    case WatchedPart::source:
+        paths = filesOf(editor.imports, document.importedFrom);
+        paths.push_back(document.importedFrom);
+        break;
+    case WatchedPart::pictures: break;
+    }
+    std::erase(paths, std::string());
+    std::ranges::sort(paths);
+    return paths;
+}
+
+std::vector<WatchedFile> asTheyAre(const std::vector<std::string>& paths)
+{
+    std::vector<WatchedFile> files;
+    for (const std::string& path : paths) files.push_back({path, stampOf(path)});
+    return files;
+}
+
+std::vector<std::string> watchedPaths(const FileWatch& watch, WatchedPart part)
+{
+    std::vector<std::string> paths;
+    for (const WatchedFile& file : watch.files(part)) paths.push_back(file.path);
+    std::ranges::sort(paths);
+    return paths;
+}
+
+bool isSourceEdited(const Editor& editor)
+{
+    const Document& document = editor.document;
+    return isModelChanged(document) && document.modelRevision != editor.watching.importedModel;
+}
+
+/// Whether nothing is under way that a question or another document would come in the middle of.
+bool isIdle(const Editor& editor)
+{
+    if (!isRunning(editor) || !IsWindowEnabled(editor.mainWindow) || editor.document.changing ||
+        editor.drag.left == ButtonState::down || editor.drag.right == ButtonState::down)
+        return false;
+    GUITHREADINFO thread{};
+    thread.cbSize = sizeof thread;
+    if (!GetGUIThreadInfo(GetCurrentThreadId(), &thread)) return true;
+    constexpr DWORD menuOrMove =
+        GUI_INMENUMODE | GUI_POPUPMENUMODE | GUI_SYSTEMMENUMODE | GUI_INMOVESIZE;
+    return !thread.hwndCapture && (thread.flags & menuOrMove) == 0 && !isNaming(editor);
+}
+
+WatchFacts factsOf(const Editor& editor)
+{
+    const Document& document = editor.document;
+    WatchFacts facts;
+    facts.isIdle = isIdle(editor);
+    facts.isEdited = {isModelChanged(document) || !document.partlyReadModel.empty(),
+                      areTexturesChanged(document) || !document.partlyReadTextures.empty(),
+                      isSourceEdited(editor), false};
+    return facts;
+}
+
+/// Whether a file was written while it was read.
+Reread endOf(const std::string& path, const FileStamp& before, Message message,
+             const Editor& editor, const Reason& reason)
+{
+    if (message != Message::none || !reason.text.empty())
+        return {false,
+                reason.text.empty() ? loadCatalogueText(editor.mainWindow, message) : reason.text};
+    return {stampOf(path) == before, {}};
+}
+
+Reread rereadModel(Editor& editor)
+{
+    Document& document = editor.document;
+    const std::string path = document.modelFile;
+    const FileStamp stamp = stampOf(path);
+    Model model;
+    Reason reason;
+    Message message = createModelStore(model);
+    if (message == Message::none) message = readModelFile(model, path, &reason);
+    const Reread end = endOf(path, stamp, message, editor, reason);
+    if (!end.done) return end;
+    carryMarks(model, document.model);
+    // What is hidden is known by its place in the pools.
+    if (model.totalPolygonCount != document.model.totalPolygonCount) editor.view.hidden.reset();
+    const ChangeKind kind =
+        document.partlyReadModel.empty() ? ChangeKind::edit : ChangeKind::openModel;
+    (void)change(
+        document, Word::stepReread,
+        [&] {
+            copyModel(document.model, model);
+            return EditOutcome{};
+        },
+        kind);
+    markModelSaved(document);
+    editor.watching.watch.watch(WatchedPart::model, {{path, stamp}});
+    undoClear(document.undo); // what it holds is of a model that is gone
+    refreshHierarchyTree(editor);
+    requestRedraw(editor);
+    return end;
+}
+
+Reread rereadTextures(Editor& editor)
+{
+    Document& document = editor.document;
+    const std::string path = document.textureFile;
+    const FileStamp stamp = stampOf(path);
+    TextureList list;
+    Reason reason;
+    Message message = list.create();
+    if (message == Message::none) message = readTextureFile(list, path, &reason);
+    const Reread end = endOf(path, stamp, message, editor, reason);
+    if (!end.done) return end;
+    const SlotSet slots = usedSlots(list);
+    const ChangeKind kind =
+        document.partlyReadTextures.empty() ? ChangeKind::edit : ChangeKind::openTextures;
+    (void)change(
+        document, Word::stepReread,
+        [&] {
+            mergeReread(document.textures, list, editor.watching.slotsOfFile);
+            document.partlyReadTextures.clear();
+            return EditOutcome{};
+        },
+        kind);
+    markTexturesSaved(document);
+    noteTexturesRead(editor, stamp, slots);
+    undoClear(document.undo);
+    redrawTextures(editor);
+    requestRedraw(editor);
+    return end;
+}
+
+Reread rereadSource(Editor& editor, const WatchAction& action)
+{
+    Reread end;
+    switch (reimportChanged(editor, end.reason)) {
+    case Reimport::done: end.done = true; break;
+    case Reimport::failed: break;
+    case Reimport::stopped: editor.watching.watch.decline(action); break;
+    }
+    return end;
+}
+
+Reread reread(Editor& editor, const WatchAction& action)
+{
+    switch (action.part) {
+    case WatchedPart::model: return rereadModel(editor);
+    case WatchedPart::textures: return rereadTextures(editor);
+    default: return rereadSource(editor, action);
+    }
+}
+
+/// Whether the user wants it.
+bool asks(Editor& editor, const WatchAction& action)
+{
+    setAlertTexts(editor.alerts, fileNameOf(action.changed.front()), {});
+    return alert(editor.alerts, editor.mainWindow, Message::rereadChanged, AlertStyle::choice,
+                 action.changed.front()) == AlertButton::yes;
+}
+
+void lookAtDocument(Editor& editor)
+{
+    Watching& watching = editor.watching;
+    const std::vector<std::string> paths = watching.watch.paths();
+    if (paths == watching.looked) return;
+    watching.looked = paths;
+    if (paths.empty())
+        watching.looker.stop();
+    else
+        (void)watching.looker.watch(paths, editor.mainWindow, messageFilesLooked);
+}
+
+} // namespace
+
+void followDocument(Editor& editor)
+{
+    if (!isRunning(editor)) return;
+    Watching& watching = editor.watching;
+    for (const WatchedPart part :
+         {WatchedPart::model, WatchedPart::textures, WatchedPart::source}) {
+        const std::vector<std::string> paths =
+            watching.files ? pathsOf(editor, part) : std::vector<std::string>();
+        if (paths != watchedPaths(watching.watch, part))
+            watching.watch.watch(part, asTheyAre(paths));
+    }
+    std::vector<WatchedFile> pictures;
+    if (watching.pictures) pictures = watchedPictures(editor);
+    if (pictures != watching.watch.files(WatchedPart::pictures))
+        watching.watch.watch(WatchedPart::pictures, std::move(pictures));
+    lookAtDocument(editor);
+}
+
+void noteWritten(Editor& editor, WatchedPart part)
+{
+    Watching& watching = editor.watching;
+    watching.watch.watch(part, asTheyAre(watchedPaths(watching.watch, part)));
+    if (part == WatchedPart::textures) watching.slotsOfFile = usedSlots(editor.document.textures);
+    if (part == WatchedPart::pictures)
+        for (PictureLink& link : watching.links) link.stamp = stampOf(link.path);
+}
+
+void noteTexturesRead(Editor& editor, const FileStamp& stamp, const SlotSet& slots)
+{
+    const std::string& path = editor.document.textureFile;
+    editor.watching.watch.watch(WatchedPart::textures, {{path, stamp}});
+    editor.watching.slotsOfFile = slots;
+    recallPictures(editor, path);
+}
+
+bool takeLook(Editor& editor)
+{
+    if (!isRunning(editor)) return false;
+    Watching& watching = editor.watching;
+    const std::uint64_t now = GetTickCount64();
+    for (const auto& [path, stamp] : watching.looker.stamps()) watching.watch.see(path, stamp, now);
+    if (watching.watch.isPending()) SetTimer(editor.mainWindow, watchTimer, lookPace, nullptr);
+    return watching.watch.next(factsOf(editor), now).has_value();
+}
+
+void onWatchTimer(Editor& editor)
+{
+    KillTimer(editor.mainWindow, watchTimer);
+    editor.watching.looker.look();
+}
+
+CommandOutcome rereadChanged(Editor& editor)
+{
+    FileWatch& watch = editor.watching.watch;
+    const auto action = watch.next(factsOf(editor), GetTickCount64());
+    if (!action) return CommandOutcome::abandoned;
+    if (action->part == WatchedPart::pictures) {
+        rereadPictures(editor, *action);
+        return CommandOutcome::unsaved;
+    }
+    if (action->asks) {
+        const bool wanted = asks(editor, *action);
+        if (!isRunning(editor)) return CommandOutcome::abandoned;
+        if (!wanted) {
+            watch.decline(*action);
+            return CommandOutcome::abandoned;
+        }
+        watch.agree(*action);
+    }
+    const Reread end = reread(editor, *action);
+    if (!isRunning(editor)) return CommandOutcome::abandoned;
+    const auto tell = [&](Word word, const std::string& more) {
+        editor.statusLine = expandPlaceholders(loadCatalogueText(editor.mainWindow, word),
+                                               fileNameOf(action->changed.front()), more);
+    };
+    if (end.done)
+        tell(Word::statusReread, {});
+    else if (watch.fail(*action, GetTickCount64()) && !end.reason.empty())
+        tell(Word::statusNotReread, end.reason);
+    return CommandOutcome::unsaved;
+}
+
+void toggleWatching(Editor& editor)
+{
+    editor.watching.files = !editor.watching.files;
+}
+
+void toggleWatchingPictures(Editor& editor)
+{
+    editor.watching.pictures = !editor.watching.pictures;
+}
+
+} // namespace facetor

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "base/file_stamp.h"
+#include "state/command.h"
+#include "watch/file_watch.h"
+#include "watch/reread.h"
+
+namespace facetor {
+
+struct Editor;
+
+// The files of the document that other programs may write. What becomes of a change is decided by
+// FileWatch; here it is carried out.
+
+/// Watches the files that the document has now, to be called after each command. Those that are
+/// watched already stay as they were read.
+void followDocument(Editor& editor);
+
+/// The document's files of a part have just been written by the editor: they are known as they are
+/// now.
+void noteWritten(Editor& editor, WatchedPart part);
+
+/// The texture list's file has just been read, which had that stamp before; those slots are its.
+void noteTexturesRead(Editor& editor, const FileStamp& stamp, const SlotSet& slots);
+
+/// Takes what the last look at the files saw. True when something is to be done about it now, by
+/// the command for that.
+bool takeLook(Editor& editor);
+
+/// Has the files looked at again, as long as something has changed that is not done with.
+void onWatchTimer(Editor& editor);
+
+/// Reads one part of the document again that another program has changed, after a question where
+/// that would lose changes. A read that fails changes nothing and is tried again; the last failure
+/// is told in the status bar.
+CommandOutcome rereadChanged(Editor& editor);
+
+/// Switches the watching of models and texture lists, and that of pictures, on and off.
+void toggleWatching(Editor& editor);
+void toggleWatchingPictures(Editor& editor);
+
+} // namespace facetor
