@@ -1,5 +1,6 @@
 // libFuzzer targets: FUZZ names the one of the functions below that a program hands its inputs to.
 // Each ends the program when an answer contradicts another.
+#include "base/checksum.h"
 #include "exchange/gltf_reader.h"
 #include "exchange/model_import.h"
 #include "exchange/obj_reader.h"
@@ -7,9 +8,15 @@
 #include "image/bmp_codec.h"
 #include "image/png_codec.h"
 #include "image/tga_codec.h"
+#include "keep/recovery_file.h"
+#include "keep/versions.h"
 #include "model/model_file.h"
+#include "session/session_text.h"
 #include "texture/texture_file.h"
+#include "watch/picture_store.h"
 
+#include <array>
+#include <cstdio>
 #include <cstdlib>
 #include <numeric>
 #include <vector>
@@ -167,6 +174,55 @@ static void require(bool holds)
 [[maybe_unused]] static void gltf(Input file)
 {
     foreign(file, false);
+}
+
+/// A recovery file but for its last chunk, which is made here: no input would have its checksum.
+[[maybe_unused]] static void recovery_file(Input input)
+{
+    static Model model;
+    static const bool created = createModelStore(model) == Message::none;
+    require(created);
+    ByteWriter end;
+    const std::size_t payload = end.beginChunk(tag("CRC "));
+    end.u32(crc32(input));
+    end.endChunk(payload);
+    const Bytes tail = end.release();
+    Bytes file(input.begin(), input.end());
+    file.insert(file.end(), tail.begin(), tail.end());
+    RecoveryState state;
+    std::string reason;
+    const Message message = readRecoveryFile(state, model, file, reason);
+    require(isSafeToDraw(model));
+    require(message == Message::none || !reason.empty());
+    if (message != Message::none) return;
+    // What was read is written so that it reads back, and settles but for angles of the file
+    // format.
+    const Bytes written = writeRecoveryFile(state, model);
+    require(readRecoveryFile(state, model, written, reason) == Message::none);
+    require(writeRecoveryFile(state, model).size() == written.size());
+}
+
+/// The index of the versions, of whose lines each gets its checksum here, the links to pictures,
+/// and what is remembered from one run to the next.
+[[maybe_unused]] static void kept_text(Input input)
+{
+    const std::string_view text(reinterpret_cast<const char*>(input.data()), input.size());
+    std::string index = formatVersionIndex({});
+    for (std::size_t at = 0; at < text.size();) {
+        const std::string_view line = text.substr(at, text.find('\n', at) - at);
+        std::array<char, 9> checksum{};
+        (void)std::snprintf(checksum.data(), checksum.size(), "%08x",
+                            crc32(std::as_bytes(std::span(line))));
+        index.append(checksum.data()).append(" ").append(line).append("\n");
+        at += line.size() + 1;
+    }
+    const Versions versions = parseVersionIndex(index);
+    require(parseVersionIndex(formatVersionIndex(versions.all)).all == versions.all);
+
+    const std::string pictures = formatPictures(parsePictures(text));
+    require(formatPictures(parsePictures(pictures)) == pictures);
+    const std::string session = formatSession(parseSession(text));
+    require(formatSession(parseSession(session)) == session);
 }
 
 } // namespace facetor

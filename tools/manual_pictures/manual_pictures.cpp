@@ -5,11 +5,13 @@
 #include "app/commands.h"
 #include "app/main_window.h"
 #include "base/file.h"
+#include "base/folder.h"
 #include "driver/held_key.h"
 #include "driver/running_editor.h"
 #include "get_color/control_ids.h"
 #include "image/bmp_codec.h"
 #include "resources/resource_ids.h"
+#include "ui/handles.h"
 #include "windows/texture_window.h"
 
 #include <gtest/gtest.h>
@@ -293,6 +295,7 @@ TEST_F(ManualPictures, Menus)
 {
     editor.sendCommand(IDM_ROTATE_HALF_TURN); // something to undo
     editor.sendCommand(IDM_SELECT_ALL);
+    editor.sendCommand(IDM_FILE_WATCH); // as it is from the start
     for (const auto& [key, name] : {std::pair{'f', "menu-file"},
                                     {'e', "menu-edit"},
                                     {'v', "menu-view"},
@@ -300,6 +303,7 @@ TEST_F(ManualPictures, Menus)
                                     {'h', "menu-help"}})
         saveMenu(editor.window(), key, name);
     const HWND textures = openTextures();
+    SendMessageA(textures, WM_COMMAND, IDM_TEXTURE_WATCH, 0);
     for (const auto& [key, name] : {std::pair{'f', "menu-texture-file"},
                                     {'e', "menu-texture-edit"},
                                     {'v', "menu-texture-view"},
@@ -409,6 +413,53 @@ TEST_F(ManualPictures, Dialogs)
     SendMessageA(tabs, TCM_SETCURFOCUS, 1, 0);
     save(property.window, "property-drag");
     editor.closeDialog(property, IDCANCEL);
+}
+
+TEST_F(ManualPictures, WhatIsKept)
+{
+    // 2 April 2026, 12:00 UTC, and a quarter of an hour for each version.
+    constexpr std::uint64_t start = 134196048000000000, quarter = 9000000000;
+    constexpr char kept[] = "C:\\Facetor\\Kept";
+    std::filesystem::remove_all(kept);
+    editor.call([&](Editor& e) {
+        e.versions.folder = pathIn(kept, "Versions");
+        startKeeper(e.keeper, pathIn(kept, "Recovery"));
+    });
+    const auto asIt = readFile(ship);
+    for (std::uint64_t version = 0; const std::uint32_t object : {dish, wingRight, wingLeft}) {
+        const std::uint64_t time = start + quarter * version++;
+        const FILETIME written{static_cast<DWORD>(time), static_cast<DWORD>(time >> 32)};
+        const UniqueHandle<HANDLE, CloseHandle> file(
+            CreateFileA(ship, FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                        OPEN_EXISTING, 0, nullptr));
+        SetFileTime(file.get(), nullptr, nullptr, &written);
+        editor.call([&](Editor& e) {
+            const Mesh& mesh = e.document.model.meshes[object];
+            (void)change(e.document, Word::stepAttributes, [&] {
+                for (std::uint32_t i = 0; i < mesh.polygonCount; ++i)
+                    e.document.model.attributes[mesh.attributeTable + i].flags |= meshMode;
+                return EditOutcome{};
+            });
+        });
+        editor.sendCommand(IDM_FILE_SAVE);
+    }
+    const ShownAlert versions = editor.openDialog(IDM_FILE_VERSIONS);
+    save(versions.window, "earlier-versions");
+    editor.closeDialog(versions, IDCANCEL);
+    editor.call([](Editor& e) {
+        markModelChanged(e.document);
+        keepForLater(e.keeper, e.document, e.view);
+        waitForKept(e.keeper);
+        e.keeper.recoverable.front().state.writtenAt = 1775131200;
+    });
+    const ShownAlert recovery = editor.openDialog(IDM_FILE_RECOVER);
+    save(recovery.window, "recover");
+    editor.closeDialog(recovery, IDCANCEL);
+    editor.call([](Editor& e) {
+        endKeeper(e.keeper, e.document, e.view, KeeperEnd::decided);
+        e.versions.folder.clear();
+    });
+    ASSERT_EQ(writeFile(ship, *asIt), Message::none);
 }
 
 TEST_F(ManualPictures, FileDialogsAndAlerts)

@@ -151,13 +151,6 @@ void adoptLostContents(const VersionStore& store, std::vector<Version>& all)
     }
 }
 
-std::string formatIndex(const std::vector<Version>& all)
-{
-    std::string text(indexHeader);
-    for (const Version& version : all) text += formatLine(version);
-    return text;
-}
-
 /// Lets the oldest go until both bounds are kept. The first is the newest, which stays.
 void prune(const VersionStore& store, std::vector<Version>& all)
 {
@@ -213,7 +206,7 @@ Message keepBytes(const VersionStore& store, Version version, const Bytes& bytes
     if (!hasContent(store, version, bytes) &&
         writeFile(contentPath(store, version), bytes, &reason) != Message::none)
         return Message::versionNotKept;
-    const std::string index = formatIndex(all);
+    const std::string index = formatVersionIndex(all);
     if (writeFile(pathIn(store.folder, indexName), std::as_bytes(std::span(index)), &reason) !=
         Message::none)
         return Message::versionNotKept;
@@ -223,12 +216,16 @@ Message keepBytes(const VersionStore& store, Version version, const Bytes& bytes
 
 } // namespace
 
-Versions readVersions(const VersionStore& store)
+std::string formatVersionIndex(const std::vector<Version>& all)
+{
+    std::string text(indexHeader);
+    for (const Version& version : all) text += formatLine(version);
+    return text;
+}
+
+Versions parseVersionIndex(std::string_view text)
 {
     Versions versions;
-    const auto bytes = readFile(pathIn(store.folder, indexName));
-    std::string_view text;
-    if (bytes) text = {reinterpret_cast<const char*>(bytes->data()), bytes->size()};
     versions.damaged = !text.starts_with(indexHeader);
     while (!text.empty()) {
         const std::size_t end = text.find('\n');
@@ -240,6 +237,15 @@ Versions readVersions(const VersionStore& store)
         else
             versions.damaged = true;
     }
+    return versions;
+}
+
+Versions readVersions(const VersionStore& store)
+{
+    const auto bytes = readFile(pathIn(store.folder, indexName));
+    Versions versions = parseVersionIndex(
+        bytes ? std::string_view(reinterpret_cast<const char*>(bytes->data()), bytes->size())
+              : std::string_view());
     std::ranges::stable_sort(versions.all, std::ranges::greater{}, &Version::number);
     if (versions.damaged) adoptLostContents(store, versions.all);
     if (!bytes && versions.all.empty()) versions.damaged = false; // nothing was kept so far

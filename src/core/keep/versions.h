@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace facetor {
@@ -37,6 +38,12 @@ struct Versions {
     std::vector<Version> all; ///< the newest first
     bool damaged = false;     ///< a part of the index could not be read: some have lost their name
 };
+
+/// Reads the text of an index; `all` has the order of its lines. Lines that cannot be read are
+/// passed over.
+Versions parseVersionIndex(std::string_view text);
+/// The whole text.
+std::string formatVersionIndex(const std::vector<Version>& all);
 
 /// What the folder holds; nothing when it is not there.
 Versions readVersions(const VersionStore& store);
