@@ -1,5 +1,6 @@
 #include "monitor/monitor_lists.h"
 
+#include "monitor/image_words.h"
 #include "monitor/monitor_ids.h"
 #include "ui/handles.h"
 #include "ui/status_bar.h"
@@ -117,7 +118,7 @@ void showNewImage(Monitor& monitor)
     const Entry& entry = monitor.entries.back();
     setCell(monitor.images, row, 0, entry.time.substr(entry.time.find(' ') + 1));
     setCell(monitor.images, row, 1, entry.path.substr(entry.path.find_last_of('\\') + 1));
-    setCell(monitor.images, row, 2, entry.image.contents);
+    setCell(monitor.images, row, 2, imageWords(entry.image.contents));
     setCell(monitor.images, row, 3, std::to_string(entry.size));
     setCell(monitor.images, row, 4, entry.result);
     ListView_SetItemState(monitor.images, row, LVIS_SELECTED | LVIS_FOCUSED,
@@ -149,7 +150,7 @@ void showDetails(const Monitor& monitor)
         setCell(monitor.blocks, row, 0, address.data());
         setCell(monitor.blocks, row, 1, std::to_string(block.size));
         setCell(monitor.blocks, row, 2,
-                block.contents ? block.contents : resourceText(IDS_NOTHING_THERE));
+                block.contents ? imageWords(block.contents) : resourceText(IDS_NOTHING_THERE));
         ++row;
     }
     SetWindowTextA(monitor.output, withLineEnds(entry.output).c_str());

@@ -1,6 +1,7 @@
 #include "monitor/receiving.h"
 
 #include "base/file.h"
+#include "monitor/image_words.h"
 #include "monitor/monitor_ids.h"
 #include "monitor/monitor_lists.h"
 #include "ui/handles.h"
@@ -65,8 +66,8 @@ bool receive(Monitor& monitor, const std::string& path)
         entry.image.reason = resourceText(IDS_CANNOT_READ);
     }
     const bool accepted = entry.image.reason.empty();
-    entry.result =
-        accepted ? resourceText(IDS_ACCEPTED) : resourceText(IDS_REFUSED) + entry.image.reason;
+    entry.result = accepted ? resourceText(IDS_ACCEPTED)
+                            : resourceText(IDS_REFUSED) + imageWords(entry.image.reason);
 
     monitor.entries.push_back(entry);
     showNewImage(monitor);
