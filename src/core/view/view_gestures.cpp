@@ -20,8 +20,9 @@ constexpr float mostMagnification = 50.0f;
 constexpr float filledAcross = 0.9f;
 constexpr float filledDown = 0.85f;
 
-/// Of its distance, what a framed point may come nearer than the middle.
-constexpr float mostNearer = 0.9f;
+/// Of its distance, what a framed point may come nearer than the middle: about as much as in a
+/// fitted view, so that framing does not make the perspective steeper.
+constexpr float mostNearer = 0.54f;
 
 /// A depth just behind the one before which polygons are dropped, as a factor of the focal length,
 /// and one before that at which they are dropped for being too far.
