@@ -42,8 +42,7 @@ std::optional<std::uint32_t> parseHexDigits(std::string_view text, std::size_t m
             break;
         }
     std::uint32_t value = 0;
-    const auto [end, error] =
-        std::from_chars(text.data(), text.data() + text.size(), value, 16);
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, 16);
     if (text.size() > most || error != std::errc{} || end != text.data() + text.size())
         return std::nullopt;
     return value;

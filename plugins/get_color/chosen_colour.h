@@ -37,10 +37,10 @@ Rgb555 withChannel(Rgb555 colour, Channel channel, int step);
 std::optional<int> parseStep(std::string_view text);
 
 // A colour as a text of hexadecimal digits, in large letters, as the programmer has it in a source:
-// the word as the editor holds it, 4 digits with red in its high bits and bit 15 clear, and 6 digits
-// of 8 bits each of red, green and blue. Read, both may have "0x" or "#" before them, any case, and
-// fewer digits; bit 15 and the low three bits of a component of 8 do not count. None for any other
-// text.
+// the word as the editor holds it, 4 digits with red in its high bits and bit 15 clear, and 6
+// digits of 8 bits each of red, green and blue. Read, both may have "0x" or "#" before them, any
+// case, and fewer digits; bit 15 and the low three bits of a component of 8 do not count. None for
+// any other text.
 std::string formatWord(Rgb555 colour);
 std::string formatHex(Rgb555 colour);
 std::optional<Rgb555> parseWord(std::string_view text);

@@ -8,9 +8,12 @@ TEST(AttributeFields, EachIsToldAppliedAndNothingElse)
 {
     Model model;
     ASSERT_EQ(createModelStore(model), Message::none);
-    const WorkingAttribute other{1, sortFarthest, 7, 0x1234,
-                                 textureMap | shadowMode | flipHorizontal | flipVertical | meshMode |
-                                     gouraudShading | nearClip,
+    const WorkingAttribute other{1,
+                                 sortFarthest,
+                                 7,
+                                 0x1234,
+                                 textureMap | shadowMode | flipHorizontal | flipVertical |
+                                     meshMode | gouraudShading | nearClip,
                                  {1, 2, 3, 4}};
     for (std::uint32_t field = 1; field <= allAttributeFields; field <<= 1) {
         SCOPED_TRACE(field);

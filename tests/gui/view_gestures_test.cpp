@@ -264,7 +264,8 @@ TEST(ViewGestures, TheTreePicksItsObjectAndShowsWhatWasClicked)
         return editor.ask([](Editor& e) {
             std::vector<std::uint32_t> objects;
             for (std::uint32_t k = 0; k < e.document.model.objectCount; ++k)
-                if (isPicked(e.document.model.attributes[e.document.model.meshes[k].attributeTable]))
+                if (isPicked(
+                        e.document.model.attributes[e.document.model.meshes[k].attributeTable]))
                     objects.push_back(k);
             return objects;
         });

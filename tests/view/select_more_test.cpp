@@ -46,9 +46,9 @@ struct Row {
     {
         for (std::uint32_t i = 0; i < 6; ++i)
             model.attributes[i].flags =
-                polygonFace | (digits.find(static_cast<char>('0' + i)) != std::string::npos
-                                   ? picked
-                                   : polygonFace);
+                polygonFace |
+                (digits.find(static_cast<char>('0' + i)) != std::string::npos ? picked
+                                                                              : polygonFace);
     }
 
     std::string marked() const
@@ -123,14 +123,13 @@ TEST(SelectMore, LikenessIsOfColourTextureOrAll)
     look(3, 8, 0x0001, textureMap);
     look(4, 7, 0x0001, textureMap);
     look(5, 7, 0x0002, textureMap);
-    for (const auto& [likeness, expected] :
-         {std::pair{Likeness::colour, "01234"}, {Likeness::texture, "0145"},
-          {Likeness::attribute, "04"}}) {
+    for (const auto& [likeness, expected] : {std::pair{Likeness::colour, "01234"},
+                                             {Likeness::texture, "0145"},
+                                             {Likeness::attribute, "04"}}) {
         row.mark("");
         look(0, 7, 0x8001, textureMap | picked);
         look(1, 7, 0x0001, textureMap | flipHorizontal);
-        for (const std::uint32_t i : {3u, 4u, 5u})
-            row.model.attributes[i].flags = textureMap;
+        for (const std::uint32_t i : {3u, 4u, 5u}) row.model.attributes[i].flags = textureMap;
         selectLike(row.model, row.hidden, likeness, Mark::set);
         EXPECT_EQ(row.marked(), expected);
         selectLike(row.model, row.hidden, likeness, Mark::clear);

@@ -14,10 +14,10 @@ struct FlagField {
     std::uint32_t bits;
 };
 constexpr FlagField flagFields[] = {
-    {fieldMaterial, materialBits},        {fieldMode, modeBits},
-    {fieldUseLight, useLight},            {fieldFlipHorizontal, flipHorizontal},
-    {fieldFlipVertical, flipVertical},    {fieldMesh, meshMode},
-    {fieldGouraud, gouraudShading},       {fieldNearClip, nearClip},
+    {fieldMaterial, materialBits},     {fieldMode, modeBits},
+    {fieldUseLight, useLight},         {fieldFlipHorizontal, flipHorizontal},
+    {fieldFlipVertical, flipVertical}, {fieldMesh, meshMode},
+    {fieldGouraud, gouraudShading},    {fieldNearClip, nearClip},
 };
 
 constexpr AttributeFields gouraudField(std::size_t corner)

@@ -48,8 +48,8 @@ constexpr ViewKey keys[] = {
 int viewKeyCommand(unsigned key, bool shift)
 {
     const auto* found = std::ranges::find_if(keys, [&](const ViewKey& known) {
-        return known.key == key && (known.shift == Shift::either ||
-                                    (known.shift == Shift::down) == shift);
+        return known.key == key &&
+               (known.shift == Shift::either || (known.shift == Shift::down) == shift);
     });
     return found != std::end(keys) ? found->command : 0;
 }

@@ -33,8 +33,8 @@ bool showsCaption(const WindowRectangle& monitor, const WindowRectangle& place)
     constexpr std::int32_t least = 64, captionHeight = 24;
     const std::int32_t across =
         std::min(monitor.right, place.right) - std::max(monitor.left, place.left);
-    const std::int32_t down = std::min(monitor.bottom, place.top + captionHeight) -
-                              std::max(monitor.top, place.top);
+    const std::int32_t down =
+        std::min(monitor.bottom, place.top + captionHeight) - std::max(monitor.top, place.top);
     return across >= std::min(least, place.right - place.left) && down > captionHeight / 2;
 }
 
@@ -61,8 +61,8 @@ WindowRectangle restoredPlace(const WindowRectangle& remembered, const Screen& s
         }))
         return place;
     return moveInto(place, *std::ranges::min_element(monitors, {}, [&](const WindowRectangle& m) {
-        return distance(m, place);
-    }));
+                        return distance(m, place);
+                    }));
 }
 
 WindowRectangle firstPlace(std::int32_t width, std::int32_t height, const WindowRectangle& toolBox,

@@ -38,8 +38,7 @@ template <typename Visit> void visitCorners(const Model& model, Visit visit)
         for (std::uint32_t i = 0; i < mesh.polygonCount; ++i) {
             std::array<std::uint32_t, 4> vertices{};
             const Polygon& polygon = model.polygons[mesh.polygonTable + i];
-            for (std::size_t c = 0; c < 4; ++c)
-                vertices[c] = mesh.vertexTable + polygon.corner[c];
+            for (std::size_t c = 0; c < 4; ++c) vertices[c] = mesh.vertexTable + polygon.corner[c];
             visit(mesh.attributeTable + i, vertices);
         }
     }
@@ -73,8 +72,8 @@ Joints jointsOf(const Model& model)
 
 void set(PolygonAttribute& attribute, Mark mark)
 {
-    attribute.flags = mark == Mark::set ? attribute.flags | picked
-                                        : attribute.flags & ~std::uint32_t{picked};
+    attribute.flags =
+        mark == Mark::set ? attribute.flags | picked : attribute.flags & ~std::uint32_t{picked};
 }
 
 /// Marks or unmarks every polygon that is in sight and touches one of which `isStart` holds.
@@ -176,8 +175,7 @@ void selectLike(Model& model, const HiddenPolygons& hidden, Likeness likeness, M
     std::sort(samples.begin(), end);
     for (std::uint32_t i = 0; i < model.totalPolygonCount; ++i) {
         const std::optional<Look> look = hidden[i] ? std::nullopt : lookOf(model, i, likeness);
-        if (look && std::binary_search(samples.begin(), end, *look))
-            set(model.attributes[i], mark);
+        if (look && std::binary_search(samples.begin(), end, *look)) set(model.attributes[i], mark);
     }
 }
 
@@ -186,7 +184,8 @@ void selectObjects(Model& model, const HiddenPolygons& hidden, std::uint32_t fir
 {
     for (std::uint32_t k = first; k < end; ++k) {
         const Mesh& mesh = model.meshes[model.objects[k].mesh];
-        for (std::uint32_t i = mesh.attributeTable; i < mesh.attributeTable + mesh.polygonCount; ++i)
+        for (std::uint32_t i = mesh.attributeTable; i < mesh.attributeTable + mesh.polygonCount;
+             ++i)
             if (!hidden[i]) set(model.attributes[i], mark);
     }
 }

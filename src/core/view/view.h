@@ -32,7 +32,8 @@ struct View {
     Matrix viewMatrix = identityMatrix; ///< the whole camera transform
     Vector3 cameraPosition{0, 0, 700};
     Vector3 modelCentre{0, 0, 0};
-    std::optional<Vector3> turnCentre; ///< what turning and scaling keep in place; none: modelCentre
+    /// What turning and scaling keep in place; none: modelCentre.
+    std::optional<Vector3> turnCentre;
     std::array<Angle, 3> modelRotation{};
     float viewScale = 1.0f;
     std::array<Angle, 3> viewDirection{}; ///< set by the fixed views
@@ -47,7 +48,7 @@ struct View {
     DragDrawMode dragDrawMode = DragDrawMode::wire;
     bool dragging = false;
     bool frameNeedsDrawing = true;
-    HiddenPolygons hidden; ///< of the model that was fitted last
+    HiddenPolygons hidden;                     ///< of the model that was fitted last
     std::uint32_t drawnPolygons = allPolygons; ///< a frame draws so many of its list at most
 };
 
@@ -65,8 +66,8 @@ void startView(View& view, Engine& engine);
 void applyFixedView(View& view, Engine& engine, FixedView direction);
 
 /// Moves and scales the view so that the model appears centred, as large as it can whichever way
-/// the fixed views turn it, with the model rotation reset. A model without points keeps centre and
-/// scale. Changes the current matrix and the engine's clip window.
+/// the fixed views turn it, with the model rotation reset, and hides no polygon. A model without
+/// points keeps centre and scale. Changes the current matrix and the engine's clip window.
 void fitModel(View& view, Engine& engine, const Model& model, ClientSize client);
 
 /// Makes the frame's polygon list anew: sets the surface's size, the clip window, the centre, the

@@ -114,10 +114,10 @@ void visitFramed(Engine& engine, const Model& model, Framed framed, Visit visit)
 float scaleToFit(const Engine& engine, float offset, float depthOffset, float half)
 {
     const float across = std::abs(offset);
-    const float room = isParallel(engine)
-                           ? across / half
-                           : (across * engine.settings.focalLength - half * depthOffset) /
-                                 (half * usualDistance);
+    const float room =
+        isParallel(engine)
+            ? across / half
+            : (across * engine.settings.focalLength - half * depthOffset) / (half * usualDistance);
     return room > 0 ? 1 / room : INFINITY;
 }
 
@@ -139,8 +139,8 @@ float depthAt(const View& view, Engine& engine, const Model& model, ScreenPoint 
         engine.viewVertices[entry.firstVertex + model.polygons[entry.attribute].corner[0]];
     const Vector3 from = pointInView(engine, point, corners.least.z);
     const Vector3 to = pointInView(engine, point, corners.least.z + 1);
-    const float away = dotProduct(entry.normal, {onPlane.x - from.x, onPlane.y - from.y,
-                                                 onPlane.z - from.z});
+    const float away =
+        dotProduct(entry.normal, {onPlane.x - from.x, onPlane.y - from.y, onPlane.z - from.z});
     const float step = dotProduct(entry.normal, {to.x - from.x, to.y - from.y, to.z - from.z});
     const float depth = corners.least.z + away / step;
     // Seen from its edge, or bent, a polygon has no one depth; it lies between its corners.

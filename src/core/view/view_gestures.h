@@ -10,8 +10,8 @@ namespace facetor {
 // need an engine whose window, centre and focal length are those of the last frame listed.
 
 /// The depth in view space of what a point of the client area shows: of the nearest polygon there,
-/// or else of the model's nearest point, before which a zoom then ends. Needs a frame that was listed
-/// and sorted for the model as it is.
+/// or else of the model's nearest point, before which a zoom then ends. Needs a frame that was
+/// listed and sorted for the model as it is.
 float depthAt(const View& view, Engine& engine, const Model& model, ScreenPoint point);
 
 /// Shows what is under `cursor` at a depth `factor` times as large, which must be positive; that

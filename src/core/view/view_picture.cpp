@@ -11,9 +11,8 @@ Message takePicture(ViewPicture& picture, View& view, Engine& engine, const Mode
     view.frameNeedsDrawing = true;
     paintFrame(view, engine, model, client, behind);
     view.frameNeedsDrawing = true; // the surface is used below
-    picture = {static_cast<std::uint32_t>(surface.width),
-               static_cast<std::uint32_t>(surface.height),
-               {}};
+    picture = {
+        static_cast<std::uint32_t>(surface.width), static_cast<std::uint32_t>(surface.height), {}};
     try {
         picture.texels.reserve(surface.pixelCount());
         for (std::int32_t y = 0; y < surface.height; ++y)

@@ -23,8 +23,8 @@ enum class Background {
 };
 
 /// Draws the frame for a client area into a picture, `behind` being the picture behind the model if
-/// there is one. The engine's surface holds no frame afterwards; the view's is marked as to be drawn.
-/// outOfMemory, with an empty picture, when memory is short.
+/// there is one. The engine's surface holds no frame afterwards; the view's is marked as to be
+/// drawn. outOfMemory, with an empty picture, when memory is short.
 Message takePicture(ViewPicture& picture, View& view, Engine& engine, const Model& model,
                     ClientSize client, const PlacedTexture* behind, Background background);
 

@@ -48,8 +48,7 @@ void step(Editor& editor, Direction direction)
     if (!canStep(document, direction)) return;
     const std::string textureFile = document.textureFile;
     const bool otherModel = takeStep(document, direction);
-    if (otherModel)
-        fitModel(editor.view, editor.engine, document.model, viewSize(editor));
+    if (otherModel) fitModel(editor.view, editor.engine, document.model, viewSize(editor));
     showTitle(editor);
     if (document.textureFile != textureFile) showTextureTitle(editor, {});
     refreshHierarchyTree(editor);

@@ -21,9 +21,8 @@ constexpr DWORD filterWithoutBackground = 2;
 Message pictureOfView(Editor& editor, ViewPicture& picture, Background background)
 {
     const std::optional<PlacedTexture> slice = shownSlice(editor);
-    const Message message =
-        takePicture(picture, editor.view, editor.engine, editor.document.model,
-                    viewSize(editor), slice ? &*slice : nullptr, background);
+    const Message message = takePicture(picture, editor.view, editor.engine, editor.document.model,
+                                        viewSize(editor), slice ? &*slice : nullptr, background);
     InvalidateRect(editor.mainWindow, nullptr, FALSE);
     return message;
 }
@@ -50,10 +49,9 @@ CommandOutcome savePicture(Editor& editor)
     if (!chosen || !isRunning(editor)) return CommandOutcome::abandoned;
     const WaitCursor waiting;
     ViewPicture picture;
-    Message message = pictureOfView(editor, picture,
-                                    chosen->filter == filterWithoutBackground
-                                        ? Background::transparent
-                                        : Background::kept);
+    Message message = pictureOfView(
+        editor, picture,
+        chosen->filter == filterWithoutBackground ? Background::transparent : Background::kept);
     if (message == Message::none) message = writePicture(picture, chosen->path);
     return finish(editor, message);
 }

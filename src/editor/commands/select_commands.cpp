@@ -47,8 +47,7 @@ void selectConnectedAt(Editor& editor, POINT position)
     Model& model = editor.document.model;
     listFrame(editor.view, editor.engine, model, viewSize(editor));
     sortPolygons(editor.engine);
-    const auto hit =
-        hitTest(editor.engine, {position.x, position.y}, isKeyDown(VK_TAB) ? 1u : 0u);
+    const auto hit = hitTest(editor.engine, {position.x, position.y}, isKeyDown(VK_TAB) ? 1u : 0u);
     if (!hit) return;
     const std::uint32_t polygon = editor.engine.entries[*hit].attribute;
     selectConnectedTo(model, editor.view.hidden, polygon, markByKeys());

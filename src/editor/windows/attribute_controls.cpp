@@ -127,10 +127,10 @@ bool isCheckBox(int control)
 AttributeFields fieldOf(int control)
 {
     constexpr ButtonValue fields[] = {
-        {IDC_ATTRIBUTE_USE_LIGHT, fieldUseLight}, {IDC_ATTRIBUTE_FLIP_H, fieldFlipHorizontal},
+        {IDC_ATTRIBUTE_USE_LIGHT, fieldUseLight},  {IDC_ATTRIBUTE_FLIP_H, fieldFlipHorizontal},
         {IDC_ATTRIBUTE_FLIP_V, fieldFlipVertical}, {IDC_ATTRIBUTE_MESH, fieldMesh},
-        {IDC_ATTRIBUTE_GOURAUD, fieldGouraud},    {IDC_ATTRIBUTE_NEAR_CLIP, fieldNearClip},
-        {IDC_ATTRIBUTE_TEXTURE, fieldTexture},    {IDC_ATTRIBUTE_COLOUR, fieldColour},
+        {IDC_ATTRIBUTE_GOURAUD, fieldGouraud},     {IDC_ATTRIBUTE_NEAR_CLIP, fieldNearClip},
+        {IDC_ATTRIBUTE_TEXTURE, fieldTexture},     {IDC_ATTRIBUTE_COLOUR, fieldColour},
     };
     if (const ButtonValue* field = findButton(fields, control)) return field->value;
     if (findButton(materials, control)) return fieldMaterial;

@@ -160,7 +160,8 @@ std::optional<std::uint32_t> shownPolygon(const Editor& editor)
 {
     const Model& model = editor.document.model;
     const std::optional<std::uint32_t> last = editor.attributeEditing.lastPicked;
-    const bool isLast = last && *last < model.totalPolygonCount && isPicked(model.attributes[*last]);
+    const bool isLast =
+        last && *last < model.totalPolygonCount && isPicked(model.attributes[*last]);
     return isLast ? last : firstPicked(model);
 }
 
@@ -190,9 +191,8 @@ bool checkTexture(Editor& editor)
 void give(Editor& editor, const WorkingAttribute& attribute, AttributeFields fields)
 {
     if (!isAnyPicked(editor.document.model)) return warn(editor, Message::noSelectedPolygons);
-    editModel(editor, Word::stepAttributes, ModelEdit::attributes, [&](Model& edited) {
-        applyFields(edited, attribute, fields, pickedAfterByCtrl());
-    });
+    editModel(editor, Word::stepAttributes, ModelEdit::attributes,
+              [&](Model& edited) { applyFields(edited, attribute, fields, pickedAfterByCtrl()); });
     markModelChanged(editor.document); // also where nothing differs
 }
 
@@ -287,9 +287,7 @@ INT_PTR CALLBACK attributeProcedure(HWND window, UINT message, WPARAM wParam, LP
         if (onTabNotify(editor.attributePages, *reinterpret_cast<const NMHDR*>(lParam)))
             refreshPage(editor);
         return TRUE;
-    case WM_COMMAND:
-        onCommand(editor, LOWORD(wParam));
-        return TRUE;
+    case WM_COMMAND: onCommand(editor, LOWORD(wParam)); return TRUE;
     case WM_CLOSE: DestroyWindow(window); return TRUE;
     case WM_DESTROY: onDestroy(editor); return TRUE;
     default: return FALSE;

@@ -130,7 +130,9 @@ ClientSize clientSize(HWND window)
 ClientSize viewSize(const Editor& editor)
 {
     const ClientSize client = clientSize(editor.mainWindow);
-    const auto begun = [&](std::int32_t pixels) { return (pixels + editor.zoom - 1) / editor.zoom; };
+    const auto begun = [&](std::int32_t pixels) {
+        return (pixels + editor.zoom - 1) / editor.zoom;
+    };
     return {begun(client.width), begun(client.height)};
 }
 

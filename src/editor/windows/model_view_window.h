@@ -52,8 +52,8 @@ void showMenuAt(Editor& editor, UINT command, POINT cursor);
 /// Outlines a rectangle in dashes of black and white, which show on every background.
 void frameInDashes(HDC dc, const RECT& outline);
 
-// The mouse over the model view, positions in pixels of the view. What a drag does is the view tool's
-// business; here it is only followed.
+// The mouse over the model view, positions in pixels of the view. What a drag does is the view
+// tool's business; here it is only followed.
 
 void onLeftButtonDown(Editor& editor, POINT position);
 void onLeftButtonUp(Editor& editor);

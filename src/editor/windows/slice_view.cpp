@@ -82,8 +82,8 @@ void onSliceDrag(Editor& editor, POINT delta)
 
 void moveSlice(Editor& editor, unsigned sides, POINT delta)
 {
-    editor.slice.place = draggedPlacement(slicePlace(editor), sides, delta.x, delta.y,
-                                          viewSize(editor));
+    editor.slice.place =
+        draggedPlacement(slicePlace(editor), sides, delta.x, delta.y, viewSize(editor));
 }
 
 bool showSliceCursor(Editor& editor)

@@ -21,8 +21,7 @@ constexpr LONG fastTurnStep = 45;
 
 void turnView(Editor& editor, POINT delta)
 {
-    applyViewTool(editor.view, editor.engine, ViewTool::rotateModel,
-                  {delta.x, delta.y, {}, false});
+    applyViewTool(editor.view, editor.engine, ViewTool::rotateModel, {delta.x, delta.y, {}, false});
 }
 
 float depthUnder(Editor& editor, POINT position)
