@@ -58,34 +58,6 @@ std::span<const std::byte> ByteReader::take(std::size_t size)
     return taken;
 }
 
-std::uint8_t ByteReader::u8()
-{
-    const auto bytes = take(1);
-    return bytes.empty() ? std::uint8_t{0} : std::to_integer<std::uint8_t>(bytes[0]);
-}
-
-std::uint16_t ByteReader::u16()
-{
-    const auto bytes = take(2);
-    if (bytes.empty()) return 0;
-    return static_cast<std::uint16_t>(std::to_integer<unsigned>(bytes[0]) |
-                                      std::to_integer<unsigned>(bytes[1]) << 8);
-}
-
-std::uint32_t ByteReader::u32()
-{
-    const auto bytes = take(4);
-    std::uint32_t value = 0;
-    for (std::size_t i = bytes.size(); i-- > 0;)
-        value = value << 8 | std::to_integer<std::uint32_t>(bytes[i]);
-    return value;
-}
-
-float ByteReader::f32()
-{
-    return std::bit_cast<float>(u32());
-}
-
 std::optional<ChunkHeader> readChunkHeader(ByteReader& in)
 {
     const ChunkHeader header{in.u32(), in.u32()}; // braces: read from left to right

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -43,11 +44,11 @@ public:
     std::span<const std::byte> peek(std::size_t size);
     /// Passes over the next `size` bytes.
     void skip(std::uint64_t size);
-    std::uint8_t u8();
-    std::uint16_t u16();
-    std::uint32_t u32();
+    std::uint8_t u8() { return value<std::uint8_t>(); }
+    std::uint16_t u16() { return value<std::uint16_t>(); }
+    std::uint32_t u32() { return value<std::uint32_t>(); }
     /// An IEEE single, any bit pattern.
-    float f32();
+    float f32() { return std::bit_cast<float>(u32()); }
 
     bool ok() const { return ok_; }
     std::uint64_t left() const;
@@ -55,6 +56,23 @@ public:
     std::uint64_t offset() const { return size_ - left(); }
 
 private:
+    /// Inline for files of many small fields; take() is for what is not in memory.
+    template <typename Value> Value value()
+    {
+        const std::byte* from = rest_.data();
+        if (ok_ && sizeof(Value) <= rest_.size()) {
+            rest_ = rest_.subspan(sizeof(Value));
+        } else {
+            const auto bytes = take(sizeof(Value));
+            if (bytes.empty()) return 0;
+            from = bytes.data();
+        }
+        Value value = 0;
+        for (std::size_t i = 0; i < sizeof(Value); ++i)
+            value = static_cast<Value>(value | std::to_integer<Value>(from[i]) << 8 * i);
+        return value;
+    }
+
     std::span<const std::byte> rest_; ///< in memory
     FileWindow* file_ = nullptr;      ///< where more comes from
     std::uint64_t size_;
