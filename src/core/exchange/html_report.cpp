@@ -42,7 +42,7 @@ td.n{text-align:right;white-space:nowrap;font-variant-numeric:tabular-nums}
 .bar i{display:block;height:100%;background:var(--bar)}.bar .over{background:var(--full)}
 ul{padding-left:1.4em}code{font-family:ui-monospace,monospace}
 @media(max-width:560px){figure{width:46%;margin:0 3% 1rem 0}.sheet figure{width:29%}
-th,td{padding-right:.4em}.bar{width:4.5em}}
+th,td{padding-right:.4em}.bar{width:3.2em}}
 @media print{body{max-width:none;font-size:11pt}figure,tr{break-inside:avoid}.bar i{print-color-adjust:exact}}
 )";
 
