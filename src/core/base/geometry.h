@@ -40,15 +40,9 @@ inline bool isFinite(const Vector3& v)
 /// v scaled to unit length, or v itself when its squared length is exactly 1. The squared length
 /// is rounded to a single before the root is taken. A zero vector is not guarded against: it gives
 /// components that are not numbers.
-inline Vector3 normalised(const Vector3& v)
-{
-    const double x = v.x, y = v.y, z = v.z;
-    const double squared = x * x + y * y + z * z;
-    if (squared == 1.0) return v;
-    const double factor = 1.0 / std::sqrt(static_cast<double>(static_cast<float>(squared)));
-    return {static_cast<float>(x * factor), static_cast<float>(y * factor),
-            static_cast<float>(z * factor)};
-}
+/// Not inline, nor is the next: where GCC 12 vectorises one after the other it leaves out the
+/// rounding to singles between them.
+Vector3 normalised(const Vector3& v);
 
 inline float dotProduct(const Vector3& a, const Vector3& b)
 {
@@ -57,12 +51,7 @@ inline float dotProduct(const Vector3& a, const Vector3& b)
 }
 
 /// (a.y b.z - b.y a.z, a.z b.x - b.z a.x, a.x b.y - b.x a.y)
-inline Vector3 crossProduct(const Vector3& a, const Vector3& b)
-{
-    const double ax = a.x, ay = a.y, az = a.z, bx = b.x, by = b.y, bz = b.z;
-    return {static_cast<float>(ay * bz - by * az), static_cast<float>(az * bx - bz * ax),
-            static_cast<float>(ax * by - bx * ay)};
-}
+Vector3 crossProduct(const Vector3& a, const Vector3& b);
 
 /// x row 0 + y row 1 + z row 2 + row 3
 inline Vector3 transformPoint(const Vector3& point, const Matrix& matrix)
