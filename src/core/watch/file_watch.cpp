@@ -28,7 +28,7 @@ std::vector<std::string> FileWatch::paths() const
     for (const std::vector<File>& part : files_)
         for (const File& file : part) all.push_back(file.path);
     std::ranges::sort(all);
-    all.erase(std::ranges::unique(all).begin(), all.end());
+    all.erase(std::unique(all.begin(), all.end()), all.end());
     return all;
 }
 
