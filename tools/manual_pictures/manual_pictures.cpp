@@ -374,12 +374,12 @@ TEST_F(ManualPictures, TargetWindows)
     const auto count = [](HWND window, int list) {
         return SendDlgItemMessageA(window, list, LVM_GETITEMCOUNT, 0, 0);
     };
-    const HWND budget = openWindow(
-        IDM_VIEW_BUDGET, [](Editor& e) { return e.budget.window; }, {660, 40, 660, 40});
+    const HWND budget =
+        openWindow(IDM_VIEW_BUDGET, [](Editor& e) { return e.budget.window; }, {660, 40, 660, 40});
     EXPECT_TRUE(waitUntil([&] { return count(budget, IDC_BUDGET_WARNINGS) > 0; }));
     save(budget, "budget");
-    const HWND order = openWindow(
-        IDM_VIEW_DRAW_ORDER, [](Editor& e) { return e.drawOrder.window; }, {660, 40, 660, 40});
+    const HWND order = openWindow(IDM_VIEW_DRAW_ORDER, [](Editor& e) { return e.drawOrder.window; },
+                                  {660, 40, 660, 40});
     CheckDlgButton(order, IDC_ORDER_ASK, BST_CHECKED);
     SendMessageA(order, WM_COMMAND, IDC_ORDER_ASK, 0);
     click({330, 205});

@@ -23,8 +23,8 @@ struct MenuFacts {
     bool texturesShown = false;
     bool budgetShown = false;
     bool drawOrderShown = false;
-    bool sliceShown = false;                   ///< the picture that is to be sliced
-    bool mixedShown = false;                   ///< in the attribute window
+    bool sliceShown = false; ///< the picture that is to be sliced
+    bool mixedShown = false; ///< in the attribute window
     bool resendsOnSave = false;
     bool watchesFiles = false;                 ///< that other programs write
     bool opensTextures = false;                ///< with a model

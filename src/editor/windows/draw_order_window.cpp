@@ -352,8 +352,8 @@ void showPixelWriters(Editor& editor)
 {
     DrawOrderWindow& shown = editor.drawOrder;
     shown.textures = editor.document.textureRevision;
-    shown.writers = findWriters(editor.view, shown.engine, editor.document.model,
-                                viewSize(editor), *shown.pixel);
+    shown.writers = findWriters(editor.view, shown.engine, editor.document.model, viewSize(editor),
+                                *shown.pixel);
     setTextRows(controlOf(editor, IDC_ORDER_WRITERS), shown.writers.size());
 }
 

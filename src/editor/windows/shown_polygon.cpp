@@ -38,8 +38,7 @@ void pickAndShow(Editor& editor, std::span<const std::uint32_t> attributes)
 {
     const auto first = pick(editor, attributes);
     if (!first) return;
-    bringIntoSight(editor.view, editor.engine, editor.document.model, *first,
-                   viewSize(editor));
+    bringIntoSight(editor.view, editor.engine, editor.document.model, *first, viewSize(editor));
     requestRedraw(editor);
 }
 
