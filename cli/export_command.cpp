@@ -126,12 +126,16 @@ Message modelImage(Bytes& image, const Model& model, float scale, Reason& reason
 
 Message textureImage(Bytes& image, const TextureList& list, Reason& reason)
 {
+    const auto refuse = [&](const TargetWarning& warning) {
+        reason.text = describe(warning);
+        return Message::dataError;
+    };
+    // Before memory is had for it: a list may hold far more than the target takes.
+    if (const auto overrun = findOverrun(list)) return refuse(*overrun);
     const Message message = formatTextureImage(image, list, &reason.text);
     if (message != Message::none) return message;
-    const auto refusal = findRefusal(list);
-    if (!refusal) return Message::none;
-    reason.text = describe(*refusal);
-    return Message::dataError;
+    if (const auto refusal = findRefusal(list)) return refuse(*refusal);
+    return Message::none;
 }
 
 int runBothImages(Run& run, const ConvertOptions& options)

@@ -376,7 +376,7 @@ TEST_F(Cli, CheckWarnsOfWhatTheTargetCannotShow)
     EXPECT_EQ(array[0].dump(),
               R"({"path":")" + high +
                   R"(","ok":true,"warnings":[{"code":"texture-height","slot":1,"text":"slot 1: )"
-                  R"(256 rows, of which the size word holds the low byte only"}],"budget":)"
+                  R"(256 rows high; at most 255 can be sent"}],"budget":)"
                   R"({"textures":{"used":2,"limit":2048},)"
                   R"("textureBytes":{"used":4224,"limit":458752}}})");
     EXPECT_EQ(array[1].dump(), R"({"path":")" + bad + R"(","ok":false,"error":{"path":")" + bad +

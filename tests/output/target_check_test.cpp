@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <optional>
 #include <map>
 #include <set>
 
@@ -52,12 +53,12 @@ struct Document {
             model.vertices[model.polygons[0].corner[c]] = corners[c];
         model.polygons[0].normal = computeFaceNormal(model.polygons[0], model.vertices.data());
     }
-    /// Objects below each other, the lowest at a depth.
-    void nest(std::uint32_t depth)
+    /// Objects below each other, the lowest at a depth; with a mesh of their own or of object 0.
+    void nest(std::uint32_t depth, std::optional<std::uint32_t> mesh = {})
     {
         for (std::uint32_t i = 1; i <= depth; ++i) {
             model.objects[i] = model.objects[0];
-            model.objects[i].mesh = i;
+            model.objects[i].mesh = mesh.value_or(i);
             model.objects[i].child = noObject;
             model.meshes[i] = {8, 0, 6, 0, 6, 8};
             model.objects[i - 1].child = i;
@@ -127,6 +128,8 @@ TEST(TargetCheck, EveryCodeAppearsAtItsLimitAndNotBefore)
         {TargetCode::textureWidth, filled(0, 12, 8), filled(0, 16, 8)},
         {TargetCode::gouraudCount, [](Document& d) { d.addGouraud(969); },
          [](Document& d) { d.addGouraud(968); }},
+        {TargetCode::gouraudCount, [](Document& d) { d.addGouraud(485), d.nest(1, 0); }, // twice
+         [](Document& d) { d.addGouraud(484), d.nest(1, 0); }},
         {TargetCode::fixedRange, [](Document& d) { d.model.vertices[7].y = 32768; },
          [](Document& d) { d.model.vertices[7].y = 32767.99f; }},
         {TargetCode::fixedRange, [](Document& d) { d.model.objects[0].translation.x = -32769; },

@@ -58,6 +58,12 @@ bool isUtf8(std::string_view text)
         if (more >= text.size() - i) return false;
         for (std::size_t k = 1; k <= more; ++k)
             if ((static_cast<unsigned char>(text[i + k]) & 0xC0) != 0x80) return false;
+        // Overlong forms, surrogates, what is beyond the last character, and control characters.
+        const auto second = more > 0 ? static_cast<unsigned char>(text[i + 1]) : 0;
+        if ((first == 0xE0 && second < 0xA0) || (first == 0xED && second > 0x9F) ||
+            (first == 0xF0 && second < 0x90) || (first == 0xF4 && second > 0x8F) ||
+            (first == 0xC2 && second < 0xA0))
+            return false;
         i += more;
     }
     return true;
@@ -254,6 +260,8 @@ private:
     {
         const Mesh& mesh = marked_.meshes[marked_.objects[*warning.object].mesh];
         const std::uint32_t attribute = mesh.attributeTable + *warning.polygon;
+        std::uint32_t& objectFlags = marked_.objects[*warning.object].flags;
+        const std::uint32_t before = std::exchange(objectFlags, objectFlags | objectShown);
         View view;
         startView(view, engine_);
         fitModel(view, engine_, marked_, closeSize);
@@ -265,6 +273,7 @@ private:
             if (polygon.attribute == attribute) area = areaAround(polygon.point);
         paintFrame(view, engine_, marked_, closeSize);
         flags &= ~std::uint32_t{picked};
+        objectFlags = before;
         return part(area, describe(warning));
     }
 

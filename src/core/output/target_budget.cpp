@@ -24,7 +24,7 @@ constexpr std::uint64_t largestTextureImage =
 
 std::vector<BudgetPart> partsOf(const Model& model)
 {
-    const GouraudCounts gouraud = countGouraud(model);
+    const GouraudCounts gouraud = countImageGouraud(model);
     return {{"objects", Word::objects, model.objectCount, objectCapacity},
             {"vertices", Word::vertices, model.totalVertexCount, vertexCapacity},
             {"polygons", Word::polygons, model.totalPolygonCount, polygonCapacity},

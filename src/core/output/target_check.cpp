@@ -151,10 +151,13 @@ TargetWarning ofFile(TargetCode code, Word text, std::uint64_t count, std::uint6
 std::bitset<textureSlotCount> shownSlots(const Model& model)
 {
     std::bitset<textureSlotCount> shown;
-    for (std::uint32_t i = 0; i < model.totalPolygonCount; ++i) {
-        const PolygonAttribute& attribute = model.attributes[i];
-        if ((attribute.flags & textureMap) != 0 && attribute.texture < textureSlotCount)
-            shown.set(attribute.texture);
+    for (std::uint32_t k = 0; k < model.objectCount; ++k) {
+        const Mesh& mesh = model.meshes[model.objects[k].mesh];
+        for (std::uint32_t i = 0; i < mesh.polygonCount; ++i) {
+            const PolygonAttribute& attribute = model.attributes[mesh.attributeTable + i];
+            if ((attribute.flags & textureMap) != 0 && attribute.texture < textureSlotCount)
+                shown.set(attribute.texture);
+        }
     }
     return shown;
 }
@@ -213,7 +216,7 @@ std::string describe(const TargetWarning& warning)
 
 std::optional<TargetWarning> findOverrun(const Model& model)
 {
-    const GouraudCounts gouraud = countGouraud(model);
+    const GouraudCounts gouraud = countImageGouraud(model);
     if (gouraud.light + gouraud.table <= targetGouraudLimit) return std::nullopt;
     return ofFile(TargetCode::gouraudCount, Word::warnGouraudCount, gouraud.light + gouraud.table,
                   targetGouraudLimit);

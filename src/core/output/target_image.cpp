@@ -223,7 +223,7 @@ Bytes formatModelImage(const Model& model, float scale)
     out.endBlock();
 
     const auto addresses = layOut(model);
-    const std::uint32_t firstTable = firstGouraudTable + countGouraud(model).light;
+    const std::uint32_t firstTable = firstGouraudTable + countImageGouraud(model).light;
     GouraudCounters counters{static_cast<std::uint16_t>(firstGouraudTable),
                              static_cast<std::uint16_t>(firstTable)};
     out.beginBlock(objectsAddress);
@@ -286,7 +286,7 @@ std::uint64_t modelImageSize(const Model& model)
     const auto addresses = layOut(model);
     const std::uint64_t objects = addresses.empty() ? 0 : addresses.back().end - objectsAddress;
     return 4 * blockHeadSize + matrixSize * model.objectCount + 4 + objects +
-           gouraudSize * countGouraud(model).table;
+           gouraudSize * countImageGouraud(model).table;
 }
 
 std::uint64_t texelBytes(const TextureList& list)

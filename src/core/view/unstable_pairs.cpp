@@ -16,6 +16,10 @@ namespace {
 constexpr double leastOverlap = 4;
 constexpr double leastOverlapShare = 0.02;
 
+/// Pairs that are looked at before the search ends: thousands of polygons one over the other have
+/// millions, which nobody would wait for.
+constexpr std::size_t mostPairsTried = 1'000'000;
+
 constexpr std::array<std::uint16_t, 3> sortRules{sortCentre, sortNearest, sortFarthest};
 
 /// What each rule, in the order of sortRules, makes of a polygon's depth.
@@ -90,7 +94,8 @@ Box boxOf(const ScreenQuad& quad)
     return {left, top, right, bottom};
 }
 
-/// Calls `visit(i, j)`, i < j, for all whose boxes overlap by more than a line.
+/// Calls `visit(i, j)`, i < j, for all whose boxes overlap by more than a line, until it says
+/// false.
 template <typename Visit> void visitOverlapping(const std::vector<Box>& boxes, const Visit& visit)
 {
     std::vector<std::uint32_t> byLeft(boxes.size());
@@ -102,7 +107,7 @@ template <typename Visit> void visitOverlapping(const std::vector<Box>& boxes, c
             const Box& second = boxes[byLeft[b]];
             if (second.left >= first.right) break;
             if (second.top >= first.bottom || first.top >= second.bottom) continue;
-            visit(std::min(byLeft[a], byLeft[b]), std::max(byLeft[a], byLeft[b]));
+            if (!visit(std::min(byLeft[a], byLeft[b]), std::max(byLeft[a], byLeft[b]))) return;
         }
     }
 }
@@ -134,13 +139,16 @@ public:
         boxes.reserve(order_.size());
         for (const OrderedPolygon& polygon : order_) boxes.push_back(boxOf(polygon.point));
         std::vector<UnstablePair> pairs;
+        std::size_t tried = 0;
         visitOverlapping(boxes, [&](std::uint32_t i, std::uint32_t j) {
+            if (++tried > mostPairsTried || pairs.size() == mostUnstablePairs) return false;
             const std::uint32_t degrees = smallestTurn(i, j);
-            if (degrees == 0) return;
+            if (degrees == 0) return true;
             const ScreenOverlap overlap = overlapOf(order_[i].point, order_[j].point);
             const double smaller = std::min(areaOf(order_[i].point), areaOf(order_[j].point));
-            if (overlap.area < leastOverlap || overlap.area < leastOverlapShare * smaller) return;
-            pairs.push_back({i, j, degrees, overlap.area, settle(i, j, overlap)});
+            if (overlap.area >= leastOverlap && overlap.area >= leastOverlapShare * smaller)
+                pairs.push_back({i, j, degrees, overlap.area, settle(i, j, overlap)});
+            return true;
         });
         std::ranges::stable_sort(pairs, std::greater<>(), &UnstablePair::overlap);
         return pairs;

@@ -2,6 +2,7 @@
 
 #include "output/target_check.h"
 #include "output/target_image.h"
+#include "output/target_layout.h"
 #include "state/editor.h"
 #include "ui/handles.h"
 #include "ui/window_data.h"
@@ -40,7 +41,14 @@ Message writeImage(const Editor& editor, TargetImage image, const std::string& p
 std::optional<TargetWarning> overrunOf(const Editor& editor, TargetImage image)
 {
     if (image == TargetImage::model) return findOverrun(editor.document.model);
-    if (image == TargetImage::textures) return findOverrun(editor.document.textures);
+    if (image == TargetImage::textures) {
+        const TextureList& list = editor.document.textures;
+        const auto refusal = findRefusal(list);
+        // A wider one is not written at all, which has a message of its own.
+        const bool isTooWide = refusal && refusal->code == TargetCode::textureWidth &&
+                               list.slot(*refusal->slot).width > targetTextureWidth;
+        return isTooWide ? findOverrun(list) : refusal;
+    }
     return std::nullopt;
 }
 

@@ -49,7 +49,8 @@ struct DrawOrderWindow {
     bool isAsking = false;             ///< a click in the view asks about a pixel
     std::optional<ScreenPoint> pixel;  ///< that was asked about
     std::vector<std::uint32_t> writers; ///< of it, as places in the list
-    Revision textures = 0;              ///< of the list that the writers were looked for with
+    Revision model = 0, textures = 0;   ///< that the writers were looked for with
+    std::size_t steps = 0;              ///< done of the history then
     std::vector<UnstablePair> pairs;
     ULONGLONG pairsDue =
         0; ///< when they are looked for, in the system's milliseconds; 0: are found

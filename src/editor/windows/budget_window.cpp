@@ -139,6 +139,7 @@ void showFault(Editor& editor, const TargetWarning& warning)
     const Model& model = editor.document.model;
     if (warning.slot) {
         if (!editor.textureWindow.window) toggleTextureWindow(editor);
+        if (!editor.textureWindow.window) return; // the user has been told
         showTexture(editor, *warning.slot);
         SetActiveWindow(editor.budget.window);
     } else if (warning.object && *warning.object < model.objectCount) {
@@ -166,6 +167,7 @@ void onInitialise(Editor& editor, HWND dialog)
     stretchToEnd(dialog, IDC_BUDGET_WARNINGS);
     fitLastColumn(warningsOf(editor));
     editor.modelessDialogs.push_back(dialog);
+    SetTimer(dialog, watchTimer, watchPeriod, nullptr);
     follow(editor);
     showNote(editor);
     SetFocus(warningsOf(editor));

@@ -4,6 +4,8 @@
 #include "state/editor.h"
 #include "ui/window_data.h"
 
+#include <algorithm>
+
 namespace facetor {
 
 namespace {
@@ -71,7 +73,7 @@ std::string placeText(const Editor& editor, std::size_t place)
 std::string writerText(const Editor& editor, std::size_t row, int column)
 {
     const DrawOrderWindow& shown = editor.drawOrder;
-    if (row >= shown.writers.size()) return {};
+    if (row >= shown.writers.size() || shown.writers[row] >= shown.order.size()) return {};
     const std::uint32_t place = shown.writers[row];
     const OrderedPolygon& polygon = shown.order[place];
     switch (column) {
@@ -87,6 +89,7 @@ std::string pairText(const Editor& editor, std::size_t row, int column)
     const DrawOrderWindow& shown = editor.drawOrder;
     if (row >= shown.pairs.size()) return {};
     const UnstablePair& pair = shown.pairs[row];
+    if (std::max(pair.farther, pair.nearer) >= shown.order.size()) return {};
     switch (column) {
     case 0: return shortName(editor, shown.order[pair.farther]);
     case 1: return shortName(editor, shown.order[pair.nearer]);

@@ -103,6 +103,27 @@ void findPairs(Editor& editor)
                                std::to_string(shown.pairs.size())));
 }
 
+/// Looks for what writes the pixel that was asked about. The list must be that of the view.
+void listWriters(Editor& editor)
+{
+    DrawOrderWindow& shown = editor.drawOrder;
+    shown.model = editor.document.modelRevision;
+    shown.textures = editor.document.textureRevision;
+    shown.steps = editor.document.history.position;
+    shown.writers = findWriters(editor.view, shown.engine, editor.document.model, viewSize(editor),
+                                *shown.pixel);
+    setTextRows(controlOf(editor, IDC_ORDER_WRITERS), shown.writers.size());
+}
+
+/// Whether the writers were looked for in the document as it is.
+bool areWritersNew(const Editor& editor)
+{
+    const DrawOrderWindow& shown = editor.drawOrder;
+    const Document& document = editor.document;
+    return shown.model == document.modelRevision && shown.textures == document.textureRevision &&
+           shown.steps == document.history.position;
+}
+
 /// Lists the view's frame anew where it is another one.
 void takeFrame(Editor& editor)
 {
@@ -112,9 +133,9 @@ void takeFrame(Editor& editor)
     std::vector<OrderedPolygon> order =
         listDrawOrder(editor.view, shown.engine, document.model, viewSize(editor));
     const bool isSame = isSameOrder(order, shown.order);
-    if (isSame && shown.textures == document.textureRevision) return;
+    if (isSame && areWritersNew(editor)) return;
     shown.order = std::move(order);
-    if (shown.pixel) showPixelWriters(editor);
+    if (shown.pixel) listWriters(editor);
     if (isSame) return;
     shown.pairs.clear(); // they name places of the list before
     setTextRows(controlOf(editor, IDC_ORDER_PAIRS), 0);
@@ -161,8 +182,12 @@ void onTimer(Editor& editor)
     if (editor.document.changing) return; // a dialog of a change lets timers through
     if (shown.frameIsNew) takeFrame(editor);
     if (shown.playStart != 0) return play(editor);
-    if (shown.pairsDue != 0 && GetTickCount64() >= shown.pairsDue && !editor.view.dragging)
-        findPairs(editor);
+    const auto arePairsDue = [&] {
+        return shown.pairsDue != 0 && GetTickCount64() >= shown.pairsDue && !editor.view.dragging;
+    };
+    if (!arePairsDue()) return;
+    takeFrame(editor); // a window that is not painted may show another model meanwhile
+    if (arePairsDue()) findPairs(editor);
 }
 
 /// Goes on to the next picked polygon that the view draws.
@@ -350,11 +375,8 @@ void toggleDrawOrderWindow(Editor& editor)
 
 void showPixelWriters(Editor& editor)
 {
-    DrawOrderWindow& shown = editor.drawOrder;
-    shown.textures = editor.document.textureRevision;
-    shown.writers = findWriters(editor.view, shown.engine, editor.document.model, viewSize(editor),
-                                *shown.pixel);
-    setTextRows(controlOf(editor, IDC_ORDER_WRITERS), shown.writers.size());
+    takeFrame(editor); // the list may be older than what the user has clicked at
+    listWriters(editor);
 }
 
 } // namespace facetor

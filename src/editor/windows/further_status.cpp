@@ -21,7 +21,7 @@ constexpr std::array countEdges{100, 200, 300}; // right edges in pixels
 constexpr int pickedPart = 3, texelPart = 4, modifiedPart = 5;
 
 /// Room for "Picked = 4096" and "Texture bytes = 458752", at 96 dots an inch.
-constexpr int pickedWidth = 90, texelWidth = 150;
+constexpr int pickedWidth = 90, texelWidth = 170;
 constexpr int plainResolution = 96;
 
 } // namespace

@@ -22,6 +22,7 @@ std::optional<std::uint32_t> pick(Editor& editor, std::span<const std::uint32_t>
     std::ranges::copy_if(attributes, std::back_inserter(present),
                          [&](std::uint32_t i) { return i < model.totalPolygonCount; });
     if (present.empty()) return std::nullopt;
+    for (const std::uint32_t i : present) editor.view.hidden.reset(i); // what is picked is seen
     selectOnly(model, present);
     loadWorkingAttribute(editor, present.front());
     return present.front();
