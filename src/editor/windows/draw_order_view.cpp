@@ -12,11 +12,12 @@ namespace facetor {
 
 namespace {
 
-/// Lines in black dashes on white, which show on every background.
+/// Lines in black dashes on white, which show on every background. A width of 0 is one pixel of the
+/// screen in an enlarged view, too: wider dashes would be drawn as a line.
 template <typename Draw> void drawInDashes(HDC dc, const Draw& draw)
 {
     const UniqueHandle<HPEN, DeleteObject> white(CreatePen(PS_SOLID, 3, RGB(255, 255, 255)));
-    const UniqueHandle<HPEN, DeleteObject> black(CreatePen(PS_DOT, 1, RGB(0, 0, 0)));
+    const UniqueHandle<HPEN, DeleteObject> black(CreatePen(PS_DOT, 0, RGB(0, 0, 0)));
     const int saved = SaveDC(dc);
     SetBkMode(dc, TRANSPARENT);
     for (const HPEN pen : {white.get(), black.get()}) {
