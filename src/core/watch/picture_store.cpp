@@ -30,13 +30,14 @@ template <typename Number> bool cutNumber(std::string_view& text, Number& value)
     return true;
 }
 
-void parseLine(PictureStore& store, std::string_view line)
+/// `inList` is whether slots that follow are those of the last list that was taken.
+void parseLine(PictureStore& store, std::string_view line, bool& inList)
 {
     if (line.starts_with(listKey)) {
         line.remove_prefix(listKey.size());
-        if (fitsLine(line) && store.lists.size() < rememberedLists)
-            store.lists.push_back({std::string(line), {}});
-    } else if (line.starts_with(slotKey) && !store.lists.empty()) {
+        inList = fitsLine(line) && store.lists.size() < rememberedLists;
+        if (inList) store.lists.push_back({std::string(line), {}});
+    } else if (line.starts_with(slotKey) && inList) {
         line.remove_prefix(slotKey.size());
         PictureLink link;
         link.stamp.exists = true;
@@ -81,9 +82,10 @@ PictureStore parsePictures(std::string_view text)
 {
     PictureStore store;
     if (!text.starts_with(header)) return store;
+    bool inList = false;
     while (!text.empty()) {
         const std::size_t end = text.find('\n');
-        parseLine(store, text.substr(0, end));
+        parseLine(store, text.substr(0, end), inList);
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     }
     return store;

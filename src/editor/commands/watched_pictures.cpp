@@ -32,10 +32,11 @@ struct RereadPicture {
     PictureLinks links;
 };
 
-PictureStore readStore(const std::string& path)
+/// None when it is there and cannot be read.
+std::optional<PictureStore> readStore(const std::string& path)
 {
     const auto bytes = readFile(path);
-    if (!bytes) return {};
+    if (!bytes) return stampOf(path).exists ? std::nullopt : std::optional(PictureStore());
     return parsePictures({reinterpret_cast<const char*>(bytes->data()), bytes->size()});
 }
 
@@ -129,7 +130,9 @@ void recallPictures(Editor& editor, const std::string& path)
 {
     const std::string& file = editor.watching.picturesPath;
     if (file.empty()) return;
-    const PictureLinks known = liveLinks(linksOf(readStore(file), path), editor.document.textures);
+    const std::optional<PictureStore> store = readStore(file);
+    if (!store) return;
+    const PictureLinks known = liveLinks(linksOf(*store, path), editor.document.textures);
     PictureLinks& links = editor.watching.links;
     for (const PictureLink& link : known)
         if (std::ranges::find(links, link) == links.end()) links.push_back(link);
@@ -143,10 +146,11 @@ void rememberPictures(Editor& editor, const std::string& path)
     FileLock lock;
     (void)makeFolder(folderOf(file)); // what then fails is no loss to the save
     if (!lock.takeWithin(file + ".lock", lockPatience)) return;
-    PictureStore store = readStore(file);
-    if (links.empty() && linksOf(store, path).empty()) return;
-    rememberLinks(store, path, std::move(links));
-    const std::string text = formatPictures(store);
+    std::optional<PictureStore> store = readStore(file);
+    if (!store) return; // what it holds of other lists would be lost
+    if (links.empty() && linksOf(*store, path).empty()) return;
+    rememberLinks(*store, path, std::move(links));
+    const std::string text = formatPictures(*store);
     (void)writeFile(file, std::as_bytes(std::span(text)));
 }
 
