@@ -208,6 +208,13 @@ void hidePicked(Model& model, HiddenPolygons& hidden)
         }
 }
 
+void dropHidden(Model& model, const HiddenPolygons& hidden)
+{
+    if (hidden.none()) return;
+    for (std::uint32_t i = 0; i < model.totalPolygonCount; ++i)
+        if (hidden[i]) set(model.attributes[i], Mark::clear);
+}
+
 void showHidden(Model& model, HiddenPolygons& hidden)
 {
     for (std::uint32_t i = 0; i < model.totalPolygonCount; ++i)

@@ -50,6 +50,9 @@ std::uint32_t objectOf(const Model& model, std::uint32_t polygon);
 /// Takes the marked polygons out of sight and unmarks them.
 void hidePicked(Model& model, HiddenPolygons& hidden);
 
+/// Takes the marks of hidden polygons away, after what marks without asking what is in sight.
+void dropHidden(Model& model, const HiddenPolygons& hidden);
+
 /// Brings all hidden polygons back, marked.
 void showHidden(Model& model, HiddenPolygons& hidden);
 

@@ -47,7 +47,14 @@ void step(Editor& editor, Direction direction)
     Document& document = editor.document;
     if (!canStep(document, direction)) return;
     const std::string textureFile = document.textureFile;
+    const Word name = stepName(document, direction);
+    const Revision revision = document.modelRevision;
+    const std::uint32_t polygonCount = document.model.totalPolygonCount;
     const bool otherModel = takeStep(document, direction);
+    // What is hidden is known by its place in the pools, where other polygons may stand now.
+    const bool isReadModel = (name == Word::stepImportAgain || name == Word::stepReread) &&
+                             document.modelRevision != revision; // textures are read again, too
+    if (isReadModel || document.model.totalPolygonCount != polygonCount) editor.view.hidden.reset();
     if (otherModel) fitModel(editor.view, editor.engine, document.model, viewSize(editor));
     showTitle(editor);
     if (document.textureFile != textureFile) showTextureTitle(editor, {});

@@ -3,6 +3,7 @@
 #include "resources/resource_ids.h"
 #include "state/editor.h"
 #include "ui/window_data.h"
+#include "view/select_more.h"
 #include "windows/model_view_window.h"
 
 #include <windows.h>
@@ -55,6 +56,7 @@ CommandOutcome changeSelection(Editor& editor, int command)
         alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation);
         return CommandOutcome::abandoned;
     }
+    dropHidden(model, editor.view.hidden);
     requestRedraw(editor);
     return CommandOutcome::done;
 }

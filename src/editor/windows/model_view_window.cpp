@@ -6,6 +6,7 @@
 #include "ui/handles.h"
 #include "ui/menu.h"
 #include "ui/window_data.h"
+#include "view/select_more.h"
 #include "windows/attribute_window.h"
 #include "windows/draw_order_view.h"
 #include "windows/hierarchy_window.h"
@@ -66,7 +67,7 @@ void scaleToView(HDC dc, int zoom)
 void setLeftButton(Editor& editor, ButtonState state)
 {
     editor.drag.left = state;
-    editor.view.dragging = state == ButtonState::down;
+    editor.view.dragging = state == ButtonState::down || editor.drag.middle == ButtonState::down;
 }
 
 void moveModel(Editor& editor)
@@ -93,8 +94,10 @@ void pickAtCursor(Editor& editor)
     const POINT cursor = editor.drag.last;
     const PickInput input{
         {cursor.x, cursor.y}, held, isKeyDown(VK_SHIFT), isKeyDown(VK_CONTROL), isKeyDown(VK_TAB)};
-    if (const auto polygon = pickPolygons(editor.document.model, editor.engine, editor.band, input))
-        showPicked(editor, *polygon);
+    Model& model = editor.document.model;
+    const auto polygon = pickPolygons(model, editor.engine, editor.band, input);
+    dropHidden(model, editor.view.hidden); // a whole object may have been marked
+    if (polygon) showPicked(editor, *polygon);
 }
 
 void pickWithKey(Editor& editor, POINT direction)
@@ -148,6 +151,9 @@ POINT viewPosition(const Editor& editor, POINT client)
 void setViewZoom(Editor& editor, int zoom)
 {
     editor.zoom = std::clamp(zoom, 1, mostViewZoom);
+    // The view has other pixels now: the picture that is to be sliced stays within reach.
+    if (std::optional<InclusiveRectangle>& place = editor.slice.place)
+        place = draggedPlacement(*place, placementInside, 0, 0, viewSize(editor));
     refreshMenuState(editor);
     requestRedraw(editor);
     InvalidateRect(editor.mainWindow, nullptr, TRUE); // the surface may cover less now
@@ -227,6 +233,7 @@ void showMenuAt(Editor& editor, UINT command, POINT cursor)
 
 void onLeftButtonDown(Editor& editor, POINT position)
 {
+    if (editor.drag.middle == ButtonState::down) return; // one drag at a time
     if (onAskedPixel(editor, position)) return;
     editor.drag.last = position;
     onSliceDown(editor, position);
