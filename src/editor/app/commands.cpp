@@ -383,7 +383,8 @@ bool runCommand(Editor& editor, CommandWindow window, int number, LPARAM argumen
     // What was posted before, or comes from another program, arrives while an alert or a dialog is
     // up as well: a second one over it would hide it for good.
     if (!IsWindowEnabled(editor.mainWindow)) return true;
-    editor.statusLine.clear();
+    // Reading again comes by itself, and may have nothing to say in place of what the user reads.
+    if (window != CommandWindow::main || number != IDM_FILE_REREAD) editor.statusLine.clear();
     const CommandOutcome outcome = command->handler(editor, number, argument);
     if (!isRunning(editor)) return true; // the command was the last one, or waited for its end
     Document& document = editor.document;
