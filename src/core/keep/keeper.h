@@ -26,7 +26,8 @@ struct Keeper {
     RecoveryState liveState;
     Revision writtenModel = 0, writtenTextures = 0; ///< what the live set holds; 0: nothing
     std::uint64_t lastBegun = 0;                    ///< by the clock of tickKeeper(); 0: never
-    std::string fault; ///< why the last writing failed; empty when it did not
+    std::string fault;     ///< why the last writing failed; empty when it did not
+    std::string toldFault; ///< what of it the user was told last, also of one between two ticks
     std::unique_ptr<DocumentCopy> spare;
 
     std::vector<Recoverable> recoverable; ///< by this process, or left behind by others

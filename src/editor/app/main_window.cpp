@@ -142,12 +142,13 @@ void onEndSession(Editor& editor)
 
 void onTimer(Editor& editor, UINT_PTR timer)
 {
-    if (timer == watchTimer) return onWatchTimer(editor);
+    if (timer == fileWatchTimer) return onWatchTimer(editor);
     if (timer != keeperTimer || !isRunning(editor)) return;
     Keeper& keeper = editor.keeper;
-    const std::string fault = keeper.fault;
     tickKeeper(keeper, editor.document, editor.view, GetTickCount64());
-    if (keeper.fault.empty() || keeper.fault == fault) return;
+    if (keeper.fault == keeper.toldFault) return;
+    keeper.toldFault = keeper.fault;
+    if (keeper.fault.empty()) return;
     editor.statusLine = expandPlaceholders(
         loadCatalogueText(editor.mainWindow, Word::recoveryStopped),
         loadCatalogueText(editor.mainWindow, Message::recoveryNotWritten), keeper.fault);
@@ -228,6 +229,7 @@ LRESULT CALLBACK mainWindowProcedure(HWND window, UINT message, WPARAM wParam, L
     // What begins with Alt held goes on to the system as well, which would open the menu otherwise.
     case WM_SYSKEYDOWN: onTurningKey(editor, wParam); break;
     case WM_MBUTTONDOWN:
+    case WM_MBUTTONDBLCLK: // the second of two quick drags begins with it
         onMiddleButtonDown(editor, viewPosition(editor, mousePosition(lParam)));
         break;
     case WM_MBUTTONUP: onMiddleButtonUp(editor); return 0;

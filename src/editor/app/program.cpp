@@ -161,10 +161,9 @@ int runProgram(const Start& start)
         SendMessageA(editor->mainWindow, WM_COMMAND, IDM_FILE_RECOVER, 0);
     const std::size_t opened = std::min<std::size_t>(start.arguments.size(), 2);
     // With a list of its own the model needs no other.
-    const ListWithModel withModel = editor->listWithModel;
-    if (opened == 2) editor->listWithModel = ListWithModel::no;
+    editor->opensModelAlone = opened == 2;
     for (std::size_t i = 0; i < opened; ++i) openAnyPath(*editor, start.arguments[i]);
-    if (opened == 2) editor->listWithModel = withModel;
+    editor->opensModelAlone = false;
     // The view shows nothing of a texture list that was opened alone.
     if (opened == 1 && isTextureFile(start.arguments[0]) && !editor->textureWindow.window)
         SendMessageA(editor->mainWindow, WM_COMMAND, IDM_VIEW_TEXTURES, 0);

@@ -8,6 +8,9 @@
 #include "ui/handles.h"
 #include "windows/title.h"
 
+#include <string>
+#include <vector>
+
 namespace facetor {
 
 namespace {
@@ -55,8 +58,10 @@ CommandOutcome exportModel(Editor& editor)
             return CommandOutcome::abandoned;
         const WaitCursor waiting;
         message = writeExport(folder, files, reason);
+        std::vector<std::string> written; // also after a failure: some may have got their place
+        for (const ExportedFile& file : files) written.push_back(folder + file.name);
+        noteWritten(editor, WatchedPart::source, written);
     }
-    noteWritten(editor, WatchedPart::source);
     if (message == Message::none) return CommandOutcome::done;
     alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation, reason.text);
     return CommandOutcome::abandoned;

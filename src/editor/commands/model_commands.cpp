@@ -96,7 +96,7 @@ CommandOutcome writeModelAs(Editor& editor, const std::string& path, DWORD filte
         return CommandOutcome::abandoned;
     }
     if (filter != saveAsSource) {
-        noteWritten(editor, WatchedPart::model);
+        noteWritten(editor, WatchedPart::model, {&path, 1});
         addRecentModel(editor, path);
         editor.document.partlyReadModel.clear();
     }

@@ -16,6 +16,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace facetor {
 
@@ -70,8 +71,8 @@ bool readsAllKinds(const std::string& file)
                              allKindsPrefix);
 }
 
-/// Writes one slot as an image, or shows why not.
-void exportOne(Editor& editor, const UniqueModule& plugIn, const std::string& path,
+/// Writes one slot as an image, or shows why not and is false.
+bool exportOne(Editor& editor, const UniqueModule& plugIn, const std::string& path,
                std::uint32_t slot)
 {
     const TextureSlot& texture = editor.document.textures.slot(slot);
@@ -81,11 +82,12 @@ void exportOne(Editor& editor, const UniqueModule& plugIn, const std::string& pa
         message = exportImage(plugIn, path, texture.width, texture.height,
                               {texture.pixels, std::size_t{texture.width} * texture.height});
     }
-    if (message == Message::none) return;
+    if (message == Message::none) return true;
     const bool unusable =
         message == Message::noPlugIn || message == Message::colourModeNotSupported;
     alert(editor.alerts, editor.mainWindow, message,
           unusable ? AlertStyle::stop : AlertStyle::exclamation);
+    return false;
 }
 
 /// What follows an import: the undo slot may hold a texture that is no longer there.
@@ -188,12 +190,14 @@ CommandOutcome exportTextures(Editor& editor)
     const UniqueModule& plugIn = plugInNamed(editor, plugIns.files[chosen->filter - 1]);
     const SlotRange range = exportedSlots(*choice, list.current, usedCount);
     Progress progress(editor.mainWindow, Word::exporting, range.end - range.first);
+    std::vector<std::string> written;
     for (std::uint32_t slot = range.first; slot < range.end; ++slot) {
         const std::string path = exportPath(chosen->path, slot, usedCount);
         if (!progress.goesOn(path)) break;
-        exportOne(editor, plugIn, path, slot); // one that fails, likewise
+        // One that fails, likewise.
+        if (exportOne(editor, plugIn, path, slot)) written.push_back(path);
     }
-    noteWritten(editor, WatchedPart::pictures);
+    noteWritten(editor, WatchedPart::pictures, written);
     return CommandOutcome::done;
 }
 

@@ -81,6 +81,7 @@ void openTexturesAlone(Editor& editor, const std::string& path)
         editor.statusLine = expandPlaceholders(
             loadCatalogueText(editor.mainWindow, Word::statusListNotOpened), fileNameOf(path),
             reason.text.empty() ? loadCatalogueText(editor.mainWindow, message) : reason.text);
+        editor.keeper.unsavedOnPurpose = false; // the list that was not saved is still there
         return;
     }
     keepUnsaved(editor);
@@ -128,7 +129,7 @@ CommandOutcome writeTexturesAs(Editor& editor, const std::string& path, DWORD fi
         return CommandOutcome::abandoned;
     }
     if (filter != textureSourceFile) {
-        noteWritten(editor, WatchedPart::textures);
+        noteWritten(editor, WatchedPart::textures, {&path, 1});
         rememberPictures(editor, path);
         addRecentTextures(editor, path);
         editor.document.partlyReadTextures.clear();
@@ -170,8 +171,9 @@ void openTexturesOf(Editor& editor, const std::string& modelFile)
     const std::string path = textureSavePath(modelFile);
     const Document& document = editor.document;
     const bool isOpen = equalIgnoringCase(path, document.textureFile);
-    if (editor.listWithModel == ListWithModel::no || !isTextureFile(path) ||
-        (isOpen && !areTexturesChanged(document)) || !wantsTexturesOf(editor, path) ||
+    if (editor.opensModelAlone || editor.listWithModel == ListWithModel::no ||
+        !isTextureFile(path) || (isOpen && !areTexturesChanged(document)) ||
+        !wantsTexturesOf(editor, path) ||
         askSaveTextures(editor, Word::openingNewFile) == Decision::stay || !isRunning(editor))
         return;
     const WaitCursor waiting;

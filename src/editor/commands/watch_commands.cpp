@@ -1,5 +1,6 @@
 #include "commands/watch_commands.h"
 
+#include "base/text.h"
 #include "commands/import_commands.h"
 #include "commands/watched_pictures.h"
 #include "model/model_file.h"
@@ -58,6 +59,14 @@ std::vector<std::string> watchedPaths(const FileWatch& watch, WatchedPart part)
     for (const WatchedFile& file : watch.files(part)) paths.push_back(file.path);
     std::ranges::sort(paths);
     return paths;
+}
+
+/// What another file names has slashes, what a dialog gives has backslashes.
+bool isSamePath(std::string a, std::string b)
+{
+    std::ranges::replace(a, '/', '\\');
+    std::ranges::replace(b, '/', '\\');
+    return equalIgnoringCase(a, b);
 }
 
 bool isSourceEdited(const Editor& editor)
@@ -144,6 +153,7 @@ Reread rereadTextures(Editor& editor)
     const Reread end = endOf(path, stamp, message, editor, reason);
     if (!end.done) return end;
     const SlotSet slots = usedSlots(list);
+    const bool wasChanged = areTexturesChanged(document);
     const ChangeKind kind =
         document.partlyReadTextures.empty() ? ChangeKind::edit : ChangeKind::openTextures;
     (void)change(
@@ -154,7 +164,8 @@ Reread rereadTextures(Editor& editor)
             return EditOutcome{};
         },
         kind);
-    markTexturesSaved(document);
+    // Slots that the file does not have stay, and are as unsaved as they were.
+    if (!wasChanged || usedSlots(document.textures) == slots) markTexturesSaved(document);
     noteTexturesRead(editor, stamp, slots);
     undoClear(document.undo);
     redrawTextures(editor);
@@ -196,9 +207,9 @@ void lookAtDocument(Editor& editor)
     const std::vector<std::string> paths = watching.watch.paths();
     if (paths == watching.looked) return;
     watching.looked = paths;
-    if (paths.empty())
-        watching.looker.stop();
-    else
+    // Its thread stays also when there is nothing left to look at: to end it would wait for a look
+    // at a network that no longer answers.
+    if (!paths.empty() || watching.looker.isRunning())
         (void)watching.looker.watch(paths, editor.mainWindow, messageFilesLooked);
 }
 
@@ -212,8 +223,10 @@ void followDocument(Editor& editor)
          {WatchedPart::model, WatchedPart::textures, WatchedPart::source}) {
         const std::vector<std::string> paths =
             watching.files ? pathsOf(editor, part) : std::vector<std::string>();
-        if (paths != watchedPaths(watching.watch, part))
-            watching.watch.watch(part, asTheyAre(paths));
+        if (paths == watchedPaths(watching.watch, part)) continue;
+        watching.watch.watch(part, asTheyAre(paths));
+        // Another list's file, by a step or a recovery: what it held nobody has seen.
+        if (part == WatchedPart::textures) watching.slotsOfFile.reset();
     }
     std::vector<WatchedFile> pictures;
     if (watching.pictures) pictures = watchedPictures(editor);
@@ -222,13 +235,26 @@ void followDocument(Editor& editor)
     lookAtDocument(editor);
 }
 
-void noteWritten(Editor& editor, WatchedPart part)
+void noteWritten(Editor& editor, WatchedPart part, std::span<const std::string> written)
 {
     Watching& watching = editor.watching;
-    watching.watch.watch(part, asTheyAre(watchedPaths(watching.watch, part)));
-    if (part == WatchedPart::textures) watching.slotsOfFile = usedSlots(editor.document.textures);
+    const auto isWritten = [&](const std::string& path) {
+        return std::ranges::any_of(
+            written, [&](const std::string& other) { return isSamePath(path, other); });
+    };
+    std::vector<WatchedFile> files = watching.watch.files(part);
+    for (WatchedFile& file : files)
+        if (isWritten(file.path)) file.known = stampOf(file.path);
+    if (part == WatchedPart::textures) {
+        // Under a new name the list is the document's once the command is done with it.
+        if (std::ranges::none_of(files, isWritten, &WatchedFile::path))
+            files = asTheyAre({written.begin(), written.end()});
+        watching.slotsOfFile = usedSlots(editor.document.textures);
+    }
+    watching.watch.watch(part, std::move(files));
     if (part == WatchedPart::pictures)
-        for (PictureLink& link : watching.links) link.stamp = stampOf(link.path);
+        for (PictureLink& link : watching.links)
+            if (isWritten(link.path)) link.stamp = stampOf(link.path);
 }
 
 void noteTexturesRead(Editor& editor, const FileStamp& stamp, const SlotSet& slots)
@@ -245,13 +271,13 @@ bool takeLook(Editor& editor)
     Watching& watching = editor.watching;
     const std::uint64_t now = GetTickCount64();
     for (const auto& [path, stamp] : watching.looker.stamps()) watching.watch.see(path, stamp, now);
-    if (watching.watch.isPending()) SetTimer(editor.mainWindow, watchTimer, lookPace, nullptr);
+    if (watching.watch.isPending()) SetTimer(editor.mainWindow, fileWatchTimer, lookPace, nullptr);
     return watching.watch.next(factsOf(editor), now).has_value();
 }
 
 void onWatchTimer(Editor& editor)
 {
-    KillTimer(editor.mainWindow, watchTimer);
+    KillTimer(editor.mainWindow, fileWatchTimer);
     editor.watching.looker.look();
 }
 

@@ -5,6 +5,9 @@
 #include "watch/file_watch.h"
 #include "watch/reread.h"
 
+#include <span>
+#include <string>
+
 namespace facetor {
 
 struct Editor;
@@ -16,9 +19,9 @@ struct Editor;
 /// watched already stay as they were read.
 void followDocument(Editor& editor);
 
-/// The document's files of a part have just been written by the editor: they are known as they are
-/// now.
-void noteWritten(Editor& editor, WatchedPart part);
+/// These files of a part have just been written by the editor: they are known as they are now. What
+/// another program has done to the others is still to be found.
+void noteWritten(Editor& editor, WatchedPart part, std::span<const std::string> written);
 
 /// The texture list's file has just been read, which had that stamp before; those slots are its.
 void noteTexturesRead(Editor& editor, const FileStamp& stamp, const SlotSet& slots);

@@ -41,7 +41,7 @@ enum class ButtonState : std::int8_t {
     down = 1,
 };
 
-/// The mouse over the model view, in client pixels.
+/// The mouse over the model view, in pixels of the view.
 struct DragState {
     ButtonState left = ButtonState::up;
     ButtonState right = ButtonState::up;
@@ -117,6 +117,8 @@ struct Editor {
     bool resendsOnSave = false;               ///< what is saved is sent to the target as well
     Watching watching;
     ListWithModel listWithModel = ListWithModel::no;
+    /// Whatever is said there: a list of its own is opened with the model.
+    bool opensModelAlone = false;
     std::string settingsPath; ///< empty when no settings are kept
     SessionRecord session;    ///< as read; beside the settings
     SettingsRecord settings;  ///< as read; what belongs to no window of this run is written again

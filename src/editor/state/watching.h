@@ -15,7 +15,7 @@ namespace facetor {
 /// The main window's: the files have been looked at. No arguments.
 inline constexpr UINT messageFilesLooked = WM_APP + 1;
 /// The main window's timer for the next look.
-inline constexpr UINT_PTR watchTimer = 2;
+inline constexpr UINT_PTR fileWatchTimer = 2;
 
 /// What the editor knows of files that other programs may write.
 struct Watching {

@@ -28,6 +28,8 @@ public:
     /// Looks at these files from now on; starts the thread when there is none. False when the
     /// system has none: then nothing is looked at.
     bool watch(std::vector<std::string> paths, HWND window, UINT message);
+    /// Whether there is a thread.
+    bool isRunning() const { return thread_.joinable(); }
     /// Looks soon.
     void look();
     /// What the last look saw.
