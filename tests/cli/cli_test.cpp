@@ -364,8 +364,7 @@ TEST_F(Cli, CheckWarnsOfWhatTheTargetCannotShow)
             ": warning slot-empty: object 0 \"a b\", polygon 4: it shows slot 0, which is "
             "empty\n" +
             high + ": ok\n" + high +
-            ": warning texture-height: slot 1: 256 rows, of which the size word holds the low "
-            "byte only\n" +
+            ": warning texture-height: slot 1: 256 rows high; at most 255 can be sent\n" +
             high + ": warning texture-unused: slot 1: no polygon shows it\n" + cube + ": ok\n");
     EXPECT_EQ(runProgram({"check", "--target", "--strict", named}).status, 1);
     EXPECT_EQ(runProgram({"check", "--target", "--strict", cube}).status, 0);
