@@ -429,10 +429,12 @@ TEST_F(ManualPictures, WhatIsKept)
     for (std::uint64_t version = 0; const std::uint32_t object : {dish, wingRight, wingLeft}) {
         const std::uint64_t time = start + quarter * version++;
         const FILETIME written{static_cast<DWORD>(time), static_cast<DWORD>(time >> 32)};
-        const UniqueHandle<HANDLE, CloseHandle> file(
-            CreateFileA(ship, FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                        OPEN_EXISTING, 0, nullptr));
-        SetFileTime(file.get(), nullptr, nullptr, &written);
+        { // closed before the save, which could not replace it
+            const UniqueHandle<HANDLE, CloseHandle> file(
+                CreateFileA(ship, FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                            nullptr, OPEN_EXISTING, 0, nullptr));
+            SetFileTime(file.get(), nullptr, nullptr, &written);
+        }
         editor.call([&](Editor& e) {
             const Mesh& mesh = e.document.model.meshes[object];
             (void)change(e.document, Word::stepAttributes, [&] {
