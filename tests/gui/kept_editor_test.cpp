@@ -13,6 +13,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <string>
@@ -125,9 +126,14 @@ TEST(KeptEditor, WhatWasNotSavedOutlivesAKillAndACrash)
                 editor.crash();
                 EXPECT_TRUE(editor.hasEnded());
             } else {
-                PostMessageA(window, WM_CLOSE, 0, 0); // before the question all is written
+                PostMessageA(window, WM_CLOSE, 0, 0); // while the question is asked all is written
                 editor.waitForWindow("#32770");
-                EXPECT_TRUE(waitUntil([&] { return namesIn(recovery).size() == 2; }));
+                EXPECT_TRUE(waitUntil([&] {
+                    const auto names = namesIn(recovery); // until it is whole, under another name
+                    return std::any_of(names.begin(), names.end(), [](const std::string& name) {
+                        return fs::path(name).extension() == ".recovery";
+                    });
+                }));
                 editor.kill();
             }
             EXPECT_EQ(readFile(model), before) << "the file is the old one";
