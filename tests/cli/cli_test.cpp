@@ -357,15 +357,15 @@ TEST_F(Cli, CheckWarnsOfWhatTheTargetCannotShow)
     const std::string high = put("high.mxt", writeTextures(list)), bad = folder.file("bad.mx3");
     const ProgramRun plain = runProgram({"check", "--target", named, high, cube});
     EXPECT_EQ(plain.status, 0);
-    EXPECT_EQ(
-        plain.output,
-        named + ": ok\n" + named +
-            ": warning name-c: object 0 \"a b\": its name is no identifier of C\n" + named +
-            ": warning slot-empty: object 0 \"a b\", polygon 4: it shows slot 0, which is "
-            "empty\n" +
-            high + ": ok\n" + high +
-            ": warning texture-height: slot 1: 256 rows high; at most 255 can be sent\n" +
-            high + ": warning texture-unused: slot 1: no polygon shows it\n" + cube + ": ok\n");
+    EXPECT_EQ(plain.output,
+              named + ": ok\n" + named +
+                  ": warning name-c: object 0 \"a b\": its name is no identifier of C\n" + named +
+                  ": warning slot-empty: object 0 \"a b\", polygon 4: it shows slot 0, which is "
+                  "empty\n" +
+                  high + ": ok\n" + high +
+                  ": warning texture-height: slot 1: 256 rows high; at most 255 can be sent\n" +
+                  high + ": warning texture-unused: slot 1: no polygon shows it\n" + cube +
+                  ": ok\n");
     EXPECT_EQ(runProgram({"check", "--target", "--strict", named}).status, 1);
     EXPECT_EQ(runProgram({"check", "--target", "--strict", cube}).status, 0);
     EXPECT_EQ(runProgram({"check", "--target", "--scale", "1000", "--strict", cube}).status, 1);

@@ -6,8 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <optional>
 #include <map>
+#include <optional>
 #include <set>
 
 namespace facetor {
