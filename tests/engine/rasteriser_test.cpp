@@ -188,6 +188,7 @@ TEST(Rasteriser, EveryPathDrawsTheSameScenes)
         const std::int32_t columns = one(4, 32, width, 640), rows = one(9, height, 489);
         for (Engine* engine : {plain.get(), vector.get()}) {
             engine->settings.light = light;
+            engine->settings.countsWrites = scene % 8 == 7;
             setSurfaceSize(engine->surface, columns, rows);
             clearSurface(engine->surface, background);
             resetFrame(*engine);
@@ -225,6 +226,37 @@ TEST(Rasteriser, EveryPathDrawsTheSameScenes)
             ASSERT_EQ(plain->surface.pixels()[i], vector->surface.pixels()[i])
                 << "scene " << scene << ", pixel " << i;
     }
+}
+
+TEST(Rasteriser, CountsAsOftenAsShadowHalves)
+{
+    const auto engine = makeEngine();
+    Texture texture(64, 64);
+    std::fill(texture.texels.begin(), texture.texels.end(), Rgb555{0xFFFF});
+    std::minstd_rand random(3);
+    int most = 0;
+    for (int round = 0; round < 200; ++round) {
+        const ScreenQuad quad = randomQuad(random);
+        const std::uint32_t mesh = round % 3 == 0 ? std::uint32_t{meshMode} : 0;
+        const auto fill = [&](Rgb555 before, std::uint32_t flags) {
+            clearSurface(engine->surface, before);
+            if (round % 2 == 0)
+                fillTextured(*engine, quad, texture.slot, 16, flags | mesh);
+            else
+                fillGouraud(*engine, quad, 0, {}, flags | mesh);
+            const Rgb555* pixels = engine->surface.pixels();
+            return std::vector<Rgb555>(pixels, pixels + engine->surface.pixelCount());
+        };
+        const auto halved = fill(31, shadowMode);
+        engine->settings.countsWrites = true;
+        const auto counted = fill(0, 0);
+        engine->settings.countsWrites = false;
+        for (std::size_t i = 0; i < halved.size(); ++i) {
+            ASSERT_EQ(31 >> std::min<int>(counted[i], 5), halved[i]) << round;
+            most = std::max<int>(most, counted[i]);
+        }
+    }
+    EXPECT_GT(most, 5) << "more than white can be halved";
 }
 
 TEST(Rasteriser, CornersMillionsOfPixelsAwayAreCutWithoutHarm)

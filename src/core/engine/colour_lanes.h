@@ -32,6 +32,7 @@ template <PixelMode mode> __m128i blendedPixels(__m128i d, __m128i s)
     // No low bits are left to carry, so the halves' sum is the sum's half.
     if constexpr (mode == PixelMode::translucent)
         return _mm_add_epi16(halvedPixels(d), halvedPixels(s));
+    if constexpr (mode == PixelMode::count) return _mm_add_epi16(d, _mm_set1_epi16(1));
     return s;
 }
 

@@ -58,6 +58,7 @@ struct EngineSettings {
     std::uint32_t drawFlags = 0;
     FillPath fillPath = fastestFillPath;
     HiddenPolygons hidden;
+    bool countsWrites = false; ///< fills add one to each pixel that they write, and draw nothing
     /// The texture table. A polygon whose number lies beyond it shows the blank texture; without a
     /// table none is textured.
     std::span<const TextureSlot> textures;
@@ -149,9 +150,8 @@ inline constexpr std::uint32_t allPolygons = 0xFFFFFFFF;
 /// as it was when the list was made.
 void drawPolygons(Engine& engine, const Model& model, std::uint32_t count = allPolygons);
 
-/// How often the same would write each pixel of the surface, top row first. Of one polygon's fill,
-/// five times at most are told apart; sums end at 255. Uses the surface to find out: what it holds
-/// is lost.
+/// How often the same would write each pixel of the surface, top row first, at most 255. Uses the
+/// surface to find out: what it holds is lost.
 std::vector<std::uint8_t> countWrites(Engine& engine, const Model& model,
                                       std::uint32_t count = allPolygons);
 

@@ -93,8 +93,9 @@ void fillNarrowSolidRows(const PixelRows& surface, const SpanEnds& ends, RowRang
 
 } // namespace
 
-PixelMode flatPixelMode(std::uint32_t flags)
+PixelMode flatPixelMode(const EngineSettings& settings, std::uint32_t flags)
 {
+    if (settings.countsWrites) return PixelMode::count;
     if ((flags & shadowMode) != 0) return PixelMode::shadow;
     if ((flags & halfMode) != 0) return PixelMode::half;
     if ((flags & translucentMode) != 0) return PixelMode::translucent;
@@ -108,7 +109,7 @@ void fillFlat(Engine& engine, const ScreenQuad& quad, Rgb555 colour, int level, 
     const PixelRows surface = engine.surface.rows();
     const SpanEnds ends = spanEndsOf(engine);
     const ScreenQuad points = toSurfaceRows(quad, surface.height);
-    const PixelMode blend = flatPixelMode(flags);
+    const PixelMode blend = flatPixelMode(engine.settings, flags);
     const bool withMesh = (flags & meshMode) != 0;
 #if FACETOR_VECTOR_FILLS
     if (engine.settings.fillPath == FillPath::vector) {

@@ -96,7 +96,8 @@ void fillHalves(Engine& engine, const ScreenQuad& quad, const Source& source, st
     const PixelRows surface = engine.surface.rows();
     const SpanEnds ends = spanEndsOf(engine);
     dispatchPixelMode(
-        flatPixelMode(flags), (flags & meshMode) != 0, [&]<PixelMode mode, bool mesh>() {
+        flatPixelMode(engine.settings, flags), (flags & meshMode) != 0,
+        [&]<PixelMode mode, bool mesh>() {
             fillTriangle<mode, mesh>(
                 surface, ends,
                 {{{quad[0], {near, near}}, {quad[1], {far, near}}, {quad[2], {far, far}}}}, source);

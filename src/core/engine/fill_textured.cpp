@@ -178,9 +178,9 @@ bool litCopyPays(const Engine& engine, const ScreenQuad& quad, const TextureSlot
 
 } // namespace
 
-PixelMode texturePixelMode(std::uint32_t flags)
+PixelMode texturePixelMode(const EngineSettings& settings, std::uint32_t flags)
 {
-    const PixelMode mode = flatPixelMode(flags);
+    const PixelMode mode = flatPixelMode(settings, flags);
     return mode == PixelMode::replace && (flags & useLight) != 0 ? PixelMode::lit : mode;
 }
 
@@ -192,7 +192,7 @@ int textureFlip(std::uint32_t flags)
 void fillTextured(Engine& engine, const ScreenQuad& quad, const TextureSlot& texture, int level,
                   std::uint32_t flags)
 {
-    PixelMode mode = texturePixelMode(flags);
+    PixelMode mode = texturePixelMode(engine.settings, flags);
     TextureSlot texels = texture;
     Rgb555 kept = 0xFFFF;
 #if FACETOR_VECTOR_FILLS
@@ -229,7 +229,7 @@ void fillTexturedGouraud(Engine& engine, const ScreenQuad& quad, const TextureSl
     const Light& light = engine.settings.light;
     const GouraudSteps steps = gouraudSteps(light, gouraud, flags);
     // The four colours already carry the light, so the texel is not lit a second time.
-    const PixelMode mode = flatPixelMode(flags);
+    const PixelMode mode = flatPixelMode(engine.settings, flags);
     if (engine.settings.fillPath == FillPath::vector &&
         fillSmallCells(engine, toSurfaceRows(quad, engine.surface.height),
                        {texture, unlitLevel, &steps}, mode, flags))

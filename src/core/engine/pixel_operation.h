@@ -28,7 +28,14 @@ template <PixelMode mode> constexpr Rgb555 blended(Rgb555 d, Rgb555 s)
     if constexpr (mode == PixelMode::shadow) return halved(d);
     if constexpr (mode == PixelMode::half) return halved(s);
     if constexpr (mode == PixelMode::translucent) return averaged(d, s);
+    if constexpr (mode == PixelMode::count) return static_cast<Rgb555>(d + 1);
     return s;
+}
+
+/// Whether what a mode makes of a pixel depends on what was there.
+constexpr bool readsSurface(PixelMode mode)
+{
+    return mode == PixelMode::shadow || mode == PixelMode::translucent || mode == PixelMode::count;
 }
 
 /// Calls `fill.template operator()<mode, choice>()` for a mode and a choice, like mesh or not, that
@@ -47,6 +54,7 @@ template <typename Fill> void dispatchPixelMode(PixelMode mode, bool choice, Fil
     case PixelMode::half: withChoice.template operator()<PixelMode::half>(); break;
     case PixelMode::translucent: withChoice.template operator()<PixelMode::translucent>(); break;
     case PixelMode::lit: withChoice.template operator()<PixelMode::lit>(); break;
+    case PixelMode::count: withChoice.template operator()<PixelMode::count>(); break;
     }
 }
 

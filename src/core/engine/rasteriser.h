@@ -12,13 +12,15 @@ namespace facetor {
 // Light levels are -16 to 16. The texels of a texture, of at least 1 x 1, must stay as they are
 // until resetFrame().
 
-/// What happens to a pixel: the blend modes of the console, and lit texels.
-enum class PixelMode : std::uint8_t { replace, shadow, half, translucent, lit };
+/// What happens to a pixel: the blend modes of the console, and lit texels. `count` adds one to it,
+/// whatever would be drawn, so that it tells how often it is written.
+enum class PixelMode : std::uint8_t { replace, shadow, half, translucent, lit, count };
 
-/// The blend mode in an attribute's flags: shadow wins over half, half over translucent.
-PixelMode flatPixelMode(std::uint32_t flags);
+/// The blend mode in an attribute's flags, unless the settings are to count: shadow wins over half,
+/// half over translucent.
+PixelMode flatPixelMode(const EngineSettings& settings, std::uint32_t flags);
 /// The same for textured fills: lit with useLight and none of the blend modes.
-PixelMode texturePixelMode(std::uint32_t flags);
+PixelMode texturePixelMode(const EngineSettings& settings, std::uint32_t flags);
 
 /// Texture flip of an attribute: 0 none, 1 horizontal, 2 vertical, 3 both.
 int textureFlip(std::uint32_t flags);

@@ -140,7 +140,7 @@ void putPixels(Engine& engine, const PixelRun& run, std::size_t pixelCount, std:
             storePixels(eight, lanes.lit(blendedPixels<mode>(texel, texel)));
         }
     }
-    if constexpr (mode == PixelMode::shadow || mode == PixelMode::translucent) {
+    if constexpr (readsSurface(mode)) {
         const TexelLight& table = texelLight(engine.texelLights, light, texture.level);
         for (std::size_t i = 0; i < count; ++i) {
             Rgb555& d = pixels[start + put.at[i]];
@@ -188,11 +188,10 @@ bool fillSmallCells(Engine& engine, const ScreenQuad& points, const CellTexture&
     if (clipped && width < leastClippedWidth) return false;
     if (!engine.cellShapes.select(width, slot, textureFlip(flags))) return false;
 
-    const bool asksUnder = mode == PixelMode::shadow || mode == PixelMode::translucent;
     const auto pixels = static_cast<std::uint32_t>((right - left + 1) * (bottom - top + 1));
     const bool opaque = engine.opacity.isOpaque(slot, pixels);
     const CellUse use = (flags & meshMode) != 0 ? CellUse::mesh
-                        : asksUnder             ? CellUse::all
+                        : readsSurface(mode)    ? CellUse::all
                         : opaque                ? CellUse::last
                                                 : CellUse::once;
     CellRows cells;

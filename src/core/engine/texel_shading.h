@@ -9,10 +9,11 @@ namespace facetor {
 // What textured fills do with an opaque texel, for one pixel and for eight.
 
 template <PixelMode mode>
-inline constexpr bool isLitMode = mode != PixelMode::replace&& mode != PixelMode::shadow;
+inline constexpr bool isLitMode =
+    mode == PixelMode::half || mode == PixelMode::translucent || mode == PixelMode::lit;
 
 /// What a surface pixel becomes under an opaque texel: the texel through the blend mode and, but
-/// for replace and shadow, the colour-with-light rule.
+/// for replace, shadow and count, the colour-with-light rule.
 template <PixelMode mode> Rgb555 shadedTexel(const TexelLight& light, Rgb555 texel, Rgb555 d)
 {
     const Rgb555 result = blended<mode>(d, texel);

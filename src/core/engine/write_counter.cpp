@@ -2,7 +2,6 @@
 #include "engine/rasteriser.h"
 
 #include <algorithm>
-#include <bit>
 #include <utility>
 
 namespace facetor {
@@ -16,22 +15,24 @@ public:
     WriteCounter(Engine& engine, const InclusiveRectangle& area)
         : engine_(engine), area_(area), counts_(engine.surface.pixelCount())
     {
+        engine_.settings.countsWrites = true;
     }
+    ~WriteCounter() { engine_.settings.countsWrites = false; }
+    WriteCounter(const WriteCounter&) = delete;
+    WriteCounter& operator=(const WriteCounter&) = delete;
 
     /// Counts what an entry of the list writes.
     void count(const Model& model, const PolygonEntry& entry)
     {
         const std::uint32_t drawFlags = engine_.settings.drawFlags;
-        PolygonAttribute attribute = model.attributes[entry.attribute];
+        const PolygonAttribute& attribute = model.attributes[entry.attribute];
         if (!select(entry.point) || isHidden(drawFlags, entry, attribute)) return;
-        attribute.flags |= shadowMode;
         if (isOutline(drawFlags, attribute))
             countOutline(entry.point);
         else
             countFill([&] { drawPlain(engine_, model, entry, attribute); });
         if ((attribute.flags & picked) == 0) return;
-        countFill(
-            [&] { fillFlat(engine_, entry.point, 0, 0, std::uint32_t{meshMode} | shadowMode); });
+        countFill([&] { fillFlat(engine_, entry.point, 0, 0, meshMode); });
         countOutline(entry.point);
     }
 
@@ -56,22 +57,19 @@ private:
         return left_ <= right_ && top_ <= bottom_;
     }
 
-    /// Counts what `fill` writes in shadow mode, each time of which takes a bit from white.
     template <typename Fill> void countFill(const Fill& fill)
     {
-        prepare(31);
+        prepare();
         fill();
-        collect([](Rgb555 pixel) { return 5 - std::popcount(pixel & 31u); });
+        collect();
     }
 
-    /// The four lines of an outline, of which one writes a pixel once.
+    /// The four lines of an outline, of which one writes a pixel once: with a one.
     void countOutline(const ScreenQuad& quad)
     {
         constexpr std::array<std::array<std::size_t, 2>, 4> edges{{{0, 1}, {0, 3}, {2, 1}, {2, 3}}};
         for (const auto& [from, to] : edges) {
-            prepare(0);
-            drawLine(engine_.surface, quad[from], quad[to], 1);
-            collect([](Rgb555 pixel) { return static_cast<int>(pixel); });
+            countFill([&] { drawLine(engine_.surface, quad[from], quad[to], 1); });
         }
     }
 
@@ -79,16 +77,16 @@ private:
     {
         return engine_.surface.rows().row(engine_.surface.height - 1 - y);
     }
-    void prepare(Rgb555 value)
+    void prepare()
     {
         for (std::int32_t y = top_; y <= bottom_; ++y)
-            std::fill(rowOf(y) + left_, rowOf(y) + right_ + 1, value);
+            std::fill(rowOf(y) + left_, rowOf(y) + right_ + 1, Rgb555{0});
     }
-    template <typename Times> void collect(const Times& times)
+    void collect()
     {
         for (std::int32_t y = top_; y <= bottom_; ++y)
             for (std::int32_t x = left_; x <= right_; ++x)
-                at(x, y) = static_cast<std::uint8_t>(std::min(at(x, y) + times(rowOf(y)[x]), 255));
+                at(x, y) = static_cast<std::uint8_t>(std::min(at(x, y) + rowOf(y)[x], 255));
     }
 
     Engine& engine_;
