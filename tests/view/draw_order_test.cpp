@@ -6,7 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <vector>
 
 namespace facetor {
 
@@ -119,6 +121,30 @@ TEST(DrawOrder, PairsThatChangePlacesAreToldWithTheRuleThatSettlesThem)
         EXPECT_TRUE(findUnstablePairs(scene.view, scene.engine, scene.model, client, scene.order())
                         .empty());
     }
+}
+
+TEST(DrawOrder, TellsApartTheObjectsThatShowOneMesh)
+{
+    Scene scene;
+    for (std::uint32_t c = 8; c < 12; ++c) scene.model.vertices[c].z = 798;
+    Model& model = scene.model;
+    model.objects[1] = model.objects[0];
+    model.objects[0].next = 1;
+    model.objects[1].translation = {0, 0, 500};
+    model.objectCount = 2;
+    const auto order = scene.order();
+    std::vector<std::uint32_t> objects, polygons;
+    for (const OrderedPolygon& polygon : order) {
+        objects.push_back(polygon.object);
+        polygons.push_back(polygon.polygon);
+    }
+    EXPECT_EQ(objects, (Places{1, 1, 1, 1, 0, 0, 0, 0}));
+    EXPECT_EQ(polygons, (Places{1, 0, 2, 3, 1, 0, 2, 3}));
+    std::vector<std::array<std::uint32_t, 2>> pairs;
+    for (const auto& pair : findUnstablePairs(scene.view, scene.engine, model, client, order))
+        pairs.push_back({pair.farther, pair.nearer});
+    std::ranges::sort(pairs);
+    EXPECT_EQ(pairs, (std::vector<std::array<std::uint32_t, 2>>{{1, 2}, {5, 6}}));
 }
 
 TEST(VisiblePolygon, TheViewTurnsToAPolygonThatIsNotSeenAndStaysWhereItIs)

@@ -38,16 +38,21 @@ void walkObjects(MatrixStack& stack, const Model& model, std::uint32_t first,
     }
 }
 
-/// As walkObjects(), but calls `visit(meshIndex)` and only for shown objects that have vertices or
-/// polygons; children of an object that is not shown are visited all the same.
+/// Whether an object is shown and has vertices or polygons.
+inline bool showsMesh(const Model& model, const Object& object)
+{
+    const Mesh& mesh = model.meshes[object.mesh];
+    return (object.flags & objectShown) != 0 && (mesh.vertexCount > 0 || mesh.polygonCount > 0);
+}
+
+/// As walkObjects(), but calls `visit(meshIndex)` and only for objects that showsMesh(); children
+/// of an object that is not shown are visited all the same.
 template <typename Visit>
 void visitMeshes(MatrixStack& stack, const Model& model, std::uint32_t first, Visit& visit)
 {
     const auto visitShown = [&](std::uint32_t index) {
         const Object& object = model.objects[index];
-        const Mesh& mesh = model.meshes[object.mesh];
-        if ((object.flags & objectShown) != 0 && (mesh.vertexCount > 0 || mesh.polygonCount > 0))
-            visit(object.mesh);
+        if (showsMesh(model, object)) visit(object.mesh);
     };
     walkObjects(stack, model, first, ObjectPlacement::withMatrix, visitShown);
 }

@@ -1,5 +1,7 @@
 #include "view/draw_order.h"
 
+#include "view/frame_objects.h"
+
 #include <algorithm>
 
 namespace facetor {
@@ -17,12 +19,14 @@ void sortFrame(const View& view, Engine& engine, const Model& model, ClientSize 
 
 std::vector<OrderedPolygon> orderedPolygons(const Engine& engine, const Model& model)
 {
+    const FrameObjects objects(engine, model);
     std::vector<OrderedPolygon> order;
     order.reserve(engine.entryCount);
     for (std::uint32_t i = 0; i < engine.entryCount; ++i) {
         const PolygonEntry& entry = engine.entries[engine.sortList[i]];
-        order.push_back({entry.mesh, entry.polygon, entry.attribute,
-                         model.attributes[entry.attribute].sort, entry.depth, entry.point});
+        order.push_back({objects.object(entry), entry.polygon, entry.attribute,
+                         objects.number(entry), model.attributes[entry.attribute].sort, entry.depth,
+                         entry.point});
     }
     return order;
 }

@@ -12,9 +12,10 @@ namespace facetor {
 
 /// One polygon of a frame's sorted list.
 struct OrderedPolygon {
-    std::uint32_t object;    ///< whose polygon it is
+    std::uint32_t object;    ///< that shows it, maybe with the mesh of another one
     std::uint32_t polygon;   ///< index within the object
     std::uint32_t attribute; ///< pool index of its attribute
+    std::uint32_t number;    ///< among the polygons of all shown objects, see FrameObjects
     std::uint16_t sort;      ///< the rule that gave its depth, as in the attribute
     float depth;             ///< z of the sort point less the focal length; the larger, the farther
     ScreenQuad point;        ///< the corners on the screen

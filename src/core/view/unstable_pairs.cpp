@@ -1,5 +1,6 @@
 #include "view/unstable_pairs.h"
 
+#include "view/frame_objects.h"
 #include "view/screen_overlap.h"
 #include "view/view_tools.h"
 
@@ -28,7 +29,7 @@ struct RuleDepths {
     bool listed = false;
 };
 
-/// The frame seen from one side: by the pool index of each polygon's attribute.
+/// The frame seen from one side: by the number of each polygon.
 using Frame = std::vector<RuleDepths>;
 
 std::size_t ruleOf(std::uint16_t sort)
@@ -47,13 +48,15 @@ const Vertex& cornerOf(const Engine& engine, const Model& model, const PolygonEn
 Frame measureFrame(View& view, Engine& engine, const Model& model, ClientSize client)
 {
     listFrame(view, engine, model, client);
-    Frame frame(model.totalPolygonCount);
+    const FrameObjects objects(engine, model);
+    Frame frame(objects.polygonCount());
     for (std::uint32_t i = 0; i < engine.entryCount; ++i) {
         const PolygonEntry& entry = engine.entries[i];
         std::array<float, 4> z{};
         for (std::size_t c = 0; c < 4; ++c) z[c] = cornerOf(engine, model, entry, c).z;
         const auto [nearest, farthest] = std::minmax_element(z.begin(), z.end());
-        frame[entry.attribute] = {{(z[0] + z[1] + z[2] + z[3]) * 0.25f, *nearest, *farthest}, true};
+        frame[objects.number(entry)] = {{(z[0] + z[1] + z[2] + z[3]) * 0.25f, *nearest, *farthest},
+                                        true};
     }
     return frame;
 }
@@ -125,10 +128,11 @@ public:
         }
         View present = view;
         frames_.push_back(measureFrame(present, engine, model, client));
-        corners_.resize(model.totalPolygonCount);
+        const FrameObjects objects(engine, model);
+        corners_.resize(objects.polygonCount());
         for (std::uint32_t i = 0; i < engine.entryCount; ++i)
             for (std::size_t c = 0; c < 4; ++c)
-                corners_[engine.entries[i].attribute][c] =
+                corners_[objects.number(engine.entries[i])][c] =
                     cornerOf(engine, model, engine.entries[i], c);
         projection_ = {engine.settings.centre, engine.settings.focalLength, view.perspective};
     }
@@ -159,7 +163,7 @@ private:
     float lead(const Frame& frame, std::uint32_t i, std::uint32_t j, std::size_t ruleI,
                std::size_t ruleJ) const
     {
-        const RuleDepths &a = frame[order_[i].attribute], &b = frame[order_[j].attribute];
+        const RuleDepths &a = frame[order_[i].number], &b = frame[order_[j].number];
         return a.listed && b.listed ? a.byRule[ruleI] - b.byRule[ruleJ] : 0.0f;
     }
 
@@ -178,8 +182,7 @@ private:
                    int wanted) const
     {
         for (const Frame& frame : frames_) {
-            const bool areListed =
-                frame[order_[i].attribute].listed && frame[order_[j].attribute].listed;
+            const bool areListed = frame[order_[i].number].listed && frame[order_[j].number].listed;
             if (!areListed) continue;
             const float leads = lead(frame, i, j, ruleI, ruleJ);
             const int way = leads > 0 ? 1 : leads < 0 ? -1 : 0;
@@ -192,8 +195,8 @@ private:
     std::vector<SortChange> settle(std::uint32_t i, std::uint32_t j,
                                    const ScreenOverlap& overlap) const
     {
-        const int wanted = compareDepth(corners_[order_[i].attribute],
-                                        corners_[order_[j].attribute], overlap.middle, projection_);
+        const int wanted = compareDepth(corners_[order_[i].number], corners_[order_[j].number],
+                                        overlap.middle, projection_);
         const std::size_t ruleI = ruleOf(order_[i].sort), ruleJ = ruleOf(order_[j].sort);
         for (std::size_t rule = 0; rule < sortRules.size(); ++rule) {
             if (isSettled(i, j, ruleI, rule, wanted)) return {{j, sortRules[rule]}};
@@ -208,7 +211,7 @@ private:
     std::span<const OrderedPolygon> order_;
     std::vector<Turn> turns_;
     std::vector<Frame> frames_;        ///< for each turn; last the present one
-    std::vector<ViewCorners> corners_; ///< by attribute, in the present frame
+    std::vector<ViewCorners> corners_; ///< by number, in the present frame
     Projection projection_{};
 };
 
