@@ -369,6 +369,10 @@ TEST_F(Cli, CheckWarnsOfWhatTheTargetCannotShow)
     EXPECT_EQ(runProgram({"check", "--target", "--strict", named}).status, 1);
     EXPECT_EQ(runProgram({"check", "--target", "--strict", cube}).status, 0);
     EXPECT_EQ(runProgram({"check", "--target", "--scale", "1000", "--strict", cube}).status, 1);
+    const Json empty = Json::parse(runProgram({"check", "--target", "--json", named, high}).output);
+    EXPECT_EQ(empty[0]["warnings"][1].dump(),
+              R"({"code":"slot-empty","object":0,"polygon":4,"slot":0,"text":"object 0 \"a b\", )"
+              R"(polygon 4: it shows slot 0, which is empty"})");
     const ProgramRun run = runProgram({"check", "--target", "--json", high, bad, cube});
     EXPECT_EQ(run.status, 1);
     const Json array = Json::parse(run.output);

@@ -131,11 +131,14 @@ void checkSlot(Warnings& found, const Model& model, std::uint32_t k, std::uint32
     const Mesh& mesh = model.meshes[model.objects[k].mesh];
     const PolygonAttribute& attribute = model.attributes[mesh.attributeTable + i];
     if ((attribute.flags & textureMap) == 0) return;
-    const std::string slot = std::to_string(attribute.texture);
+    const auto add = [&](TargetCode code, Word text) {
+        found.push_back(ofPolygon(model, code, k, i, text, std::to_string(attribute.texture)));
+        found.back().slot = attribute.texture;
+    };
     if (attribute.texture >= textureSlotCount)
-        found.push_back(ofPolygon(model, TargetCode::slotRange, k, i, Word::warnSlotRange, slot));
+        add(TargetCode::slotRange, Word::warnSlotRange);
     else if (list && list->isEmpty(attribute.texture))
-        found.push_back(ofPolygon(model, TargetCode::slotEmpty, k, i, Word::warnSlotEmpty, slot));
+        add(TargetCode::slotEmpty, Word::warnSlotEmpty);
 }
 
 TargetWarning ofSlot(TargetCode code, std::uint32_t slot, Word text, std::string word1 = {})

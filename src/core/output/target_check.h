@@ -42,7 +42,8 @@ std::string_view nameOf(TargetCode code);
 /// Whether an image with that fault makes the target overwrite its memory or read elsewhere in it.
 bool isOverrun(TargetCode code);
 
-/// One fault. Where it lies is the object, the polygon within the object or the slot of the list.
+/// One fault. Where it lies is the object, the polygon within the object or the slot of the list; a
+/// polygon's may have the slot that it shows as well.
 struct TargetWarning {
     TargetCode code{};
     std::optional<std::uint32_t> object, polygon, slot;
@@ -55,7 +56,7 @@ struct TargetWarning {
 /// `textOf(word)` gives a catalogue text in the language wanted. Empty when it is the whole file's.
 template <typename TextOf> std::string placeOf(const TargetWarning& warning, const TextOf& textOf)
 {
-    if (warning.slot)
+    if (warning.slot && !warning.object)
         return expandPlaceholders(textOf(Word::atSlot), std::to_string(*warning.slot), {});
     if (!warning.object) return {};
     const std::string object = std::to_string(*warning.object) + " \"" + warning.objectName + '"';

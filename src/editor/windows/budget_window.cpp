@@ -137,7 +137,7 @@ void paintBar(const BudgetPart& part, const DRAWITEMSTRUCT& item)
 void showFault(Editor& editor, const TargetWarning& warning)
 {
     const Model& model = editor.document.model;
-    if (warning.slot) {
+    if (warning.slot && !warning.object) {
         if (!editor.textureWindow.window) toggleTextureWindow(editor);
         if (!editor.textureWindow.window) return; // the user has been told
         showTexture(editor, *warning.slot);
