@@ -1,5 +1,6 @@
 #include "exchange/html_report.h"
 
+#include "exchange/html_text.h"
 #include "exchange/look.h"
 #include "image/stb_image.h"
 #include "model/polygon_attribute.h"
@@ -11,7 +12,7 @@
 #include <algorithm>
 #include <array>
 #include <map>
-#include <span>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -45,81 +46,6 @@ ul{padding-left:1.4em}code{font-family:ui-monospace,monospace}
 th,td{padding-right:.4em}.bar{width:3.2em}}
 @media print{body{max-width:none;font-size:11pt}figure,tr{break-inside:avoid}.bar i{print-color-adjust:exact}}
 )";
-
-bool isUtf8(std::string_view text)
-{
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto first = static_cast<unsigned char>(text[i]);
-        const std::size_t more = first < 0x80                    ? 0
-                                 : first >= 0xC2 && first < 0xE0 ? 1
-                                 : first >= 0xE0 && first < 0xF0 ? 2
-                                 : first >= 0xF0 && first < 0xF5 ? 3
-                                                                 : text.size();
-        if (more >= text.size() - i) return false;
-        for (std::size_t k = 1; k <= more; ++k)
-            if ((static_cast<unsigned char>(text[i + k]) & 0xC0) != 0x80) return false;
-        // Overlong forms, surrogates, what is beyond the last character, and control characters.
-        const auto second = more > 0 ? static_cast<unsigned char>(text[i + 1]) : 0;
-        if ((first == 0xE0 && second < 0xA0) || (first == 0xED && second > 0x9F) ||
-            (first == 0xF0 && second < 0x90) || (first == 0xF4 && second > 0x8F) ||
-            (first == 0xC2 && second < 0xA0))
-            return false;
-        i += more;
-    }
-    return true;
-}
-
-/// A text of the page. Names are bytes; what is no UTF-8 in them is shown by question marks.
-std::string escaped(std::string_view text)
-{
-    const bool isText = isUtf8(text);
-    std::string result;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (c == '&')
-            result += "&amp;";
-        else if (c == '<')
-            result += "&lt;";
-        else if (c == '>')
-            result += "&gt;";
-        else if (c == '"')
-            result += "&quot;";
-        else if (byte < 0x20 || byte == 0x7F || (byte > 0x7F && !isText))
-            result += '?';
-        else
-            result += c;
-    }
-    return result;
-}
-
-std::string base64(std::span<const std::byte> bytes)
-{
-    constexpr std::string_view digits =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    std::string text;
-    text.reserve((bytes.size() + 2) / 3 * 4);
-    for (std::size_t i = 0; i < bytes.size(); i += 3) {
-        std::uint32_t word = 0;
-        for (std::size_t k = 0; k < 3; ++k)
-            word = word << 8 |
-                   (i + k < bytes.size() ? std::to_integer<std::uint32_t>(bytes[i + k]) : 0u);
-        for (std::size_t k = 0; k < 4; ++k)
-            text += i + k > bytes.size() ? '=' : digits[word >> (18 - 6 * k) & 63];
-    }
-    return text;
-}
-
-std::string image(std::span<const std::byte> png, ClientSize size, const std::string& alt)
-{
-    return "<img src=\"data:image/png;base64," + base64(png) + "\" width=\"" +
-           std::to_string(size.width) + "\" height=\"" + std::to_string(size.height) + "\" alt=\"" +
-           escaped(alt) + "\">";
-}
-
-std::string figure(const std::string& picture, const std::string& caption)
-{
-    return "<figure>" + picture + "<figcaption>" + caption + "</figcaption></figure>\n";
-}
 
 /// The part of a frame of closeSize that shows a polygon with as much again on each side, in the
 /// proportions of the pictures.
@@ -204,7 +130,8 @@ private:
                 const auto colour = toScreenColour(engine_.surface.at(x, y));
                 rgb.insert(rgb.end(), colour.begin(), colour.end());
             }
-        return image(stbEncodePng(width, height, 3, rgb), pictureSize, alt);
+        return htmlImage(stbEncodePng(width, height, 3, rgb), pictureSize.width, pictureSize.height,
+                         alt);
     }
 
     void writeViews()
@@ -217,12 +144,13 @@ private:
              {FixedView::top, "Top"},
              {FixedView::bottom, "Bottom"}}};
         out_ += "<h2>Views</h2>\n<div class=\"views\">\n";
-        for (const auto& [direction, name] : views) out_ += figure(frame(direction, 0, name), name);
+        for (const auto& [direction, name] : views)
+            out_ += htmlFigure(frame(direction, 0, name), name);
         out_ += "</div>\n<h2>A turn</h2>\n<div class=\"views\">\n";
         for (std::uint32_t i = 0; i < turnPictures; ++i) {
             const std::string degrees = std::to_string(i * 360 / turnPictures) + " degrees";
-            out_ += figure(frame({}, static_cast<Angle>(i * fullTurn / turnPictures), degrees),
-                           degrees);
+            out_ += htmlFigure(frame({}, static_cast<Angle>(i * fullTurn / turnPictures), degrees),
+                               degrees);
         }
         out_ += "</div>\n";
     }
@@ -270,7 +198,8 @@ private:
         flags |= picked;
         InclusiveRectangle area{0, 0, closeSize.width - 1, closeSize.height - 1};
         for (const OrderedPolygon& polygon : listDrawOrder(view, engine_, marked_, closeSize))
-            if (polygon.attribute == attribute) area = areaAround(polygon.point);
+            if (polygon.attribute == attribute && polygon.object == *warning.object)
+                area = areaAround(polygon.point);
         paintFrame(view, engine_, marked_, closeSize);
         flags &= ~std::uint32_t{picked};
         objectFlags = before;
@@ -307,7 +236,7 @@ private:
         for (const TargetWarning& warning : warnings) {
             if (!warning.polygon) continue;
             if (shown < shownWarnings) {
-                out_ += figure(pictureOf(warning), caption(warning));
+                out_ += htmlFigure(pictureOf(warning), caption(warning));
                 ++shown;
             } else {
                 ++left;
@@ -333,8 +262,8 @@ private:
             const TextureSlot& slot = list.slot(i);
             const std::int32_t times = std::max(1, 64 / std::max<int>(slot.width, slot.height));
             const std::string name = "slot " + std::to_string(i);
-            out_ += figure(
-                image(encodeTexture(list, i), {slot.width * times, slot.height * times}, name),
+            out_ += htmlFigure(
+                htmlImage(encodeTexture(list, i), slot.width * times, slot.height * times, name),
                 name + "<br>" + std::to_string(slot.width) + " x " + std::to_string(slot.height) +
                     "<br>" + std::to_string(uses[i]) + " polygons");
         }
@@ -411,12 +340,14 @@ private:
 } // namespace
 
 Message formatReport(Bytes& page, const ReportSubject& subject)
-{
+try {
     std::string text;
     ReportWriter writer(subject);
     if (const Message message = writer.write(text); message != Message::none) return message;
     page = bytesOf(text);
     return Message::none;
+} catch (const std::bad_alloc&) {
+    return Message::outOfMemory;
 }
 
 } // namespace facetor
