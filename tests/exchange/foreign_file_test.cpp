@@ -40,14 +40,24 @@ TEST(ForeignFile, IsReadWithWhatLiesBelowItAndCanBeStopped)
               Message::cannotOpenFile);
 }
 
-TEST(ForeignFile, NotesOfAnImportOntoAModelAreOfItsNewPolygons)
-{
+/// An import onto a model, both the start-up cube, with empty texture lists.
+struct ImportOnto : testing::Test {
     ImportedModel imported;
     Model result, old;
     TextureList textures;
     Reason reason;
-    for (Model* model : {&imported.model, &result, &old})
-        ASSERT_EQ(createModelStore(*model), Message::none);
+
+    ImportOnto()
+    {
+        for (Model* model : {&imported.model, &result, &old})
+            EXPECT_EQ(createModelStore(*model), Message::none);
+        for (TextureList* list : {&textures, &imported.textures})
+            EXPECT_EQ(list->create(), Message::none);
+    }
+};
+
+TEST_F(ImportOnto, NotesAreOfItsNewPolygons)
+{
     old.meshes[0].polygonCount = 5; // of six
     const std::vector<std::uint32_t> kept{0, 1}, some{1, 5};
     imported.report.notes = {{0, "2 polygons a", kept}, {0, "2 polygons b", some}, {0, "c"}};
@@ -56,16 +66,8 @@ TEST(ForeignFile, NotesOfAnImportOntoAModelAreOfItsNewPolygons)
     EXPECT_EQ(imported.report.notes[0].text, "1 polygons b");
 }
 
-TEST(ForeignFile, APictureThatWasPaintedAnewIsSeenWhereNobodyHasChangedItsTexture)
+TEST_F(ImportOnto, APictureThatWasPaintedAnewIsSeenWhereNobodyHasChangedItsTexture)
 {
-    ImportedModel imported;
-    Model result, old;
-    TextureList textures;
-    Reason reason;
-    for (Model* model : {&imported.model, &result, &old})
-        ASSERT_EQ(createModelStore(*model), Message::none);
-    for (TextureList* list : {&textures, &imported.textures})
-        ASSERT_EQ(list->create(), Message::none);
     putNumbered(textures, 5, 8, 8);
     putNumbered(textures, 6, 8, 8, 1);
     ImportedSlots slots = importedSlots(textures);

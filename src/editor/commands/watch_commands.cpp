@@ -100,10 +100,13 @@ WatchFacts factsOf(const Editor& editor)
     return facts;
 }
 
-/// Whether a file was written while it was read.
-Reread endOf(const std::string& path, const FileStamp& before, Message message,
-             const Editor& editor, const Reason& reason)
+/// Reads a file of ours by `read(reason)`. It is not done when the file was written meanwhile.
+template <typename Read>
+Reread readAnew(const Editor& editor, const std::string& path, const FileStamp& before,
+                const Read& read)
 {
+    Reason reason;
+    const Message message = read(&reason);
     if (message != Message::none || !reason.text.empty())
         return {false,
                 reason.text.empty() ? loadCatalogueText(editor.mainWindow, message) : reason.text};
@@ -116,10 +119,10 @@ Reread rereadModel(Editor& editor)
     const std::string path = document.modelFile;
     const FileStamp stamp = stampOf(path);
     Model model;
-    Reason reason;
-    Message message = createModelStore(model);
-    if (message == Message::none) message = readModelFile(model, path, &reason);
-    const Reread end = endOf(path, stamp, message, editor, reason);
+    const Reread end = readAnew(editor, path, stamp, [&](Reason* reason) {
+        const Message message = createModelStore(model);
+        return message == Message::none ? readModelFile(model, path, reason) : message;
+    });
     if (!end.done) return end;
     carryMarks(model, document.model);
     // What is hidden is known by its place in the pools.
@@ -147,10 +150,10 @@ Reread rereadTextures(Editor& editor)
     const std::string path = document.textureFile;
     const FileStamp stamp = stampOf(path);
     TextureList list;
-    Reason reason;
-    Message message = list.create();
-    if (message == Message::none) message = readTextureFile(list, path, &reason);
-    const Reread end = endOf(path, stamp, message, editor, reason);
+    const Reread end = readAnew(editor, path, stamp, [&](Reason* reason) {
+        const Message message = list.create();
+        return message == Message::none ? readTextureFile(list, path, reason) : message;
+    });
     if (!end.done) return end;
     const SlotSet slots = usedSlots(list);
     const bool wasChanged = areTexturesChanged(document);

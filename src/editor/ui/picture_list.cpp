@@ -36,7 +36,7 @@ UniqueHandle<HBITMAP, DeleteObject> toBitmap(const SmallPicture& picture)
 
 } // namespace
 
-void preparePictureList(HWND list, std::initializer_list<PictureListColumn> columns)
+void preparePictureList(HWND list, std::initializer_list<ListColumn> columns)
 {
     const int resolution = [] {
         const WindowDc screen(nullptr);
@@ -51,17 +51,7 @@ void preparePictureList(HWND list, std::initializer_list<PictureListColumn> colu
                      scaled(pictureWidth, largestPictureWidth),
                      scaled(pictureHeight, largestPictureHeight), ILC_COLOR24, 10, 10)));
     SendMessageA(list, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
-    for (int index = 0; const PictureListColumn& column : columns) {
-        RECT units{0, 0, column.width, 0};
-        MapDialogRect(GetParent(list), &units);
-        std::string title = loadCatalogueText(list, column.title);
-        LVCOLUMNA description{};
-        description.mask = LVCF_TEXT | LVCF_WIDTH;
-        description.cx = units.right;
-        description.pszText = title.data();
-        SendMessageA(list, LVM_INSERTCOLUMNA, static_cast<WPARAM>(index++),
-                     reinterpret_cast<LPARAM>(&description));
-    }
+    addListColumns(list, columns);
 }
 
 PictureSize pictureSizeOf(HWND list)

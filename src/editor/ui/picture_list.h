@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/message.h"
 #include "keep/small_picture.h"
+#include "ui/list_columns.h"
 
 #include <windows.h>
 
@@ -14,13 +14,9 @@ namespace facetor {
 
 // A list in a dialog whose rows begin with a picture: a list view in its report form.
 
-struct PictureListColumn {
-    Word title;
-    int width; ///< in dialog units; the first one's with the picture
-};
-
-/// Makes columns and room for pictures, as large as the screen's resolution asks for.
-void preparePictureList(HWND list, std::initializer_list<PictureListColumn> columns);
+/// Makes columns, the first one with room for pictures, as large as the screen's resolution asks
+/// for.
+void preparePictureList(HWND list, std::initializer_list<ListColumn> columns);
 
 /// The sides of the pictures that addPictureRow() takes, in pixels.
 struct PictureSize {

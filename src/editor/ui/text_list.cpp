@@ -17,21 +17,11 @@ constexpr int leastColumn = 40; // in pixels, of the last one
 
 } // namespace
 
-void prepareTextList(HWND list, std::initializer_list<TextListColumn> columns)
+void prepareTextList(HWND list, std::initializer_list<ListColumn> columns)
 {
     SendMessageA(list, LVM_SETEXTENDEDLISTVIEWSTYLE, 0,
                  LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP);
-    for (int index = 0; const TextListColumn& column : columns) {
-        RECT units{0, 0, column.width, 0};
-        MapDialogRect(GetParent(list), &units);
-        std::string title = loadCatalogueText(list, column.title);
-        LVCOLUMNA description{};
-        description.mask = LVCF_TEXT | LVCF_WIDTH;
-        description.cx = units.right;
-        description.pszText = title.data();
-        SendMessageA(list, LVM_INSERTCOLUMNA, static_cast<WPARAM>(index++),
-                     reinterpret_cast<LPARAM>(&description));
-    }
+    addListColumns(list, columns);
     fitLastColumn(list);
 }
 

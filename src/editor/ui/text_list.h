@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/message.h"
+#include "ui/list_columns.h"
 
 #include <windows.h>
 
@@ -14,14 +14,9 @@ namespace facetor {
 // A list of many rows of text in a dialog, which asks for a text when it shows it: a list view in
 // its report form with LVS_OWNERDATA and LVS_SINGLESEL.
 
-struct TextListColumn {
-    Word title;
-    int width; ///< in dialog units
-};
-
 /// Makes the columns. The last one takes what the others leave; call fitLastColumn() when the list
 /// has another size.
-void prepareTextList(HWND list, std::initializer_list<TextListColumn> columns);
+void prepareTextList(HWND list, std::initializer_list<ListColumn> columns);
 void fitLastColumn(HWND list);
 
 /// Says how many rows there are now and that their texts are others. No row is chosen afterwards
