@@ -20,6 +20,10 @@ void FileWatch::watch(WatchedPart part, std::vector<WatchedFile> files)
         added.path = std::move(file.path);
         added.known = added.seen = file.known;
     }
+    places_.clear();
+    for (std::size_t i = 0; i < files_.size(); ++i)
+        for (std::size_t k = 0; k < files_[i].size(); ++k)
+            places_.emplace(files_[i][k].path, std::pair(i, k));
 }
 
 std::vector<std::string> FileWatch::paths() const
@@ -42,17 +46,17 @@ std::vector<WatchedFile> FileWatch::files(WatchedPart part) const
 
 void FileWatch::see(const std::string& path, const FileStamp& stamp, std::uint64_t now)
 {
-    for (std::vector<File>& part : files_)
-        for (File& file : part) {
-            if (file.path != path) continue;
-            file.seenAt = now;
-            if (file.seen == stamp) continue;
-            file.seen = stamp;
-            file.since = now;
-            file.retryAt = 0;
-            file.attempts = 0;
-            file.agreed = false;
-        }
+    const auto [first, end] = places_.equal_range(path);
+    for (auto place = first; place != end; ++place) {
+        File& file = files_[place->second.first][place->second.second];
+        file.seenAt = now;
+        if (file.seen == stamp) continue;
+        file.seen = stamp;
+        file.since = now;
+        file.retryAt = 0;
+        file.attempts = 0;
+        file.agreed = false;
+    }
 }
 
 bool FileWatch::isPending() const

@@ -3,9 +3,12 @@
 #include "base/file_stamp.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace facetor {
@@ -98,6 +101,9 @@ private:
     static bool isDue(const File& file, std::uint64_t now);
 
     std::array<std::vector<File>, watchedPartCount> files_;
+    /// Part and place of each path: a list may have thousands of pictures, all of which are looked
+    /// at while one changes.
+    std::unordered_multimap<std::string, std::pair<std::size_t, std::size_t>> places_;
 };
 
 } // namespace facetor
