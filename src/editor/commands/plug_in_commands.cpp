@@ -12,6 +12,8 @@
 #include "windows/model_view_window.h"
 #include "windows/texture_window.h"
 
+#include <algorithm>
+#include <array>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,8 +24,9 @@ namespace facetor {
 
 namespace {
 
-/// How the names of our plug-ins for pictures of every kind begin.
-constexpr std::string_view allKindsPrefix = "Various";
+/// Our plug-ins for pictures of every kind.
+constexpr std::array<std::string_view, 4> allKinds{
+    "Various.dll", "VariousFitted.dll", "VariousFittedDiffused.dll", "VariousFittedPattern.dll"};
 
 /// Shows why something is not done. A library that is gone or broken is the graver matter.
 CommandOutcome refuse(Editor& editor, const InputFault& fault)
@@ -67,8 +70,8 @@ std::string refusalLine(const Editor& editor, const std::string& path, const Inp
 /// Whether a plug-in is one of ours that reads pictures of every kind.
 bool readsAllKinds(const std::string& file)
 {
-    return equalIgnoringCase(std::string_view(file).substr(0, allKindsPrefix.size()),
-                             allKindsPrefix);
+    return std::ranges::any_of(
+        allKinds, [&](std::string_view name) { return equalIgnoringCase(file, name); });
 }
 
 /// Writes one slot as an image, or shows why not and is false.
