@@ -72,6 +72,7 @@ TEST(SelectMore, CommandsMarkWhatTheySay)
         return Command([=](Row& r) { selectConnected(r.model, r.hidden, mark); });
     };
     const Command joined = [](Row& r) { selectConnectedTo(r.model, r.hidden, 4, Mark::set); };
+    const Command drop = [](Row& r) { dropHidden(r.model, r.hidden); };
     const Command object = [](Row& r) { selectObjects(r.model, r.hidden, 1, 2, Mark::set); };
     const Command showAgain = [](Row& r) {
         hidePicked(r.model, r.hidden);
@@ -97,6 +98,7 @@ TEST(SelectMore, CommandsMarkWhatTheySay)
         {"connected taken away", connected(Mark::clear), "034", "3", "3"},
         {"connected to one that is not marked", joined, "0", "", "04"},
         {"an object", object, "0", "", "05"},
+        {"hidden ones let go", drop, "034", "35", "04"},
         {"out of sight and back", showAgain, "04", "5", "045"},
     };
     for (const Case& c : cases) {
