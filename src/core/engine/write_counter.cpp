@@ -68,9 +68,8 @@ private:
     void countOutline(const ScreenQuad& quad)
     {
         constexpr std::array<std::array<std::size_t, 2>, 4> edges{{{0, 1}, {0, 3}, {2, 1}, {2, 3}}};
-        for (const auto& [from, to] : edges) {
-            countFill([&] { drawLine(engine_.surface, quad[from], quad[to], 1); });
-        }
+        for (const auto& edge : edges)
+            countFill([&] { drawLine(engine_.surface, quad[edge[0]], quad[edge[1]], 1); });
     }
 
     Rgb555* rowOf(std::int32_t y)
