@@ -39,13 +39,15 @@ TEST(Start, KeysReachTheMainWindowAsCommandsWhicheverWindowHasTheFocus)
     const RunningEditor editor;
     for (const bool fromToolBox : {false, true}) {
         SCOPED_TRACE(fromToolBox);
+        HWND window = nullptr;
         editor.call([&](Editor& e) {
-            const HWND window = fromToolBox ? e.toolBox.window : e.mainWindow;
+            window = fromToolBox ? e.toolBox.window : e.mainWindow;
             SetForegroundWindow(window);
             SetFocus(window);
             e.document.undo.kind = tag("test"); // a grey item's key would reach nobody
             SendMessageA(e.mainWindow, WM_USER, 0, 0);
         });
+        EXPECT_TRUE(waitUntil([&] { return GetForegroundWindow() == window; }));
         const std::size_t before = editor.commandsSeen().size();
         for (const WORD key : {'A', 'C', 'X', 'Z', 'D'}) typeWithControl(key);
         ASSERT_TRUE(waitUntil([&] { return editor.commandsSeen().size() >= before + 5; }));
