@@ -131,6 +131,8 @@ TEST(Keep, AfterAFileThatWasReadInPartTheNextSaveAsks)
     editor->closeDialog(dialog, IDOK);
     EXPECT_EQ(editor->statusText(1), "Polygons = 6");
     EXPECT_EQ(editor->title(), "Facetor for NT - " + good);
+    EXPECT_TRUE(editor->isChanged()) << "no file holds it any more";
+    editor->setChanged(false);
 }
 
 TEST(Keep, WhatWasNotSavedIsOfferedAtTheNextStart)

@@ -135,6 +135,28 @@ TEST(Recovery, WhatTheUserHasNotDecidedAboutStays)
         << "what a file holds as well goes with its run";
 }
 
+TEST(Recovery, WhatASaveHasReplacedIsNotForThatRunAlone)
+{
+    const TemporaryFolder folder;
+    RunOfEditor run(folder.file("kept"));
+    for (const char* file : {"C:\\other.mx3", "C:\\good.mx3"}) {
+        run.edit(file);
+        run.document.modelFile = file;
+        markModelSaved(run.document);
+        EXPECT_TRUE(keepForLater(run.keeper, run.document, run.view));
+    }
+    noteReplaced(run.keeper, KeptKind::textures, "C:\\other.mxt");
+    noteReplaced(run.keeper, KeptKind::model, "c:\\Good.mx3");
+    endKeeper(run.keeper, run.document, run.view, KeeperEnd::decided);
+    RunOfEditor next(folder.file("kept"));
+    ASSERT_EQ(next.keeper.recoverable.size(), 1u);
+    next.keeper.recoverable[0].state.texturesChanged = true; // as if it could not be written
+    std::string reason;
+    EXPECT_EQ(recover(next.keeper, 0, next.document, next.view, reason), Message::none) << reason;
+    EXPECT_EQ(next.document.model.names[0], "C:\\good.mx3");
+    EXPECT_TRUE(isModelChanged(next.document) && areTexturesChanged(next.document));
+}
+
 TEST(Recovery, EveryDamageIsSeenAndTheRestStays)
 {
     const TemporaryFolder folder;

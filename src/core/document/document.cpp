@@ -102,12 +102,6 @@ private:
     Document& document_;
 };
 
-/// Paths of files with the extension that a save gives them.
-bool isSameFile(std::string_view a, std::string_view b)
-{
-    return !a.empty() && equalIgnoringCase(cutExtension(a), cutExtension(b));
-}
-
 EditOutcome record(Document& document, Word name, const std::function<EditOutcome()>& edit,
                    ChangeKind kind, Recording recording)
 {
@@ -167,6 +161,11 @@ EditOutcome record(Document& document, Word name, const std::function<EditOutcom
 }
 
 } // namespace
+
+bool isSameFile(std::string_view a, std::string_view b)
+{
+    return !a.empty() && equalIgnoringCase(cutExtension(a), cutExtension(b));
+}
 
 Message startDocument(Document& document)
 {

@@ -11,6 +11,7 @@
 #include <deque>
 #include <functional>
 #include <string>
+#include <string_view>
 
 namespace facetor {
 
@@ -40,6 +41,10 @@ struct Document {
     Snapshot before;           ///< of the change that is under way
     bool changing = false;     ///< a change is under way
 };
+
+/// Whether two models, or two lists, have one file once a save gives both paths its extension.
+/// False when `a` is empty.
+bool isSameFile(std::string_view a, std::string_view b);
 
 /// Makes the start-up cube and an empty texture list. outOfMemory when memory is short.
 Message startDocument(Document& document);

@@ -180,6 +180,22 @@ void waitForKept(Keeper& keeper)
     takeKept(keeper, keeper.laterWriter.waitFor(withoutEnd));
 }
 
+void noteReplaced(Keeper& keeper, KeptKind kind, const std::string& path)
+{
+    waitForKept(keeper);
+    const bool isModel = kind == KeptKind::model;
+    for (Recoverable& kept : keeper.recoverable) {
+        RecoveryState& state = kept.state;
+        bool& changed = isModel ? state.modelChanged : state.texturesChanged;
+        if (kept.damaged || changed ||
+            !isSameFile(isModel ? state.modelFile : state.textureFile, path))
+            continue;
+        changed = true;
+        if (std::string reason; writeChangedFlags(kept, reason) != Message::none)
+            keeper.fault = std::move(reason);
+    }
+}
+
 Message recover(Keeper& keeper, std::size_t index, Document& document, View& view,
                 std::string& reason)
 {
@@ -192,6 +208,9 @@ Message recover(Keeper& keeper, std::size_t index, Document& document, View& vie
     if (readRecoverable(chosen, state, model, textures, reason) != Message::none)
         return Message::recoveryDamaged;
     const bool texturesLost = !reason.empty();
+    // Its file was replaced since, and it could not be written anew.
+    state.modelChanged = state.modelChanged || chosen.state.modelChanged;
+    state.texturesChanged = state.texturesChanged || chosen.state.texturesChanged;
     takeRecovered(document, view, state, model, textures);
     // What a damaged list has lost may still be saved by hand.
     if (writeAndWait(keeper, document, view) && !texturesLost) {

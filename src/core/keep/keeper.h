@@ -1,6 +1,7 @@
 #pragma once
 
 #include "keep/recovery_writer.h"
+#include "keep/versions.h"
 
 #include <cstdint>
 #include <memory>
@@ -57,6 +58,11 @@ bool keepForLater(Keeper& keeper, std::unique_ptr<DocumentCopy> copy);
 
 /// Waits until what is kept for later is written: keeper.recoverable then has no more than that.
 void waitForKept(Keeper& keeper);
+
+/// After a save that put a part of another file in the place of `path`: what is recoverable of that
+/// file is in none any more, and stays so beyond this run. Waits for the disk; why a set cannot
+/// say so is in keeper.fault.
+void noteReplaced(Keeper& keeper, KeptKind kind, const std::string& path);
 
 /// A copy of the document, to be kept in case that what comes goes wrong; none when recovery is
 /// off or memory is short.

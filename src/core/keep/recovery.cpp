@@ -220,6 +220,25 @@ Message readRecoverable(const Recoverable& recoverable, RecoveryState& state, Mo
     return Message::none;
 }
 
+Message writeChangedFlags(const Recoverable& recoverable, std::string& reason)
+try {
+    Model model;
+    if (createModelStore(model) != Message::none) throw std::bad_alloc();
+    const std::string path = recoverable.set.statePath();
+    const auto bytes = readFile(path, largestFile, &reason);
+    RecoveryState state;
+    if (!bytes || readRecoveryFile(state, model, *bytes, reason) != Message::none)
+        return Message::recoveryNotWritten;
+    state.modelChanged = recoverable.state.modelChanged;
+    state.texturesChanged = recoverable.state.texturesChanged;
+    return writeFile(path, writeRecoveryFile(state, model), &reason) == Message::none
+               ? Message::none
+               : Message::recoveryNotWritten;
+} catch (const std::bad_alloc&) {
+    reason = "not enough memory for it";
+    return Message::recoveryNotWritten;
+}
+
 void takeRecovered(Document& document, View& view, const RecoveryState& state, const Model& model,
                    const TextureList& textures)
 {

@@ -66,6 +66,10 @@ std::vector<Recoverable> findRecoverable(const std::string& folder);
 Message readRecoverable(const Recoverable& recoverable, RecoveryState& state, Model& model,
                         TextureList& textures, std::string& reason);
 
+/// Makes a set say the same of what is changed as `state` does; the rest of it stays.
+/// recoveryNotWritten, with the cause in `reason`: what was written before stands.
+Message writeChangedFlags(const Recoverable& recoverable, std::string& reason);
+
 /// Makes the document what was kept, as one change that can be stepped back over: under its own
 /// paths, and changed where it was. The view becomes the kept one; its matrix is the engine's
 /// business.

@@ -106,15 +106,20 @@ PartlyRead askPartlyRead(Editor& editor, const std::string& source, const std::s
     switch (alert(editor.alerts, editor.mainWindow, Message::savePartlyRead, AlertStyle::question,
                   source + "\n" + target)) {
     case AlertButton::yes: return PartlyRead::saveAs;
-    case AlertButton::no: break;
+    case AlertButton::no: return PartlyRead::replace;
     default: return PartlyRead::giveUp;
     }
-    // No file holds it any more: then it is not for this run alone.
-    for (Recoverable& kept : editor.keeper.recoverable) {
-        if (modelSavePath(kept.state.modelFile) == target) kept.state.modelChanged = true;
-        if (textureSavePath(kept.state.textureFile) == target) kept.state.texturesChanged = true;
-    }
-    return PartlyRead::replace;
+}
+
+void notePartSaved(Editor& editor, KeptKind kind, const std::string& path)
+{
+    Document& document = editor.document;
+    std::string& source =
+        kind == KeptKind::model ? document.partlyReadModel : document.partlyReadTextures;
+    if (source.empty()) return;
+    const WaitCursor waiting;
+    noteReplaced(editor.keeper, kind, fullPath(path));
+    source.clear();
 }
 
 CommandOutcome recoverDocument(Editor& editor)

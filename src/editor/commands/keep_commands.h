@@ -42,6 +42,10 @@ void noteBrokenOff(Editor& editor, ChangeKind kind, const std::string& path,
 enum class PartlyRead { replace, saveAs, giveUp };
 PartlyRead askPartlyRead(Editor& editor, const std::string& source, const std::string& target);
 
+/// After a save to `path`, which takes what was only partly read as well: the next one asks no
+/// more, and what is recoverable of the file that stood there stays so.
+void notePartSaved(Editor& editor, KeptKind kind, const std::string& path);
+
 /// Lists what can be recovered, if anything, and recovers what the user chooses. `unsaved` when
 /// something has been.
 CommandOutcome recoverDocument(Editor& editor);

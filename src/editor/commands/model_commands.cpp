@@ -98,7 +98,7 @@ CommandOutcome writeModelAs(Editor& editor, const std::string& path, DWORD filte
     if (filter != saveAsSource) {
         noteWritten(editor, WatchedPart::model, {&path, 1});
         addRecentModel(editor, path);
-        editor.document.partlyReadModel.clear();
+        notePartSaved(editor, KeptKind::model, path);
     }
     tellVersionNotKept(editor, kept);
     return CommandOutcome::done;

@@ -132,7 +132,7 @@ CommandOutcome writeTexturesAs(Editor& editor, const std::string& path, DWORD fi
         noteWritten(editor, WatchedPart::textures, {&path, 1});
         rememberPictures(editor, path);
         addRecentTextures(editor, path);
-        editor.document.partlyReadTextures.clear();
+        notePartSaved(editor, KeptKind::textures, path);
     }
     tellVersionNotKept(editor, kept);
     return CommandOutcome::done;
