@@ -14,6 +14,7 @@
 #include "windows/texture_window.h"
 #include "windows/title.h"
 
+#include <optional>
 #include <utility>
 
 namespace facetor {
@@ -174,15 +175,20 @@ CommandOutcome openEarlierVersion(Editor& editor)
 {
     const auto version = askVersion(editor);
     if (!version || !isRunning(editor)) return CommandOutcome::abandoned;
+    std::string reason;
+    std::optional<Bytes> bytes;
+    {
+        const WaitCursor waiting;
+        // First: saving may let the oldest version go, which may be this one.
+        bytes = readVersion(editor.versions, *version, reason);
+    }
+    if (!bytes) return failVersion(editor, Message::versionDamaged, reason);
     const bool isModel = version->kind == KeptKind::model;
     const Decision decision = isModel ? askSaveModel(editor, Word::openingNewFile)
                                       : askSaveTextures(editor, Word::openingNewFile);
     if (decision == Decision::stay || !isRunning(editor)) return CommandOutcome::abandoned;
     const WaitCursor waiting;
     keepUnsaved(editor);
-    std::string reason;
-    const auto bytes = readVersion(editor.versions, *version, reason);
-    if (!bytes) return failVersion(editor, Message::versionDamaged, reason);
     return isModel ? takeModel(editor, *bytes) : takeTextures(editor, *bytes);
 }
 
