@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
+#include <filesystem>
 
 namespace facetor {
 
@@ -86,8 +88,28 @@ TEST_F(VersionsTest, WhatTheIndexHasLostIsFoundAgain)
     save("a b%\xC3\xA9.mx3", "four");
     EXPECT_FALSE(readVersions(store).damaged);
     EXPECT_EQ(kept(""), Texts{"one"}) << "it is not taken for rubbish";
+    save("b.mx3", "1");
+    save("b.mx3", "2");
     ASSERT_TRUE(removeFile(index));
-    EXPECT_EQ(kept("").size(), 3u);
+    auto time = std::filesystem::file_time_type::clock::now();
+    for (const std::string& name : namesIn(store.folder))
+        std::filesystem::last_write_time(pathIn(store.folder, name), time += std::chrono::hours(1));
+    const auto found = readVersions(store).all;
+    EXPECT_EQ(found.size(), 4u);
+    EXPECT_TRUE(std::ranges::is_sorted(found, std::ranges::greater{}, &Version::savedAt));
+    save("b.mx3", "3");
+    EXPECT_EQ(kept("").size(), 4u) << "which may be of as many documents";
+}
+
+TEST_F(VersionsTest, AnIndexThatCannotBeOpenedIsNoEmptyOne)
+{
+    for (const char* text : {"1", "2", "3"}) save("a.mx3", text);
+    const std::string index = pathIn(store.folder, "index.txt");
+    const auto size = std::filesystem::file_size(index);
+    std::filesystem::resize_file(index, largestFile + 1); // nobody can read all of that
+    EXPECT_FALSE(save("a.mx3", "4"));
+    std::filesystem::resize_file(index, size);
+    EXPECT_EQ(kept("a.mx3"), (Texts{"2", "1"}));
 }
 
 TEST_F(VersionsTest, AContentThatWasChangedIsNotOpened)

@@ -3,6 +3,7 @@
 #include "base/checksum.h"
 #include "base/file.h"
 #include "base/file_lock.h"
+#include "base/file_stamp.h"
 #include "base/folder.h"
 #include "base/text.h"
 
@@ -135,9 +136,10 @@ bool isSameDocument(const Version& a, const Version& b)
     return a.kind == b.kind && equalIgnoringCase(a.document, b.document);
 }
 
-/// Gives what the index has lost a place again, behind all that it knows.
+/// Gives what the index has lost a place again, behind all that it knows, the newest first.
 void adoptLostContents(const VersionStore& store, std::vector<Version>& all)
 {
+    const auto known = static_cast<std::ptrdiff_t>(all.size());
     for (const std::string& name : namesIn(store.folder)) {
         Version version;
         if (!parseContentName(name, version)) continue;
@@ -149,9 +151,12 @@ void adoptLostContents(const VersionStore& store, std::vector<Version>& all)
         if (std::ranges::none_of(all, [&](const Version& v) { return isSameContent(v, version); }))
             all.push_back(version);
     }
+    std::stable_sort(all.begin() + known, all.end(),
+                     [](const Version& a, const Version& b) { return a.savedAt > b.savedAt; });
 }
 
-/// Lets the oldest go until both bounds are kept. The first is the newest, which stays.
+/// Lets the oldest go until both bounds are kept. The first is the newest, which stays. Those
+/// without a name may be of one document each: only the bound in bytes is theirs.
 void prune(const VersionStore& store, std::vector<Version>& all)
 {
     std::vector<Version> kept;
@@ -159,7 +164,8 @@ void prune(const VersionStore& store, std::vector<Version>& all)
     for (const Version& version : all) {
         const auto ofDocument = std::ranges::count_if(
             kept, [&](const Version& v) { return isSameDocument(v, version); });
-        if (static_cast<std::size_t>(ofDocument) >= store.perDocument) continue;
+        if (!version.document.empty() && static_cast<std::size_t>(ofDocument) >= store.perDocument)
+            continue;
         const bool shared =
             std::ranges::any_of(kept, [&](const Version& v) { return isSameContent(v, version); });
         if (!shared && version.size > store.limit - size) break;
@@ -179,6 +185,18 @@ void removeUnused(const VersionStore& store, const std::vector<Version>& all)
             (void)removeFile(pathIn(store.folder, name));
 }
 
+/// What the folder holds by its index, and what that does not name any more.
+Versions versionsOf(const VersionStore& store, const std::optional<Bytes>& index)
+{
+    Versions versions = parseVersionIndex(
+        index ? std::string_view(reinterpret_cast<const char*>(index->data()), index->size())
+              : std::string_view());
+    std::ranges::stable_sort(versions.all, std::ranges::greater{}, &Version::number);
+    if (versions.damaged) adoptLostContents(store, versions.all);
+    if (!index && versions.all.empty()) versions.damaged = false; // nothing was kept so far
+    return versions;
+}
+
 /// Whether the folder holds that content, whole.
 bool hasContent(const VersionStore& store, const Version& version, const Bytes& bytes)
 {
@@ -196,7 +214,11 @@ Message keepBytes(const VersionStore& store, Version version, const Bytes& bytes
         reason = systemReason(errno);
         return Message::versionNotKept;
     }
-    std::vector<Version> all = readVersions(store).all;
+    const std::string indexPath = pathIn(store.folder, indexName);
+    const auto oldIndex = readFile(indexPath, largestFile, &reason);
+    // One that another program holds is not an empty one: what it names would be nobody's.
+    if (!oldIndex && stampOf(indexPath).exists) return Message::versionNotKept;
+    std::vector<Version> all = versionsOf(store, oldIndex).all;
     std::erase_if(all, [&](const Version& v) {
         return isSameDocument(v, version) && isSameContent(v, version);
     });
@@ -207,8 +229,7 @@ Message keepBytes(const VersionStore& store, Version version, const Bytes& bytes
         writeFile(contentPath(store, version), bytes, &reason) != Message::none)
         return Message::versionNotKept;
     const std::string index = formatVersionIndex(all);
-    if (writeFile(pathIn(store.folder, indexName), std::as_bytes(std::span(index)), &reason) !=
-        Message::none)
+    if (writeFile(indexPath, std::as_bytes(std::span(index)), &reason) != Message::none)
         return Message::versionNotKept;
     removeUnused(store, all);
     return Message::none;
@@ -242,14 +263,7 @@ Versions parseVersionIndex(std::string_view text)
 
 Versions readVersions(const VersionStore& store)
 {
-    const auto bytes = readFile(pathIn(store.folder, indexName));
-    Versions versions = parseVersionIndex(
-        bytes ? std::string_view(reinterpret_cast<const char*>(bytes->data()), bytes->size())
-              : std::string_view());
-    std::ranges::stable_sort(versions.all, std::ranges::greater{}, &Version::number);
-    if (versions.damaged) adoptLostContents(store, versions.all);
-    if (!bytes && versions.all.empty()) versions.damaged = false; // nothing was kept so far
-    return versions;
+    return versionsOf(store, readFile(pathIn(store.folder, indexName)));
 }
 
 Message keepVersion(const VersionStore& store, const std::string& path, KeptKind kind,
