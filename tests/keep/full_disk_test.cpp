@@ -1,6 +1,6 @@
-// Disks and folders that take nothing more. Each is tried by a child process: a full disk is a
-// small one in memory that it mounts for itself, or, where it may not, a limit on the size of its
-// files.
+// Disks and folders that take nothing more, and files that cannot be opened. Each is tried by a
+// child process: a full disk is a small one in memory that it mounts for itself, or, where it may
+// not, a limit on the size of its files.
 #ifdef __linux__
 
 #include "base/file.h"
@@ -53,6 +53,13 @@ void require(bool holds, const char* what)
     if (holds) return;
     std::fprintf(stderr, "%s\n", what);
     std::_Exit(1);
+}
+
+constexpr uid_t nobody = 65534;
+
+void setRights(const std::string& path, mode_t rights)
+{
+    require(chmod(path.c_str(), rights) == 0, "no rights");
 }
 
 /// Saves and keeps in a folder that takes nothing, for the reason `expected`, once `close` has run,
@@ -132,10 +139,8 @@ TEST(ReadOnlyFolder, SaysSoAndLosesNothing)
     const std::string path = folder.path().string();
     const bool isRoot = geteuid() == 0; // who may write everywhere
     const auto allow = [&](mode_t rights) {
-        for (const std::string& each : {path, pathIn(path, "kept")})
-            require(chmod(each.c_str(), rights) == 0, "no rights");
+        for (const std::string& each : {path, pathIn(path, "kept")}) setRights(each, rights);
     };
-    constexpr uid_t nobody = 65534;
     const auto close = [&] {
         allow(0555);
         require(!isRoot || seteuid(nobody) == 0, "nobody");
@@ -145,6 +150,32 @@ TEST(ReadOnlyFolder, SaysSoAndLosesNothing)
         allow(0755);
     };
     EXPECT_EXIT(tryDisk(path, "no permission", close, open), testing::ExitedWithCode(0), "");
+}
+
+TEST(UnreadableFile, IsNotTakenForNone)
+{
+    const TemporaryFolder folder;
+    const std::string kept = folder.file("kept"), file = folder.file("model.mx3");
+    RecoverySet set;
+    std::string reason;
+    ASSERT_TRUE(set.create(kept, reason)) << reason;
+    for (const std::string& path : {set.statePath(), set.texturesPath(1), file})
+        ASSERT_EQ(writeFile(path, {}), Message::none);
+    set.leave();
+    const auto tryIt = [&] {
+        for (const std::string& name : namesIn(kept)) setRights(pathIn(kept, name), 0666);
+        for (const std::string& each : {folder.path().string(), kept}) setRights(each, 0777);
+        for (const std::string& each : {set.statePath(), file}) setRights(each, 0);
+        require(geteuid() != 0 || seteuid(nobody) == 0, "nobody");
+        const auto found = findRecoverable(kept);
+        require(found.size() == 1 && found[0].reason == "no permission", "a document");
+        require(namesIn(kept).size() == 3, "its list stays");
+        const VersionStore versions{folder.file("versions"), 10, 100};
+        require(keepVersion(versions, file, KeptKind::model, reason) == Message::versionNotKept,
+                "a version that is not kept");
+        std::_Exit(0);
+    };
+    EXPECT_EXIT(tryIt(), testing::ExitedWithCode(0), "");
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "base/checksum.h"
 #include "base/file.h"
+#include "base/file_stamp.h"
 #include "base/folder.h"
 #include "texture/texture_file.h"
 
@@ -195,8 +196,9 @@ std::vector<Recoverable> findRecoverable(const std::string& folder)
     for (const std::string& name : names) {
         RecoverySet set;
         if (!set.claim(folder, name)) continue;
-        // Of a process that ended before it wrote anything, or while it cleaned up.
-        if (!readFileStart(set.statePath(), 0)) {
+        // Of a process that ended before it wrote anything, or while it cleaned up. What is there
+        // and cannot be opened now, as while a scanner reads it, is no such thing.
+        if (!stampOf(set.statePath()).exists) {
             set.remove();
             continue;
         }

@@ -270,7 +270,7 @@ Message keepVersion(const VersionStore& store, const std::string& path, KeptKind
                     std::string& reason)
 try {
     if (!unreadableKind(path).empty()) return Message::none; // not replaced but written to
-    if (!readFileStart(path, 0)) return Message::none;
+    if (!stampOf(path).exists) return Message::none;
     const auto bytes = readFile(path, store.limit, &reason);
     if (!bytes) return Message::versionNotKept;
     const Version version{path, kind, 0, writtenAt(path), bytes->size(), contentHash(*bytes)};
