@@ -157,6 +157,32 @@ TEST(Recovery, WhatASaveHasReplacedIsNotForThatRunAlone)
     EXPECT_TRUE(isModelChanged(next.document) && areTexturesChanged(next.document));
 }
 
+TEST(Recovery, AListWhoseReadingBrokeOffIsNotTakenForTheOneBefore)
+{
+    const TemporaryFolder folder;
+    RunOfEditor run(folder.file("kept"));
+    run.addTexture(1, 0x8001);
+    markTexturesSaved(run.document);
+    const Bytes list = writeTextures(run.document.textures);
+    run.edit("one");
+    const auto open = [&] {
+        run.document.textures.clearAll();
+        return EditOutcome{Message::none, Message::formatNotSupported};
+    };
+    (void)change(run.document, Word::stepOpenTextures, open, ChangeKind::openTextures);
+    notePartlyRead(run.document, ChangeKind::openTextures, "cut.mxt");
+    run.write();
+    takeStep(run.document, Direction::back);
+    run.edit("two");
+    run.vanish();
+    RunOfEditor next(folder.file("kept"));
+    ASSERT_EQ(next.keeper.recoverable.size(), 1u);
+    EXPECT_EQ(next.keeper.recoverable[0].state.partlyReadTextures, "");
+    std::string reason;
+    EXPECT_EQ(recover(next.keeper, 0, next.document, next.view, reason), Message::none) << reason;
+    EXPECT_EQ(writeTextures(next.document.textures), list);
+}
+
 TEST(Recovery, EveryDamageIsSeenAndTheRestStays)
 {
     const TemporaryFolder folder;

@@ -21,10 +21,22 @@ bool isChanged(const Document& document)
     return isModelChanged(document) || areTexturesChanged(document);
 }
 
+bool isModelWritten(const Keeper& keeper, const Document& document)
+{
+    return keeper.writtenModel == document.modelRevision &&
+           keeper.writtenPartOfModel == document.partlyReadModel;
+}
+
+bool areTexturesWritten(const Keeper& keeper, const Document& document)
+{
+    return keeper.writtenTextures == document.textureRevision &&
+           keeper.writtenPartOfTextures == document.partlyReadTextures;
+}
+
 bool isWritten(const Keeper& keeper, const Document& document)
 {
-    return keeper.live.isHeld() && keeper.writtenModel == document.modelRevision &&
-           keeper.writtenTextures == document.textureRevision;
+    return keeper.live.isHeld() && isModelWritten(keeper, document) &&
+           areTexturesWritten(keeper, document);
 }
 
 void forgetLive(Keeper& keeper)
@@ -32,6 +44,8 @@ void forgetLive(Keeper& keeper)
     keeper.live = {};
     keeper.liveState = {};
     keeper.writtenModel = keeper.writtenTextures = 0;
+    keeper.writtenPartOfModel.clear();
+    keeper.writtenPartOfTextures.clear();
 }
 
 void takeOutcome(Keeper& keeper, std::optional<RecoveryWriter::Outcome> outcome)
@@ -42,6 +56,8 @@ void takeOutcome(Keeper& keeper, std::optional<RecoveryWriter::Outcome> outcome)
     if (outcome->message == Message::none) {
         keeper.writtenModel = outcome->copy->modelRevision;
         keeper.writtenTextures = outcome->copy->textureRevision;
+        keeper.writtenPartOfModel = outcome->copy->state.partlyReadModel;
+        keeper.writtenPartOfTextures = outcome->copy->state.partlyReadTextures;
         keeper.fault.clear();
     } else {
         keeper.writtenTextures = 0;
@@ -70,7 +86,7 @@ bool beginWriting(Keeper& keeper, const Document& document, const View& view)
     copy->state.texturesSize = keeper.liveState.texturesSize;
     copy->state.texturesChecksum = keeper.liveState.texturesChecksum;
     const bool texturesAreThere =
-        keeper.writtenTextures != 0 && keeper.writtenTextures == document.textureRevision;
+        keeper.writtenTextures != 0 && areTexturesWritten(keeper, document);
     keeper.writer.begin(keeper.live, std::move(copy), texturesAreThere);
     return true;
 }

@@ -26,8 +26,11 @@ struct Keeper {
     RecoverySet live; ///< of the document; held while it is changed
     RecoveryState liveState;
     Revision writtenModel = 0, writtenTextures = 0; ///< what the live set holds; 0: nothing
-    std::uint64_t lastBegun = 0;                    ///< by the clock of tickKeeper(); 0: never
-    std::string fault;     ///< why the last writing failed; empty when it did not
+    /// Document::partlyReadModel and partlyReadTextures of it: what a reading that broke off leaves
+    /// has the revisions of what was there before.
+    std::string writtenPartOfModel, writtenPartOfTextures;
+    std::uint64_t lastBegun = 0; ///< by the clock of tickKeeper(); 0: never
+    std::string fault;           ///< why the last writing failed; empty when it did not
     std::string toldFault; ///< what of it the user was told last, also of one between two ticks
     std::unique_ptr<DocumentCopy> spare;
 
