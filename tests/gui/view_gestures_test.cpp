@@ -211,14 +211,22 @@ TEST_F(Mixed, WhatDiffersIsLeftOpenAndApplyTouchedLeavesItAlone)
         EXPECT_EQ(IsDlgButtonChecked(page(), control), UINT{BST_UNCHECKED}) << control;
     EXPECT_EQ(IsDlgButtonChecked(page(), IDC_ATTRIBUTE_USE_LIGHT), UINT{BST_INDETERMINATE});
     EXPECT_EQ(windowText(GetDlgItem(page(), IDC_ATTRIBUTE_TEXTURE)), "");
-    EXPECT_FALSE(IsWindowEnabled(GetDlgItem(window, IDC_ATTRIBUTE_APPLY_TOUCHED)));
+    const auto isAnyTouched = [&] {
+        return IsWindowEnabled(GetDlgItem(window, IDC_ATTRIBUTE_APPLY_TOUCHED)) != FALSE;
+    };
+    const HWND first = GetDlgItem(page(), IDC_ATTRIBUTE_POLYGON);
+    EXPECT_NE(GetWindowLongA(first, GWL_STYLE) & WS_TABSTOP, 0) << "where the keyboard comes in";
+    editor.call([&](Editor&) { SetFocus(first); });
+    EXPECT_FALSE(isAnyTouched());
 
     click(page(), IDC_ATTRIBUTE_USE_LIGHT);
     EXPECT_EQ(IsDlgButtonChecked(page(), IDC_ATTRIBUTE_USE_LIGHT), UINT{BST_CHECKED});
     click(page(), IDC_ATTRIBUTE_USE_LIGHT);
     EXPECT_EQ(IsDlgButtonChecked(page(), IDC_ATTRIBUTE_USE_LIGHT), UINT{BST_UNCHECKED});
     savePicture(editor.pictureOf(window), "attribute-touched");
+    EXPECT_TRUE(isAnyTouched());
     click(window, IDC_ATTRIBUTE_APPLY_TOUCHED);
+    EXPECT_FALSE(isAnyTouched()) << "what is picked next gets what is set then";
     editor.call([](Editor& e) {
         const auto& attributes = e.document.model.attributes;
         EXPECT_EQ(attributes[0].flags, std::uint32_t{polygonFace} | picked);
@@ -234,6 +242,7 @@ TEST_F(Mixed, TheValuesOfOnePolygonArePutOnOthers)
 {
     editor.call([](Editor& e) {
         e.document.model.attributes[1] = {1, sortNearest, 5, 0x1234, textureMap | picked, 1};
+        e.document.model.gouraud[2].color = {1, 2, 3, 4};
         loadWorkingAttribute(e, 1);
     });
     click(window, IDC_ATTRIBUTE_COPY);
@@ -245,6 +254,11 @@ TEST_F(Mixed, TheValuesOfOnePolygonArePutOnOthers)
             expected.gouraud = i;
             EXPECT_EQ(std::memcmp(&e.document.model.attributes[i], &expected, sizeof expected), 0);
         }
+        EXPECT_EQ(e.document.model.gouraud[2].color, e.document.model.gouraud[1].color);
+    });
+    editor.sendCommand(IDM_EDIT_UNDO);
+    editor.call([](Editor& e) {
+        EXPECT_EQ(e.document.model.gouraud[2].color, (std::array<Rgb555, 4>{1, 2, 3, 4}));
         markModelSaved(e.document);
     });
 }

@@ -64,14 +64,22 @@ void showButton(const Editor& editor, HWND page, int control)
     }
     const bool checked = !mixed && isButtonChecked(editor.workingAttribute, control);
     CheckDlgButton(page, control, checked ? BST_CHECKED : BST_UNCHECKED);
+    if (!mixed) return;
+    // Of a group without a checked one the first is where the keyboard comes in.
+    const HWND button = GetDlgItem(page, control);
+    const LONG_PTR style = GetWindowLongPtrA(button, GWL_STYLE);
+    if (style & WS_GROUP) SetWindowLongPtrA(button, GWL_STYLE, style | WS_TABSTOP);
 }
 
 /// Greys what has nothing to act on.
 void refreshOwnButtons(const Editor& editor)
 {
     const AttributeEditing& editing = editor.attributeEditing;
-    EnableWindow(GetDlgItem(editor.attributeWindow, IDC_ATTRIBUTE_APPLY_TOUCHED),
-                 editing.touched != 0);
+    const HWND apply = GetDlgItem(editor.attributeWindow, IDC_ATTRIBUTE_APPLY_TOUCHED);
+    // The keyboard must not stay with what takes no keys.
+    if (editing.touched == 0 && GetFocus() == apply)
+        SendMessageA(editor.attributeWindow, WM_NEXTDLGCTL, 0, FALSE);
+    EnableWindow(apply, editing.touched != 0);
     EnableWindow(GetDlgItem(editor.attributeWindow, IDC_ATTRIBUTE_PUT), editing.copied.has_value());
 }
 
@@ -107,18 +115,22 @@ void onPageCommand(Editor& editor, HWND page, int control, int notification)
         return;
     }
     if (notification != BN_CLICKED) return;
+    Rgb555* const colour = colourOfButton(working, control);
+    const bool isChecked = IsDlgButtonChecked(page, control) == BST_CHECKED;
+    // A radio button says the same when it only gets the focus.
+    if (!colour && !isCheckBox(control) && !isChecked) return;
     // A click on a mixed box, which leaves its state alone, checks it.
-    const bool checked =
-        isMixed(editor, control) || IsDlgButtonChecked(page, control) == BST_CHECKED;
+    const bool checked = isMixed(editor, control) || isChecked;
     if (setButton(working, control, checked)) {
         touch(editor, control);
         return showButton(editor, page, control);
     }
-    Rgb555* colour = colourOfButton(working, control);
     if (!colour) return;
     // Over the main window: no other of the editor's windows takes input meanwhile.
-    *colour = pickColour(editor.colourPicking, editor.alerts, editor.mainWindow, *colour);
-    touch(editor, control);
+    const Rgb555 chosen =
+        pickColour(editor.colourPicking, editor.alerts, editor.mainWindow, *colour);
+    if (chosen != *colour) touch(editor, control); // Cancel gives the old one
+    *colour = chosen;
     InvalidateRect(GetDlgItem(page, control), nullptr, FALSE);
     SetFocus(GetDlgItem(page, control));
 }
@@ -187,13 +199,17 @@ bool checkTexture(Editor& editor)
     return false;
 }
 
-/// Gives the picked polygons some fields, of whatever page.
-void give(Editor& editor, const WorkingAttribute& attribute, AttributeFields fields)
+/// Gives the picked polygons some fields, of whatever page. False, with a message shown, when there
+/// are none.
+bool give(Editor& editor, const WorkingAttribute& attribute, AttributeFields fields)
 {
-    if (!isAnyPicked(editor.document.model)) return warn(editor, Message::noSelectedPolygons);
-    editModel(editor, Word::stepAttributes, ModelEdit::attributes,
+    if (!isAnyPicked(editor.document.model))
+        return warn(editor, Message::noSelectedPolygons), false;
+    // Its undo remembers Gouraud colours, too.
+    editModel(editor, Word::stepAttributes, ModelEdit::gouraudTable,
               [&](Model& edited) { applyFields(edited, attribute, fields, pickedAfterByCtrl()); });
     markModelChanged(editor.document); // also where nothing differs
+    return true;
 }
 
 void onApplyTouched(Editor& editor)
@@ -201,7 +217,10 @@ void onApplyTouched(Editor& editor)
     AttributeEditing& editing = editor.attributeEditing;
     if (editing.touched & fieldTexture && !checkTexture(editor)) return;
     if (editing.touched == 0) return (void)MessageBeep(MB_OK); // by Shift and Apply
-    give(editor, editor.workingAttribute, editing.touched);
+    if (!give(editor, editor.workingAttribute, editing.touched)) return;
+    editing.touched = 0; // what is picked next gets what is set then
+    refreshOwnButtons(editor);
+    showMixedValues(editor);
 }
 
 /// Keeps the attribute of the polygon that was picked last, if it still is.
@@ -320,11 +339,9 @@ void loadWorkingAttribute(Editor& editor, std::uint32_t polygonIndex)
 void setWorkingTexture(Editor& editor, std::uint16_t number)
 {
     editor.workingAttribute.texture = number;
-    editor.attributeEditing.touched |= fieldTexture;
-    editor.attributeEditing.mixed &= ~AttributeFields{fieldTexture};
-    if (editor.attributeWindow) refreshOwnButtons(editor);
-    if (editor.attributeWindow && currentPage(editor) == AttributePage::material)
-        showTexture(editor);
+    if (!editor.attributeWindow || currentPage(editor) != AttributePage::material) return;
+    touch(editor, IDC_ATTRIBUTE_TEXTURE); // only where the user sees it
+    showTexture(editor);
 }
 
 void showMixedValues(Editor& editor)

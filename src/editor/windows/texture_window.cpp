@@ -317,7 +317,9 @@ void redrawTextures(Editor& editor)
     InvalidateRect(textures.window, &grid, FALSE);
 }
 
-void chooseTexture(Editor& editor, std::uint32_t slot)
+namespace {
+
+void makeCurrent(Editor& editor, std::uint32_t slot)
 {
     const TextureWindow& textures = editor.textureWindow;
     if (textures.window) {
@@ -325,8 +327,15 @@ void chooseTexture(Editor& editor, std::uint32_t slot)
         invalidateCell(textures, slot, 1);
     }
     editor.document.textures.current = slot;
-    setWorkingTexture(editor, static_cast<std::uint16_t>(slot));
     if (editor.slice.shown) requestRedraw(editor); // the view shows the current texture
+}
+
+} // namespace
+
+void chooseTexture(Editor& editor, std::uint32_t slot)
+{
+    makeCurrent(editor, slot);
+    setWorkingTexture(editor, static_cast<std::uint16_t>(slot));
 }
 
 void scrollTextures(Editor& editor, GridScroll step)
@@ -340,7 +349,7 @@ void scrollTextures(Editor& editor, GridScroll step)
 
 void showTexture(Editor& editor, std::uint32_t slot)
 {
-    chooseTexture(editor, slot);
+    makeCurrent(editor, slot);
     if (editor.textureWindow.window) showSlot(editor, slot);
 }
 
