@@ -44,8 +44,9 @@ bool isSameOrder(std::span<const OrderedPolygon> a, std::span<const OrderedPolyg
         return p.x == q.x && p.y == q.y;
     };
     return std::ranges::equal(a, b, [&](const OrderedPolygon& p, const OrderedPolygon& q) {
-        return p.attribute == q.attribute && p.object == q.object && p.sort == q.sort &&
-               p.depth == q.depth && std::ranges::equal(p.point, q.point, isSamePoint);
+        return p.attribute == q.attribute && p.object == q.object && p.number == q.number &&
+               p.sort == q.sort && p.depth == q.depth &&
+               std::ranges::equal(p.point, q.point, isSamePoint);
     });
 }
 
@@ -64,7 +65,9 @@ std::optional<std::uint32_t> findPicked(std::span<const OrderedPolygon> order, c
 std::vector<std::uint32_t> findWriters(const View& view, Engine& engine, const Model& model,
                                        ClientSize client, ScreenPoint pixel)
 {
-    sortFrame(view, engine, model, client);
+    View atRest = view; // a drag may draw outlines alone
+    atRest.dragging = false;
+    sortFrame(atRest, engine, model, client);
     return findWriters(engine, model, pixel);
 }
 

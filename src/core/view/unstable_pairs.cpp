@@ -221,6 +221,7 @@ std::vector<UnstablePair> findUnstablePairs(const View& view, Engine& engine, co
                                             ClientSize client,
                                             std::span<const OrderedPolygon> order)
 {
+    if (!isSameOrder(listDrawOrder(view, engine, model, client), order)) return {};
     return PairSearch(view, engine, model, client, order).find();
 }
 

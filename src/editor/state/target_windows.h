@@ -45,6 +45,7 @@ struct DrawOrderWindow {
     bool frameIsNew = false;           ///< the view has drawn one since the list was made
     std::vector<OrderedPolygon> order; ///< of the view's frame
     std::uint32_t drawn = 0;           ///< of them the view draws so many; the last one is outlined
+    std::uint32_t wanted = 0;          ///< by the user; a frame of fewer draws less for a while
     bool showsAll = true;              ///< and goes on doing so when there are more
     bool isAsking = false;             ///< a click in the view asks about a pixel
     std::optional<ScreenPoint> pixel;  ///< that was asked about

@@ -74,9 +74,8 @@ void showPlace(const Editor& editor)
 
 enum class AtEnd { showsAll, outlinesLast };
 
-/// Has the view draw so many polygons. At the end it goes on drawing all, whatever comes, or
-/// outlines the last one as it does elsewhere.
-void draw(Editor& editor, std::uint32_t count, AtEnd atEnd = AtEnd::showsAll)
+/// Has the view draw so many polygons of its frame.
+void drawFrame(Editor& editor, std::uint32_t count, AtEnd atEnd)
 {
     DrawOrderWindow& shown = editor.drawOrder;
     shown.drawn = std::min(count, countOf(shown));
@@ -88,6 +87,14 @@ void draw(Editor& editor, std::uint32_t count, AtEnd atEnd = AtEnd::showsAll)
     }
     InvalidateRect(editor.mainWindow, nullptr, FALSE);
     showPlace(editor);
+}
+
+/// What the user wants the view to draw. At the end it goes on drawing all, whatever comes, or
+/// outlines the last one as it does elsewhere.
+void draw(Editor& editor, std::uint32_t count, AtEnd atEnd = AtEnd::showsAll)
+{
+    editor.drawOrder.wanted = std::min(count, countOf(editor.drawOrder));
+    drawFrame(editor, count, atEnd);
 }
 
 void findPairs(Editor& editor)
@@ -144,8 +151,8 @@ void takeFrame(Editor& editor)
                  static_cast<LPARAM>(countOf(shown)));
     SendMessageA(controlOf(editor, IDC_ORDER_SLIDER), TBM_SETPAGESIZE, 0,
                  static_cast<LPARAM>(std::max(1u, countOf(shown) / 10)));
-    draw(editor, shown.showsAll ? countOf(shown) : shown.drawn,
-         shown.showsAll ? AtEnd::showsAll : AtEnd::outlinesLast);
+    drawFrame(editor, shown.showsAll ? countOf(shown) : shown.wanted,
+              shown.showsAll ? AtEnd::showsAll : AtEnd::outlinesLast);
 }
 
 void stopPlaying(Editor& editor)
