@@ -75,6 +75,11 @@ bool answerTextList(LPARAM notification,
 
 std::optional<std::size_t> rowChosenBy(LPARAM notification)
 {
+    const UINT code = reinterpret_cast<const NMHDR*>(notification)->code;
+    if (code == NM_CLICK || code == LVN_ITEMACTIVATE) { // maybe the one that is chosen already
+        const int row = reinterpret_cast<const NMITEMACTIVATE*>(notification)->iItem;
+        return row < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(row));
+    }
     const auto& change = *reinterpret_cast<const NMLISTVIEW*>(notification);
     if (change.hdr.code != LVN_ITEMCHANGED || change.iItem < 0 ||
         (change.uNewState & LVIS_SELECTED) == 0 || (change.uOldState & LVIS_SELECTED) != 0)

@@ -30,7 +30,8 @@ std::optional<std::size_t> chosenTextRow(HWND list);
 bool answerTextList(LPARAM notification,
                     const std::function<std::string(std::size_t row, int column)>& textOf);
 
-/// The row that the user has just chosen, when that is what a notification tells.
+/// The row that the user has just chosen, maybe once more, when that is what a notification tells.
+/// For one click it may come twice.
 std::optional<std::size_t> rowChosenBy(LPARAM notification);
 
 } // namespace facetor
