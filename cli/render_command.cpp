@@ -73,10 +73,11 @@ void drawRepeatedly(View& view, Engine& engine, const Model& model, const Render
     }
     line.clear();
     std::sort(durations.begin(), durations.end());
-    std::fprintf(
-        reportStream(options.output), "frame: median %s us, min %s us, %s polygons drawn\n",
-        std::to_string(durations[durations.size() / 2]).c_str(),
-        std::to_string(durations.front()).c_str(), std::to_string(engine.entryCount).c_str());
+    std::fprintf(reportStream(options.output),
+                 "frame: median %s us, min %s us, %s polygons drawn\n",
+                 std::to_string(durations[durations.size() / 2]).c_str(),
+                 std::to_string(durations.front()).c_str(),
+                 std::to_string(std::min(engine.entryCount, view.drawnPolygons)).c_str());
 }
 
 template <typename Store>
