@@ -1,6 +1,7 @@
 #include "commands/edit_commands.h"
 
 #include "state/editor.h"
+#include "view/select_more.h"
 #include "windows/editing.h"
 #include "windows/hierarchy_window.h"
 #include "windows/model_view_window.h"
@@ -39,6 +40,7 @@ void undo(Editor& editor)
     redrawTextures(editor);
     if (message != Message::none)
         alert(editor.alerts, editor.mainWindow, message, AlertStyle::exclamation);
+    dropHidden(editor.document.model, editor.view.hidden); // marks have come back as well
     requestRedraw(editor);
 }
 
@@ -55,6 +57,7 @@ void step(Editor& editor, Direction direction)
     const bool isReadModel = (name == Word::stepImportAgain || name == Word::stepReread) &&
                              document.modelRevision != revision; // textures are read again, too
     if (isReadModel || document.model.totalPolygonCount != polygonCount) editor.view.hidden.reset();
+    dropHidden(document.model, editor.view.hidden); // marks have come back as well
     if (otherModel) fitModel(editor.view, editor.engine, document.model, viewSize(editor));
     showTitle(editor);
     if (document.textureFile != textureFile) showTextureTitle(editor, {});
