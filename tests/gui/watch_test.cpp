@@ -2,16 +2,19 @@
 // program.
 #include "base/file.h"
 #include "base/temporary_folder.h"
+#include "commands/watched_pictures.h"
 #include "driver/running_editor.h"
 #include "gui/model_files.h"
 #include "image/png_codec.h"
 #include "resources/resource_ids.h"
+#include "watch/picture_store.h"
 
 #include <gtest/gtest.h>
 
 #include <windows.h>
 
 #include <filesystem>
+#include <utility>
 #include <vector>
 
 namespace facetor {
@@ -214,6 +217,16 @@ TEST(Watch, ATextureFollowsThePictureThatItCameFrom)
     }
     writePicture(picture, 8, red); // while nobody looks
     const RunningEditor editor({list}, Platform::nt, nullptr, {}, folder.file("kept"));
+    editor.call([&](Editor& e) { // a name that leads out of the plug-ins' folder is none of them
+        const PictureLinks links = std::exchange(e.watching.links, {});
+        ASSERT_FALSE(links.empty());
+        PictureLink stranger = links.front();
+        stranger.plugIn = "..\\PlugIn\\" + stranger.plugIn;
+        writeTextFile(e.watching.picturesPath, formatPictures({{{list, {stranger}}}}));
+        recallPictures(e, list);
+        EXPECT_TRUE(e.watching.links.empty());
+        e.watching.links = links;
+    });
     editor.call(
         [](Editor& e) { (void)e.runCommand(e, CommandWindow::textures, IDM_TEXTURE_WATCH, 0); });
     EXPECT_TRUE(waitUntil([&] { return texelOf(editor, 1) == red; }));

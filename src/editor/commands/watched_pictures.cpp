@@ -3,6 +3,7 @@
 #include "base/file.h"
 #include "base/file_lock.h"
 #include "base/folder.h"
+#include "base/text.h"
 #include "commands/plug_in_commands.h"
 #include "exchange/foreign_file.h"
 #include "session/file_names.h"
@@ -60,6 +61,15 @@ void setStamp(PictureLinks& links, const std::string& path, const FileStamp& sta
 {
     for (PictureLink& link : links)
         if (link.path == path) link.stamp = stamp;
+}
+
+/// Whether a name is that of a plug-in which the start found: any other would lead out of their
+/// folder, to a library that nobody chose.
+bool readsImages(const Editor& editor, const std::string& plugIn)
+{
+    return std::ranges::any_of(editor.plugIns.import.files, [&](const std::string& file) {
+        return equalIgnoringCase(file, plugIn);
+    });
 }
 
 /// Shares the texels of the image with a slot.
@@ -132,9 +142,11 @@ void recallPictures(Editor& editor, const std::string& path)
     if (file.empty()) return;
     const std::optional<PictureStore> store = readStore(file);
     if (!store) return;
-    const PictureLinks known = liveLinks(linksOf(*store, path), editor.document.textures);
+    PictureLinks known = linksOf(*store, path);
+    std::erase_if(known,
+                  [&](const PictureLink& link) { return !readsImages(editor, link.plugIn); });
     PictureLinks& links = editor.watching.links;
-    for (const PictureLink& link : known)
+    for (const PictureLink& link : liveLinks(known, editor.document.textures))
         if (std::ranges::find(links, link) == links.end()) links.push_back(link);
 }
 
