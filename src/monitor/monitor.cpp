@@ -23,10 +23,13 @@ int scaled(HWND window, int pixels)
 void keepSettings(const Monitor& monitor)
 {
     if (monitor.settings.empty()) return;
-    WritePrivateProfileStringA("Monitor", "Folder", monitor.options.folder.c_str(),
-                               monitor.settings.c_str());
-    WritePrivateProfileStringA("Monitor", "Command", monitor.options.command.c_str(),
-                               monitor.settings.c_str());
+    const auto keep = [&](const char* key, const std::string& value) {
+        // Reading strips one pair of quotes, which must not be those of a program's name.
+        WritePrivateProfileStringA("Monitor", key, ('"' + value + '"').c_str(),
+                                   monitor.settings.c_str());
+    };
+    keep("Folder", monitor.options.folder);
+    keep("Command", monitor.options.command);
 }
 
 } // namespace facetor
