@@ -1,9 +1,10 @@
 #include "monitor/command_runner.h"
 
-#include "ui/handles.h"
-
+#include <algorithm>
 #include <array>
 #include <memory>
+#include <system_error>
+#include <utility>
 
 namespace facetor {
 
@@ -18,24 +19,44 @@ std::string systemText(DWORD error)
     return length == 0 ? "error " + std::to_string(error) : std::string(text.data(), length);
 }
 
-/// Reads what is in the pipe by now. False when nobody writes into it any more.
+using Pipe = UniqueHandle<HANDLE, CloseHandle>;
+
+/// Reads what is in the pipe by now, of a command that writes without end a part. True when there
+/// may be more.
 bool readSome(HANDLE pipe, std::string& output)
 {
-    for (;;) {
-        DWORD there = 0;
-        if (!PeekNamedPipe(pipe, nullptr, 0, nullptr, &there, nullptr)) return false;
-        if (there == 0) return true;
-        std::array<char, 4096> bytes;
-        DWORD read = 0;
-        if (!ReadFile(pipe, bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr))
+    std::array<char, 4096> bytes;
+    for (std::size_t taken = 0; taken < CommandRunner::longestOutput;) {
+        DWORD there = 0, read = 0;
+        if (!PeekNamedPipe(pipe, nullptr, 0, nullptr, &there, nullptr) || there == 0 ||
+            !ReadFile(pipe, bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr))
             return false;
         const std::size_t room = CommandRunner::longestOutput - output.size();
         output.append(bytes.data(), std::min<std::size_t>(read, room));
+        taken += read;
+    }
+    return true;
+}
+
+/// Reads on what nobody wants: a program that can no longer write might give up what it does.
+void drain(Pipe pipe)
+{
+    try {
+        std::thread([pipe = std::move(pipe)] {
+            std::array<char, 4096> bytes;
+            DWORD read = 0;
+            while (ReadFile(pipe.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read,
+                            nullptr)) {
+            }
+        }).detach();
+    } catch (const std::system_error&) { // the pipe is closed then
     }
 }
 
-/// Runs one command to its end, or until `stop` is set.
-void runCommand(CommandRunner::Result& result, std::string commandLine, HANDLE stop)
+} // namespace
+
+/// Runs one command to its end, or until one of the events is set.
+void CommandRunner::runCommand(Result& result, std::string commandLine) const
 {
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
     HANDLE readEnd = nullptr, writeEnd = nullptr;
@@ -43,13 +64,11 @@ void runCommand(CommandRunner::Result& result, std::string commandLine, HANDLE s
         result.output = systemText(GetLastError());
         return;
     }
-    const UniqueHandle<HANDLE, CloseHandle> reader(readEnd);
-    UniqueHandle<HANDLE, CloseHandle> writer(writeEnd);
+    Pipe reader(readEnd), writer(writeEnd);
     SetHandleInformation(readEnd, HANDLE_FLAG_INHERIT, 0);
     STARTUPINFOA start{};
     start.cb = sizeof start;
-    start.dwFlags = STARTF_USESTDHANDLES | STARTF_USESHOWWINDOW;
-    start.wShowWindow = SW_HIDE;
+    start.dwFlags = STARTF_USESTDHANDLES;
     start.hStdOutput = start.hStdError = writeEnd;
     PROCESS_INFORMATION process{};
     if (!CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW,
@@ -60,19 +79,26 @@ void runCommand(CommandRunner::Result& result, std::string commandLine, HANDLE s
     const UniqueHandle<HANDLE, CloseHandle> running(process.hProcess), thread(process.hThread);
     writer.reset(); // what the command inherited is the last one open
     result.started = true;
-    const std::array<HANDLE, 2> events{running.get(), stop};
+    PostMessageA(window_, began_, result.image, 0);
+    const std::array<HANDLE, 3> events{running.get(), stop_.get(), leave_.get()};
     constexpr DWORD pollInterval = 20; // ms: a full pipe would hold the command up
-    while (WaitForMultipleObjects(2, events.data(), FALSE, pollInterval) == WAIT_TIMEOUT)
-        readSome(reader.get(), result.output);
-    readSome(reader.get(), result.output);
-    GetExitCodeProcess(running.get(), &result.exitStatus);
+    DWORD event = WAIT_TIMEOUT;
+    for (bool more = false; event == WAIT_TIMEOUT;) {
+        event = WaitForMultipleObjects(static_cast<DWORD>(events.size()), events.data(), FALSE,
+                                       more ? 0 : pollInterval);
+        more = readSome(reader.get(), result.output);
+    }
+    result.left = event != WAIT_OBJECT_0;
+    if (result.left)
+        drain(std::move(reader));
+    else
+        GetExitCodeProcess(running.get(), &result.exitStatus);
 }
 
-} // namespace
-
-CommandRunner::CommandRunner(HWND window, UINT message)
-    : window_(window), message_(message), stop_(CreateEventA(nullptr, TRUE, FALSE, nullptr)),
-      thread_([this] { work(); })
+CommandRunner::CommandRunner(HWND window, UINT began, UINT ended)
+    : window_(window), began_(began), ended_(ended),
+      stop_(CreateEventA(nullptr, TRUE, FALSE, nullptr)),
+      leave_(CreateEventA(nullptr, TRUE, FALSE, nullptr)), thread_([this] { work(); })
 {
 }
 
@@ -82,10 +108,9 @@ CommandRunner::~CommandRunner()
         const std::lock_guard lock(mutex_);
         ends_ = true;
     }
-    SetEvent(stop_);
+    SetEvent(stop_.get());
     wake_.notify_one();
     thread_.join();
-    CloseHandle(stop_);
 }
 
 void CommandRunner::run(std::size_t image, const std::string& commandLine)
@@ -95,6 +120,12 @@ void CommandRunner::run(std::size_t image, const std::string& commandLine)
         jobs_.push_back({image, commandLine});
     }
     wake_.notify_one();
+}
+
+void CommandRunner::leave(std::size_t image)
+{
+    const std::lock_guard lock(mutex_);
+    if (running_ == image) SetEvent(leave_.get());
 }
 
 void CommandRunner::work()
@@ -107,10 +138,12 @@ void CommandRunner::work()
             if (ends_) return;
             job = std::move(jobs_.front());
             jobs_.pop_front();
+            running_ = job.image;
+            ResetEvent(leave_.get()); // it was for the one before
         }
-        auto result = std::make_unique<Result>(Result{job.image, false, 0, {}});
-        runCommand(*result, std::move(job.commandLine), stop_);
-        if (PostMessageA(window_, message_, 0, reinterpret_cast<LPARAM>(result.get())))
+        auto result = std::make_unique<Result>(Result{job.image, false, false, 0, {}});
+        runCommand(*result, std::move(job.commandLine));
+        if (PostMessageA(window_, ended_, 0, reinterpret_cast<LPARAM>(result.get())))
             static_cast<void>(result.release()); // the window's now
     }
 }

@@ -2,9 +2,16 @@
 
 #include "ui/handles.h"
 
+#include <algorithm>
 #include <array>
 
 namespace facetor {
+
+Entry* findEntry(Monitor& monitor, std::size_t number)
+{
+    const auto found = std::ranges::find(monitor.entries, number, &Entry::number);
+    return found == monitor.entries.end() ? nullptr : &*found;
+}
 
 std::string resourceText(UINT number)
 {

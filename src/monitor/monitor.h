@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 #include <windows.h>
@@ -15,9 +16,11 @@ namespace facetor {
 
 /// An image that came in, as the list shows it.
 struct Entry {
+    std::size_t number = 0; ///< of all that came in, from 0
     std::string time, path, result, output;
     std::uint64_t size = 0;
     ReceivedImage image;
+    bool isDone = false; ///< it is copied, and its command is over
 };
 
 /// The monitor's window with what it shows and has been told.
@@ -27,7 +30,9 @@ struct Monitor {
     std::string settings;
     ReceivedScene scene;
     Preview preview;
-    std::vector<Entry> entries;
+    std::vector<Entry> entries; ///< as the list has them
+    std::size_t receivedCount = 0;
+    std::optional<std::size_t> running; ///< the number of the image that the command runs on
     std::unique_ptr<CommandRunner> runner;
     int exitStatus = 0;
 };
@@ -35,6 +40,10 @@ struct Monitor {
 /// Sent to the monitor's window.
 constexpr UINT commandEnded = WM_APP;      ///< lParam: a CommandRunner::Result
 constexpr UINT imageReceived = WM_APP + 1; ///< wParam: the image's number
+constexpr UINT commandBegan = WM_APP + 2;  ///< wParam: the image's number
+
+/// The image of a number; nullptr when it was cleared. Until another comes in.
+Entry* findEntry(Monitor& monitor, std::size_t number);
 
 /// A text of the program's resources, in the user's language.
 std::string resourceText(UINT number);

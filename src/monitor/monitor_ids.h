@@ -10,6 +10,7 @@
 #define IDM_MONITOR_COMMAND 202
 #define IDM_MONITOR_CLEAR 203
 #define IDM_MONITOR_EXIT 204
+#define IDM_MONITOR_LEAVE 205
 
 #define IDD_MONITOR_COMMAND 300
 #define IDC_MONITOR_COMMAND 301
@@ -36,6 +37,8 @@
 #define IDS_NOTHING_THERE 20018
 #define IDS_CANNOT_READ 20019
 #define IDS_OUTPUT 20020
+#define IDS_COMMAND_WAITS 20021
+#define IDS_LEFT 20022
 
 // What is said of an image (monitor/image_words.cpp).
 #define IDS_MODEL 20040

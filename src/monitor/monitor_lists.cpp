@@ -129,9 +129,12 @@ void showNewImage(Monitor& monitor)
 
 void setResult(Monitor& monitor, std::size_t number, const std::string& result)
 {
-    monitor.entries[number].result = result;
-    setCell(monitor.images, static_cast<int>(number), 4, result);
-    if (selectedImage(monitor) == static_cast<int>(number)) showDetails(monitor);
+    Entry* const entry = findEntry(monitor, number);
+    if (!entry) return;
+    entry->result = result;
+    const int row = static_cast<int>(entry - monitor.entries.data());
+    setCell(monitor.images, row, 4, result);
+    if (selectedImage(monitor) == row) showDetails(monitor);
 }
 
 void showDetails(const Monitor& monitor)
@@ -171,10 +174,11 @@ void showStatus(const Monitor& monitor)
 
 void clearList(Monitor& monitor)
 {
-    for (const Entry& entry : monitor.entries)
-        if (entry.result == resourceText(IDS_RUNNING)) return; // its result would find no entry
-    monitor.entries.clear();
-    ListView_DeleteAllItems(monitor.images);
+    for (std::size_t i = monitor.entries.size(); i-- > 0;) {
+        if (!monitor.entries[i].isDone) continue;
+        ListView_DeleteItem(monitor.images, static_cast<int>(i));
+        monitor.entries.erase(monitor.entries.begin() + static_cast<std::ptrdiff_t>(i));
+    }
     showDetails(monitor);
     showStatus(monitor);
 }

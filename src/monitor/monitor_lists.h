@@ -19,7 +19,7 @@ void placeChildren(Monitor& monitor);
 /// Adds the last of Monitor::entries to the images, and selects it.
 void showNewImage(Monitor& monitor);
 
-/// Says what has become of an image.
+/// Says what has become of an image. Does nothing for one that was cleared.
 void setResult(Monitor& monitor, std::size_t number, const std::string& result);
 
 /// Shows blocks and output of the image that is selected.
@@ -28,7 +28,7 @@ void showDetails(const Monitor& monitor);
 /// Shows where copies go and what is run in the status bar.
 void showStatus(const Monitor& monitor);
 
-/// Forgets all images; nothing happens while a command runs on one.
+/// Forgets the images that are done; those that a command runs on or waits for stay.
 void clearList(Monitor& monitor);
 
 } // namespace facetor

@@ -57,6 +57,11 @@ void chooseCommand(Monitor& monitor)
 
 } // namespace
 
+void refreshMenu(const Monitor& monitor, HMENU menu)
+{
+    EnableMenuItem(menu, IDM_MONITOR_LEAVE, monitor.running ? MF_ENABLED : MF_GRAYED);
+}
+
 void runMenuCommand(Monitor& monitor, int command)
 {
     switch (command) {
@@ -67,6 +72,9 @@ void runMenuCommand(Monitor& monitor, int command)
         showStatus(monitor);
         break;
     case IDM_MONITOR_COMMAND: chooseCommand(monitor); break;
+    case IDM_MONITOR_LEAVE:
+        if (monitor.running) monitor.runner->leave(*monitor.running);
+        break;
     case IDM_MONITOR_CLEAR: clearList(monitor); break;
     case IDM_MONITOR_EXIT: DestroyWindow(monitor.window); break;
     default: break;

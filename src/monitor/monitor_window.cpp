@@ -39,9 +39,11 @@ LRESULT CALLBACK monitorProcedure(HWND window, UINT message, WPARAM wParam, LPAR
             note->idFrom == imageList && note->code == LVN_ITEMCHANGED)
             showDetails(*monitor);
         return 0;
+    case WM_INITMENUPOPUP: refreshMenu(*monitor, reinterpret_cast<HMENU>(wParam)); return 0;
     case WM_COMMAND: runMenuCommand(*monitor, LOWORD(wParam)); return 0;
     case WM_SETFOCUS: SetFocus(monitor->images); return 0;
     case imageReceived: handOn(*monitor, wParam); return 0;
+    case commandBegan: beginCommand(*monitor, wParam); return 0;
     case commandEnded: {
         const std::unique_ptr<CommandRunner::Result> result(
             reinterpret_cast<CommandRunner::Result*>(lParam));
@@ -105,7 +107,7 @@ int runMonitor(const MonitorOptions& options, const std::string& settings, int s
                         CW_USEDEFAULT, CW_USEDEFAULT, scaled(nullptr, width),
                         scaled(nullptr, height), nullptr, nullptr, instance, &monitor);
     if (!window) return 1;
-    monitor.runner = std::make_unique<CommandRunner>(window, commandEnded);
+    monitor.runner = std::make_unique<CommandRunner>(window, commandBegan, commandEnded);
     if (!options.hidden) ShowWindow(window, showCommand);
     MSG message{};
     while (GetMessageA(&message, nullptr, 0, 0) > 0) {

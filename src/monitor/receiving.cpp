@@ -46,7 +46,10 @@ void writeLog(const Monitor& monitor, const Entry& entry)
 /// Ends a run with MonitorOptions::once when its image is done.
 void finishImage(Monitor& monitor, std::size_t number, bool good)
 {
-    writeLog(monitor, monitor.entries[number]);
+    if (Entry* const entry = findEntry(monitor, number)) {
+        entry->isDone = true;
+        writeLog(monitor, *entry);
+    }
     if (!monitor.options.once) return;
     monitor.exitStatus = good ? 0 : 1;
     DestroyWindow(monitor.window);
@@ -57,6 +60,7 @@ void finishImage(Monitor& monitor, std::size_t number, bool good)
 bool receive(Monitor& monitor, const std::string& path)
 {
     Entry entry;
+    entry.number = monitor.receivedCount++;
     entry.time = now("%04d-%02d-%02d %02d:%02d:%02d");
     entry.path = path;
     if (const auto bytes = readFile(path)) {
@@ -72,7 +76,7 @@ bool receive(Monitor& monitor, const std::string& path)
     monitor.entries.push_back(entry);
     showNewImage(monitor);
     if (accepted) monitor.preview.show(monitor.scene);
-    PostMessageA(monitor.window, imageReceived, monitor.entries.size() - 1, 0);
+    PostMessageA(monitor.window, imageReceived, entry.number, 0);
     return accepted;
 }
 
@@ -89,8 +93,9 @@ LRESULT receiveCopyData(Monitor& monitor, const COPYDATASTRUCT& data)
 
 void handOn(Monitor& monitor, std::size_t number)
 {
-    if (number >= monitor.entries.size()) return; // the list was cleared meanwhile
-    const Entry& entry = monitor.entries[number];
+    const Entry* const found = findEntry(monitor, number);
+    if (!found) return;
+    const Entry& entry = *found;
     if (!entry.image.reason.empty()) {
         finishImage(monitor, number, false);
         return;
@@ -113,19 +118,25 @@ void handOn(Monitor& monitor, std::size_t number)
         finishImage(monitor, number, true);
         return;
     }
-    setResult(monitor, number, resourceText(IDS_RUNNING));
+    setResult(monitor, number, resourceText(IDS_COMMAND_WAITS));
     monitor.runner->run(number, commandLineFor(monitor.options.command, path));
+}
+
+void beginCommand(Monitor& monitor, std::size_t number)
+{
+    monitor.running = number;
+    setResult(monitor, number, resourceText(IDS_RUNNING));
 }
 
 void endCommand(Monitor& monitor, const CommandRunner::Result& result)
 {
-    if (result.image >= monitor.entries.size()) return;
-    Entry& entry = monitor.entries[result.image];
-    entry.output = result.output;
+    monitor.running.reset();
+    if (Entry* const entry = findEntry(monitor, result.image)) entry->output = result.output;
     setResult(monitor, result.image,
-              result.started ? resourceText(IDS_FINISHED) + std::to_string(result.exitStatus)
-                             : resourceText(IDS_NOT_STARTED) + result.output);
-    finishImage(monitor, result.image, result.started && result.exitStatus == 0);
+              result.left      ? resourceText(IDS_LEFT)
+              : result.started ? resourceText(IDS_FINISHED) + std::to_string(result.exitStatus)
+                               : resourceText(IDS_NOT_STARTED) + result.output);
+    finishImage(monitor, result.image, result.started && !result.left && result.exitStatus == 0);
 }
 
 } // namespace facetor

@@ -9,10 +9,13 @@ namespace facetor {
 /// 1 when it was refused: copies and commands come later, with imageReceived.
 LRESULT receiveCopyData(Monitor& monitor, const COPYDATASTRUCT& data);
 
-/// Copies an accepted image and runs the command on it.
+/// Copies an accepted image and has the command run on it.
 void handOn(Monitor& monitor, std::size_t number);
 
-/// Shows what a command has written and how it has ended.
+/// Says that the command on an image has begun.
+void beginCommand(Monitor& monitor, std::size_t number);
+
+/// Shows what a command has written and how it has ended, or that it goes on by itself.
 void endCommand(Monitor& monitor, const CommandRunner::Result& result);
 
 } // namespace facetor
