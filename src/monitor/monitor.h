@@ -1,11 +1,13 @@
 #pragma once
 
+#include "base/bytes.h"
 #include "monitor/command_runner.h"
 #include "monitor/monitor_options.h"
 #include "monitor/preview.h"
 #include "output/received_image.h"
 
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,7 +22,9 @@ struct Entry {
     std::string time, path, result, output;
     std::uint64_t size = 0;
     ReceivedImage image;
-    bool isDone = false; ///< it is copied, and its command is over
+    Bytes bytes;           ///< that were checked, until they are handed on
+    std::string temporary; ///< the file that the command gets where no copies are kept; else empty
+    bool isDone = false;   ///< it is copied, and its command is over
 };
 
 /// The monitor's window with what it shows and has been told.
@@ -32,7 +36,8 @@ struct Monitor {
     Preview preview;
     std::vector<Entry> entries; ///< as the list has them
     std::size_t receivedCount = 0;
-    std::optional<std::size_t> running; ///< the number of the image that the command runs on
+    std::deque<std::string> temporaries; ///< Entry::temporary of commands that have ended
+    std::optional<std::size_t> running;  ///< the number of the image that the command runs on
     std::unique_ptr<CommandRunner> runner;
     int exitStatus = 0;
 };

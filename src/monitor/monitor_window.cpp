@@ -116,6 +116,7 @@ int runMonitor(const MonitorOptions& options, const std::string& settings, int s
         DispatchMessageA(&message);
     }
     monitor.runner.reset(); // before the window's state goes
+    removeTemporaries(monitor);
     return monitor.exitStatus;
 }
 

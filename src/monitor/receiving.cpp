@@ -1,14 +1,17 @@
 #include "monitor/receiving.h"
 
 #include "base/file.h"
+#include "base/folder.h"
 #include "monitor/image_words.h"
 #include "monitor/monitor_ids.h"
 #include "monitor/monitor_lists.h"
+#include "session/file_names.h"
 #include "ui/handles.h"
 #include "ui/status_bar.h"
 
 #include <array>
 #include <cstdio>
+#include <utility>
 
 namespace facetor {
 
@@ -63,9 +66,10 @@ bool receive(Monitor& monitor, const std::string& path)
     entry.number = monitor.receivedCount++;
     entry.time = now("%04d-%02d-%02d %02d:%02d:%02d");
     entry.path = path;
-    if (const auto bytes = readFile(path)) {
+    if (auto bytes = readFile(path)) {
         entry.size = bytes->size();
         entry.image = receiveImage(monitor.scene, *bytes);
+        entry.bytes = std::move(*bytes);
     } else {
         entry.image.reason = resourceText(IDS_CANNOT_READ);
     }
@@ -73,11 +77,40 @@ bool receive(Monitor& monitor, const std::string& path)
     entry.result = accepted ? resourceText(IDS_ACCEPTED)
                             : resourceText(IDS_REFUSED) + imageWords(entry.image.reason);
 
-    monitor.entries.push_back(entry);
+    PostMessageA(monitor.window, imageReceived, entry.number, 0);
+    monitor.entries.push_back(std::move(entry));
     showNewImage(monitor);
     if (accepted) monitor.preview.show(monitor.scene);
-    PostMessageA(monitor.window, imageReceived, entry.number, 0);
     return accepted;
+}
+
+/// A path in a folder where nothing stands: the moment, then a name.
+std::string freePath(const std::string& folder, const std::string& name)
+{
+    for (;; Sleep(1)) {
+        SYSTEMTIME time{};
+        GetLocalTime(&time);
+        std::string path =
+            pathIn(folder, copyName(name, now("%04d%02d%02d-%02d%02d%02d"), time.wMilliseconds));
+        if (GetFileAttributesA(path.c_str()) == INVALID_FILE_ATTRIBUTES) return path;
+    }
+}
+
+/// A path for a file of the same name in a new folder of the system's for temporary files.
+std::string temporaryPath(const std::string& path)
+{
+    std::array<char, MAX_PATH + 1> system{};
+    GetTempPathA(static_cast<DWORD>(system.size()), system.data());
+    const std::string folder = freePath(system.data(), "FacetorMonitor");
+    (void)makeFolder(folder); // what then fails is the writing
+    return pathIn(folder, fileNameOf(path));
+}
+
+void removeTemporary(const std::string& path)
+{
+    if (path.empty()) return;
+    (void)removeFile(path);
+    RemoveDirectoryA(path.substr(0, path.find_last_of('\\')).c_str()); // not with more in it
 }
 
 } // namespace
@@ -93,33 +126,31 @@ LRESULT receiveCopyData(Monitor& monitor, const COPYDATASTRUCT& data)
 
 void handOn(Monitor& monitor, std::size_t number)
 {
-    const Entry* const found = findEntry(monitor, number);
-    if (!found) return;
-    const Entry& entry = *found;
-    if (!entry.image.reason.empty()) {
+    Entry* const entry = findEntry(monitor, number);
+    if (!entry) return;
+    const std::string &folder = monitor.options.folder, &command = monitor.options.command;
+    // The editor may write the file again before the command begins.
+    const Bytes bytes = std::exchange(entry->bytes, {});
+    const bool accepted = entry->image.reason.empty();
+    if (!accepted || (folder.empty() && command.empty())) {
+        finishImage(monitor, number, accepted);
+        return;
+    }
+    const std::string path =
+        folder.empty() ? temporaryPath(entry->path) : freePath(folder, entry->path);
+    if (folder.empty()) entry->temporary = path;
+    if (writeFile(path, bytes) != Message::none) {
+        removeTemporary(std::exchange(entry->temporary, {}));
+        setResult(monitor, number, resourceText(IDS_NOT_COPIED) + path);
         finishImage(monitor, number, false);
         return;
     }
-    std::string path = entry.path;
-    if (!monitor.options.folder.empty()) {
-        SYSTEMTIME time{};
-        GetLocalTime(&time);
-        const std::string copy =
-            monitor.options.folder + '\\' +
-            copyName(path, now("%04d%02d%02d-%02d%02d%02d"), time.wMilliseconds);
-        if (!CopyFileA(path.c_str(), copy.c_str(), TRUE)) {
-            setResult(monitor, number, resourceText(IDS_NOT_COPIED) + copy);
-            finishImage(monitor, number, false);
-            return;
-        }
-        path = copy;
-    }
-    if (monitor.options.command.empty()) {
+    if (command.empty()) {
         finishImage(monitor, number, true);
         return;
     }
     setResult(monitor, number, resourceText(IDS_COMMAND_WAITS));
-    monitor.runner->run(number, commandLineFor(monitor.options.command, path));
+    monitor.runner->run(number, commandLineFor(command, path));
 }
 
 void beginCommand(Monitor& monitor, std::size_t number)
@@ -131,12 +162,26 @@ void beginCommand(Monitor& monitor, std::size_t number)
 void endCommand(Monitor& monitor, const CommandRunner::Result& result)
 {
     monitor.running.reset();
-    if (Entry* const entry = findEntry(monitor, result.image)) entry->output = result.output;
+    if (Entry* const entry = findEntry(monitor, result.image)) {
+        entry->output = result.output;
+        if (!entry->temporary.empty()) monitor.temporaries.push_back(entry->temporary);
+        entry->temporary.clear();
+    }
+    constexpr std::size_t keptTemporaries = 8; // a monitor may run for months
+    for (; monitor.temporaries.size() > keptTemporaries; monitor.temporaries.pop_front())
+        removeTemporary(monitor.temporaries.front());
     setResult(monitor, result.image,
               result.left      ? resourceText(IDS_LEFT)
               : result.started ? resourceText(IDS_FINISHED) + std::to_string(result.exitStatus)
                                : resourceText(IDS_NOT_STARTED) + result.output);
     finishImage(monitor, result.image, result.started && !result.left && result.exitStatus == 0);
+}
+
+void removeTemporaries(Monitor& monitor)
+{
+    for (const std::string& path : monitor.temporaries) removeTemporary(path);
+    for (const Entry& entry : monitor.entries)
+        if (entry.number != monitor.running) removeTemporary(entry.temporary);
 }
 
 } // namespace facetor
