@@ -7,8 +7,10 @@ namespace facetor {
 
 template <typename Deed> void FileWatch::forChanged(const WatchAction& action, const Deed& deed)
 {
-    for (File& file : filesOf(action.part))
-        if (std::ranges::find(action.changed, file.path) != action.changed.end()) deed(file);
+    for (File& file : filesOf(action.part)) {
+        const auto changed = std::ranges::find(action.changed, file.path, &ChangedFile::path);
+        if (changed != action.changed.end()) deed(file, changed->seen);
+    }
 }
 
 void FileWatch::watch(WatchedPart part, std::vector<WatchedFile> files)
@@ -84,7 +86,7 @@ std::optional<WatchAction> FileWatch::next(const WatchFacts& facts, std::uint64_
             if (file.isMissing() && now - file.since < watchPatience) waits = true;
             if (!file.hasChanged()) continue;
             if (isDue(file, now))
-                action.changed.push_back(file.path);
+                action.changed.push_back({file.path, file.seen});
             else
                 waits = true;
             agreed = agreed && file.agreed;
@@ -100,21 +102,21 @@ std::optional<WatchAction> FileWatch::next(const WatchFacts& facts, std::uint64_
 
 void FileWatch::agree(const WatchAction& action)
 {
-    forChanged(action, [](File& file) { file.agreed = true; });
+    forChanged(action, [](File& file, const FileStamp&) { file.agreed = true; });
 }
 
 void FileWatch::decline(const WatchAction& action)
 {
-    forChanged(action, [](File& file) { file.known = file.seen; });
+    forChanged(action, [](File& file, const FileStamp& seen) { file.known = seen; });
 }
 
 bool FileWatch::fail(const WatchAction& action, std::uint64_t now)
 {
     bool isLast = false;
-    forChanged(action, [&](File& file) {
+    forChanged(action, [&](File& file, const FileStamp& seen) {
         file.retryAt = now + watchRetryPause;
         if (++file.attempts < watchAttempts) return;
-        file.known = file.seen;
+        file.known = seen;
         isLast = true;
     });
     return isLast;

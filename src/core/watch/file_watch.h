@@ -40,11 +40,17 @@ inline constexpr std::uint64_t watchPatience = 2000;
 inline constexpr std::uint64_t watchRetryPause = 500;
 inline constexpr unsigned watchAttempts = 10;
 
+/// A file that has changed, and what was seen of it.
+struct ChangedFile {
+    std::string path;
+    FileStamp seen;
+};
+
 /// What is to be done now.
 struct WatchAction {
     WatchedPart part;
-    bool asks = false;                ///< before it reads: something would be lost
-    std::vector<std::string> changed; ///< the files that have changed
+    bool asks = false; ///< before it reads: something would be lost
+    std::vector<ChangedFile> changed;
 };
 
 /// What a decision rests on.
@@ -77,7 +83,8 @@ public:
     /// The user wants what stands there now: nothing of it is asked again, also when it takes some
     /// attempts to read it.
     void agree(const WatchAction& action);
-    /// He does not. Until the next change that is all.
+    /// He does not. Until the next change that is all; one that came while he was asked is the
+    /// next.
     void decline(const WatchAction& action);
     /// It could not be read, perhaps because it is still being written. True for the last attempt:
     /// then the next change is waited for.

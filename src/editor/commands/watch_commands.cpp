@@ -199,9 +199,10 @@ Reread reread(Editor& editor, const WatchAction& action)
 /// Whether the user wants it.
 bool asks(Editor& editor, const WatchAction& action)
 {
-    setAlertTexts(editor.alerts, fileNameOf(action.changed.front()), {});
+    const std::string& path = action.changed.front().path;
+    setAlertTexts(editor.alerts, fileNameOf(path), {});
     return alert(editor.alerts, editor.mainWindow, Message::rereadChanged, AlertStyle::choice,
-                 action.changed.front()) == AlertButton::yes;
+                 path) == AlertButton::yes;
 }
 
 void lookAtDocument(Editor& editor)
@@ -306,7 +307,7 @@ CommandOutcome rereadChanged(Editor& editor)
     if (!isRunning(editor)) return CommandOutcome::abandoned;
     const auto tell = [&](Word word, const std::string& more) {
         editor.statusLine = expandPlaceholders(loadCatalogueText(editor.mainWindow, word),
-                                               fileNameOf(action->changed.front()), more);
+                                               fileNameOf(action->changed.front().path), more);
     };
     if (end.done)
         tell(Word::statusReread, {});

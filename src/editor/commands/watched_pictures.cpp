@@ -95,7 +95,8 @@ void rereadPictures(Editor& editor, const WatchAction& action)
     TextureList& list = editor.document.textures;
     const PictureLinks live = liveLinks(watching.links, list);
     std::vector<RereadPicture> pictures;
-    for (const std::string& path : action.changed) {
+    for (const ChangedFile& changed : action.changed) {
+        const std::string& path = changed.path;
         const FileStamp stamp = stampOf(path);
         std::map<std::string, RereadPicture> byPlugIn;
         for (const PictureLink& link : live)
@@ -113,7 +114,7 @@ void rereadPictures(Editor& editor, const WatchAction& action)
                 if (!picture.image.fault) pictures.push_back(std::move(picture));
         if (isWhole && !fault)
             setStamp(watching.links, path, stamp);
-        else if (watching.watch.fail({action.part, false, {path}}, GetTickCount64()) && fault) {
+        else if (watching.watch.fail({action.part, false, {changed}}, GetTickCount64()) && fault) {
             setStamp(watching.links, path, stamp);
             tell(editor, Word::statusNotReread, path, faultText(editor, *fault));
         }
