@@ -103,6 +103,15 @@ TEST(Watch, AModelIsReadAgainWithItsMarks)
     std::filesystem::rename(away, folder.path());
     writeCubeFile(model, 4);
     EXPECT_TRUE(waitUntil([&] { return polygonsOf(editor) == 4; }));
+
+    // What becomes of a file while another one is open is found when a step brings it back.
+    const std::string other = folder.file("other.mx3");
+    writeCubeFile(other, 2);
+    editor.open(other);
+    EXPECT_EQ(polygonsOf(editor), 2u);
+    writeCubeFile(model, 3);
+    editor.sendCommand(IDM_EDIT_STEP_BACK);
+    EXPECT_TRUE(waitUntil([&] { return polygonsOf(editor) == 3; }));
     editor.sendCommand(IDM_FILE_WATCH);
     editor.call([](Editor& e) { EXPECT_TRUE(e.watching.watch.paths().empty()); });
 }

@@ -155,6 +155,16 @@ TEST(FileWatch, AsksBeforeAFileThatWasNotThere)
     EXPECT_EQ(watcher.questions, 1);
 }
 
+TEST(FileWatch, WhatIsLeftStaysKnownUntilItIsWatchedAgain)
+{
+    FileWatch watch;
+    watch.watch(WatchedPart::model, {{"a", first}});
+    watch.watch(WatchedPart::model, {{"b", second}});
+    EXPECT_EQ(watch.left(WatchedPart::model), (std::vector<WatchedFile>{{"a", first}}));
+    watch.watch(WatchedPart::model, {{"a", second}});
+    EXPECT_EQ(watch.left(WatchedPart::model), (std::vector<WatchedFile>{{"b", second}}));
+}
+
 TEST(FileWatch, PicturesAreReadEachByItself)
 {
     Watcher watcher(WatchedPart::pictures);

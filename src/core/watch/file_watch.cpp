@@ -16,6 +16,13 @@ template <typename Deed> void FileWatch::forChanged(const WatchAction& action, c
 void FileWatch::watch(WatchedPart part, std::vector<WatchedFile> files)
 {
     std::vector<File>& watched = filesOf(part);
+    if (part != WatchedPart::pictures) {
+        std::vector<WatchedFile>& before = left(part);
+        for (const File& file : watched) before.push_back({file.path, file.known});
+        std::erase_if(before, [&](const WatchedFile& file) {
+            return std::ranges::find(files, file.path, &WatchedFile::path) != files.end();
+        });
+    }
     watched.clear();
     for (WatchedFile& file : files) {
         File& added = watched.emplace_back();
@@ -26,6 +33,11 @@ void FileWatch::watch(WatchedPart part, std::vector<WatchedFile> files)
     for (std::size_t i = 0; i < files_.size(); ++i)
         for (std::size_t k = 0; k < files_[i].size(); ++k)
             places_.emplace(files_[i][k].path, std::pair(i, k));
+}
+
+std::vector<WatchedFile>& FileWatch::left(WatchedPart part)
+{
+    return left_[static_cast<std::size_t>(part)];
 }
 
 std::vector<std::string> FileWatch::paths() const

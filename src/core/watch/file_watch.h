@@ -64,8 +64,11 @@ struct WatchFacts {
 /// forward. A file that goes away is nothing to act on; one that comes back is.
 class FileWatch {
 public:
-    /// Watches these files of a part, in place of those before.
+    /// Watches these files of a part, in place of those before, which stay known.
     void watch(WatchedPart part, std::vector<WatchedFile> files);
+    /// The files that a part was watched for before, but for pictures, as they were known when it
+    /// went to others: a document that comes back has contents of that time.
+    std::vector<WatchedFile>& left(WatchedPart part);
     /// All files that are watched, each once in ascending order.
     std::vector<std::string> paths() const;
     /// Those of a part as they are known, in the order in which they were given.
@@ -108,6 +111,7 @@ private:
     static bool isDue(const File& file, std::uint64_t now);
 
     std::array<std::vector<File>, watchedPartCount> files_;
+    std::array<std::vector<WatchedFile>, watchedPartCount> left_; ///< each path once
     /// Part and place of each path: a list may have thousands of pictures, all of which are looked
     /// at while one changes.
     std::unordered_multimap<std::string, std::pair<std::size_t, std::size_t>> places_;

@@ -1,5 +1,6 @@
 #include "commands/edit_commands.h"
 
+#include "commands/watch_commands.h"
 #include "state/editor.h"
 #include "view/select_more.h"
 #include "windows/editing.h"
@@ -53,6 +54,7 @@ void step(Editor& editor, Direction direction)
     const Revision revision = document.modelRevision;
     const std::uint32_t polygonCount = document.model.totalPolygonCount;
     const bool otherModel = takeStep(document, direction);
+    followStep(editor);
     // What is hidden is known by its place in the pools, where other polygons may stand now.
     const bool isReadModel = (name == Word::stepImportAgain || name == Word::stepReread) &&
                              document.modelRevision != revision; // textures are read again, too

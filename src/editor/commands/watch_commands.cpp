@@ -53,6 +53,19 @@ std::vector<WatchedFile> asTheyAre(const std::vector<std::string>& paths)
     return files;
 }
 
+/// The same, but for those that a part has left as it knew them then.
+std::vector<WatchedFile> asTheyWere(FileWatch& watch, WatchedPart part,
+                                    const std::vector<std::string>& paths)
+{
+    std::vector<WatchedFile> files = asTheyAre(paths);
+    const std::vector<WatchedFile>& left = watch.left(part);
+    for (WatchedFile& file : files)
+        if (const auto known = std::ranges::find(left, file.path, &WatchedFile::path);
+            known != left.end())
+            file.known = known->known;
+    return files;
+}
+
 std::vector<std::string> watchedPaths(const FileWatch& watch, WatchedPart part)
 {
     std::vector<std::string> paths;
@@ -217,9 +230,10 @@ void lookAtDocument(Editor& editor)
         (void)watching.looker.watch(paths, editor.mainWindow, messageFilesLooked);
 }
 
-} // namespace
+/// What the document has of a file that it did not have before.
+enum class Contents { present, former };
 
-void followDocument(Editor& editor)
+void follow(Editor& editor, Contents contents)
 {
     if (!isRunning(editor)) return;
     Watching& watching = editor.watching;
@@ -228,7 +242,10 @@ void followDocument(Editor& editor)
         const std::vector<std::string> paths =
             watching.files ? pathsOf(editor, part) : std::vector<std::string>();
         if (paths == watchedPaths(watching.watch, part)) continue;
-        watching.watch.watch(part, asTheyAre(paths));
+        watching.watch.watch(part, contents == Contents::former
+                                       ? asTheyWere(watching.watch, part, paths)
+                                       : asTheyAre(paths));
+        if (!watching.files) watching.watch.left(part).clear(); // nobody follows what they become
         // Another list's file, by a step or a recovery: what it held nobody has seen.
         if (part == WatchedPart::textures) watching.slotsOfFile.reset();
     }
@@ -237,6 +254,18 @@ void followDocument(Editor& editor)
     if (pictures != watching.watch.files(WatchedPart::pictures))
         watching.watch.watch(WatchedPart::pictures, std::move(pictures));
     lookAtDocument(editor);
+}
+
+} // namespace
+
+void followDocument(Editor& editor)
+{
+    follow(editor, Contents::present);
+}
+
+void followStep(Editor& editor)
+{
+    follow(editor, Contents::former);
 }
 
 void noteWritten(Editor& editor, WatchedPart part, std::span<const std::string> written)
@@ -248,6 +277,8 @@ void noteWritten(Editor& editor, WatchedPart part, std::span<const std::string> 
     };
     std::vector<WatchedFile> files = watching.watch.files(part);
     for (WatchedFile& file : files)
+        if (isWritten(file.path)) file.known = stampOf(file.path);
+    for (WatchedFile& file : watching.watch.left(part))
         if (isWritten(file.path)) file.known = stampOf(file.path);
     if (part == WatchedPart::textures) {
         // Under a new name the list is the document's once the command is done with it.

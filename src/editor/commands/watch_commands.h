@@ -16,8 +16,12 @@ struct Editor;
 // FileWatch; here it is carried out.
 
 /// Watches the files that the document has now, to be called after each command. Those that are
-/// watched already stay as they were read.
+/// watched already stay as they were read; others are known as they are now.
 void followDocument(Editor& editor);
+
+/// The same after a step, which brings files back as they were read before: what has become of them
+/// meanwhile is still to be found.
+void followStep(Editor& editor);
 
 /// These files of a part have just been written by the editor: they are known as they are now. What
 /// another program has done to the others is still to be found.
