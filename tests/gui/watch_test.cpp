@@ -243,6 +243,14 @@ TEST(Watch, ATextureFollowsThePictureThatItCameFrom)
         EXPECT_TRUE(areTexturesChanged(e.document));
         setTexturesChanged(e.document, false);
     });
+    editor.sendCommand(IDM_FILE_WATCH);
+    editor.call([&](Editor& e) { // Save keeps to the extension of lists, whatever the name was
+        e.document.textureFile = folder.file("list.123");
+        (void)e.runCommand(e, CommandWindow::textures, IDM_TEXTURE_SAVE, 0);
+        EXPECT_EQ(e.watching.watch.files(WatchedPart::textures),
+                  (std::vector<WatchedFile>{{list, stampOf(list)}}));
+        EXPECT_TRUE(e.watching.slotsOfFile.any());
+    });
 }
 
 TEST(Watch, AModelBringsItsTextureListWhereTheUserWantsThat)

@@ -63,7 +63,7 @@ CommandOutcome loadTextures(Editor& editor, const std::string& path)
     if (message != Message::none) return CommandOutcome::abandoned;
     showTextureTitle(editor, {});
     if (listBefore.slots().size() == document.textures.slots().size())
-        noteTexturesRead(editor, stamp, replacedSlots(listBefore, document.textures));
+        noteTexturesRead(editor, full, stamp, replacedSlots(listBefore, document.textures));
     return CommandOutcome::done;
 }
 
@@ -95,7 +95,7 @@ void openTexturesAlone(Editor& editor, const std::string& path)
     markTexturesSaved(document);
     showOpened(editor, path);
     showTextureTitle(editor, {});
-    noteTexturesRead(editor, stamp, usedSlots(document.textures));
+    noteTexturesRead(editor, path, stamp, usedSlots(document.textures));
 }
 
 /// Whether the list of a model's name is opened with it; asks the first time that there is one,
@@ -190,7 +190,10 @@ CommandOutcome saveTextures(Editor& editor)
         case PartlyRead::giveUp: return CommandOutcome::abandoned;
         case PartlyRead::replace: break;
         }
-    return writeTexturesAs(editor, textureSavePath(file), textureListFile);
+    const std::string path = textureSavePath(file);
+    const CommandOutcome outcome = writeTexturesAs(editor, path, textureListFile);
+    if (outcome == CommandOutcome::done) noteListFile(editor, path);
+    return outcome;
 }
 
 CommandOutcome saveTexturesAs(Editor& editor)
@@ -205,6 +208,7 @@ CommandOutcome saveTexturesAs(Editor& editor)
     if (writeTexturesAs(editor, chosen->path, chosen->filter) != CommandOutcome::done)
         return CommandOutcome::abandoned;
     file = chosen->path;
+    noteListFile(editor, chosen->filter == textureSourceFile ? std::string() : file);
     // Here, since other commands have the list saved as well before they go on.
     markTexturesSaved(editor.document);
     showTextureTitle(editor, file);

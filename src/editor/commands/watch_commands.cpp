@@ -28,13 +28,21 @@ struct Reread {
     std::string reason; ///< of a failure
 };
 
+/// The file that holds the document's texture list; empty for none.
+const std::string& listFileOf(const Editor& editor)
+{
+    const std::string& named = editor.document.textureFile;
+    const auto noted = editor.watching.listFiles.find(named);
+    return noted == editor.watching.listFiles.end() ? named : noted->second;
+}
+
 std::vector<std::string> pathsOf(const Editor& editor, WatchedPart part)
 {
     const Document& document = editor.document;
     std::vector<std::string> paths;
     switch (part) {
     case WatchedPart::model: paths.push_back(document.modelFile); break;
-    case WatchedPart::textures: paths.push_back(document.textureFile); break;
+    case WatchedPart::textures: paths.push_back(listFileOf(editor)); break;
     case WatchedPart::source:
         paths = filesOf(editor.imports, document.importedFrom);
         paths.push_back(document.importedFrom);
@@ -160,7 +168,7 @@ Reread rereadModel(Editor& editor)
 Reread rereadTextures(Editor& editor)
 {
     Document& document = editor.document;
-    const std::string path = document.textureFile;
+    const std::string path = listFileOf(editor);
     const FileStamp stamp = stampOf(path);
     TextureList list;
     const Reread end = readAnew(editor, path, stamp, [&](Reason* reason) {
@@ -182,7 +190,7 @@ Reread rereadTextures(Editor& editor)
         kind);
     // Slots that the file does not have stay, and are as unsaved as they were.
     if (!wasChanged || usedSlots(document.textures) == slots) markTexturesSaved(document);
-    noteTexturesRead(editor, stamp, slots);
+    noteTexturesRead(editor, path, stamp, slots);
     undoClear(document.undo);
     redrawTextures(editor);
     requestRedraw(editor);
@@ -292,12 +300,18 @@ void noteWritten(Editor& editor, WatchedPart part, std::span<const std::string> 
             if (isWritten(link.path)) link.stamp = stampOf(link.path);
 }
 
-void noteTexturesRead(Editor& editor, const FileStamp& stamp, const SlotSet& slots)
+void noteTexturesRead(Editor& editor, const std::string& path, const FileStamp& stamp,
+                      const SlotSet& slots)
 {
-    const std::string& path = editor.document.textureFile;
+    noteListFile(editor, path);
     editor.watching.watch.watch(WatchedPart::textures, {{path, stamp}});
     editor.watching.slotsOfFile = slots;
     recallPictures(editor, path);
+}
+
+void noteListFile(Editor& editor, const std::string& path)
+{
+    editor.watching.listFiles[editor.document.textureFile] = path;
 }
 
 bool takeLook(Editor& editor)

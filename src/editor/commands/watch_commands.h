@@ -28,7 +28,11 @@ void followStep(Editor& editor);
 void noteWritten(Editor& editor, WatchedPart part, std::span<const std::string> written);
 
 /// The texture list's file has just been read, which had that stamp before; those slots are its.
-void noteTexturesRead(Editor& editor, const FileStamp& stamp, const SlotSet& slots);
+void noteTexturesRead(Editor& editor, const std::string& path, const FileStamp& stamp,
+                      const SlotSet& slots);
+
+/// The list with the document's name for it stands in this file; empty: in none.
+void noteListFile(Editor& editor, const std::string& path);
 
 /// Takes what the last look at the files saw. True when something is to be done about it now, by
 /// the command for that.

@@ -7,6 +7,7 @@
 #include "watch/picture_links.h"
 #include "watch/reread.h"
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,9 @@ struct Watching {
     std::vector<std::string> looked; ///< the paths that it looks at
     PictureLinks links;              ///< of the slots that came from images
     std::string picturesPath;        ///< where they are kept between runs; empty: they are not
+    /// What holds the list that is named by a file: by Document::textureFile, where it was read or
+    /// saved. Save keeps to the extension of lists, and C source holds none.
+    std::map<std::string, std::string> listFiles;
     SlotSet slotsOfFile;         ///< what the texture list's file held when it was read or written
     Revision importedModel = 0;  ///< the model as the last import left it; 0: there was none
     ImportedSlots importedSlots; ///< what imports have put into the texture list
