@@ -11,6 +11,7 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
 #include <array>
 #include <cfloat>
 #include <filesystem>
@@ -48,12 +49,20 @@ TEST(Start, KeysReachTheMainWindowAsCommandsWhicheverWindowHasTheFocus)
             SendMessageA(e.mainWindow, WM_USER, 0, 0);
         });
         EXPECT_TRUE(waitUntil([&] { return GetForegroundWindow() == window; }));
-        const std::size_t before = editor.commandsSeen().size();
-        for (const WORD key : {'A', 'C', 'X', 'Z', 'D'}) typeWithControl(key);
-        ASSERT_TRUE(waitUntil([&] { return editor.commandsSeen().size() >= before + 5; }));
-        const std::vector<int> seen = editor.commandsSeen();
-        EXPECT_EQ(std::vector<int>(seen.begin() + static_cast<std::ptrdiff_t>(before), seen.end()),
-                  (std::vector<int>{40091, 40037, 40036, 40014, 40092}));
+        const auto before = static_cast<std::ptrdiff_t>(editor.commandsSeen().size());
+        const auto seen = [&] {
+            std::vector<int> all = editor.commandsSeen();
+            all.erase(all.begin(), all.begin() + before);
+            all.erase(std::unique(all.begin(), all.end()), all.end());
+            return all;
+        };
+        // A display may say late which keys are down as a window comes to the front: then Ctrl is
+        // taken for released.
+        for (int i = 0; i < 50 && seen().empty(); ++i) typeWithControl('A'), Sleep(100);
+        for (const WORD key : {'C', 'X', 'Z', 'D'}) typeWithControl(key);
+        const std::vector<int> all{40091, 40037, 40036, 40014, 40092};
+        (void)waitUntil([&] { return seen() == all; });
+        EXPECT_EQ(seen(), all);
     }
 }
 
