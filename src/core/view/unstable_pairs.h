@@ -36,9 +36,9 @@ inline constexpr std::size_t mostUnstablePairs = 2000;
 
 /// The pairs of a frame that change places when the camera turns to one of its four sides about the
 /// model's centre by up to largestTurnTried degrees, the largest overlaps first. `order` is the
-/// frame's listDrawOrder(); none of one that it is no longer. Takes some twenty milliseconds for a model that fills the pools; of
-/// models whose polygons lie one over the other in thousands not all pairs are found. Needs a model
-/// that isSafeToDraw().
+/// frame's listDrawOrder(); none of one that it is no longer. Takes some twenty milliseconds for a
+/// model that fills the pools; of models whose polygons lie one over the other in thousands not all
+/// pairs are found. Needs a model that isSafeToDraw().
 std::vector<UnstablePair> findUnstablePairs(const View& view, Engine& engine, const Model& model,
                                             ClientSize client,
                                             std::span<const OrderedPolygon> order);
