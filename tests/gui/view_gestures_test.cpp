@@ -261,6 +261,11 @@ TEST_F(Mixed, TheValuesOfOnePolygonArePutOnOthers)
         EXPECT_EQ(e.document.model.gouraud[2].color, (std::array<Rgb555, 4>{1, 2, 3, 4}));
         markModelSaved(e.document);
     });
+    editor.sendCommand(IDM_VIEW_ATTRIBUTES);                 // closed
+    editor.call([](Editor& e) { setWorkingTexture(e, 9); }); // by the texture list
+    editor.sendCommand(IDM_SHOW_MIXED);
+    editor.sendCommand(IDM_VIEW_ATTRIBUTES);
+    editor.call([](Editor& e) { EXPECT_EQ(e.workingAttribute.texture, 9); });
 }
 
 TEST(ViewGestures, TheTreePicksItsObjectAndShowsWhatWasClicked)

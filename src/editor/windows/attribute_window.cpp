@@ -74,6 +74,7 @@ void showButton(const Editor& editor, HWND page, int control)
 /// Greys what has nothing to act on.
 void refreshOwnButtons(const Editor& editor)
 {
+    if (!editor.attributeWindow) return;
     const AttributeEditing& editing = editor.attributeEditing;
     const HWND apply = GetDlgItem(editor.attributeWindow, IDC_ATTRIBUTE_APPLY_TOUCHED);
     // The keyboard must not stay with what takes no keys.
@@ -339,9 +340,9 @@ void loadWorkingAttribute(Editor& editor, std::uint32_t polygonIndex)
 void setWorkingTexture(Editor& editor, std::uint16_t number)
 {
     editor.workingAttribute.texture = number;
-    if (!editor.attributeWindow || currentPage(editor) != AttributePage::material) return;
-    touch(editor, IDC_ATTRIBUTE_TEXTURE); // only where the user sees it
-    showTexture(editor);
+    touch(editor, IDC_ATTRIBUTE_TEXTURE); // also on another page, where mixed values would undo it
+    if (editor.attributeWindow && currentPage(editor) == AttributePage::material)
+        showTexture(editor);
 }
 
 void showMixedValues(Editor& editor)
